@@ -1,0 +1,36 @@
+# Every target of the project gets its language level, warnings and
+# instrumentation from here; nothing is set globally.
+function(customsconv_settings target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON
+                        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+  if(CUSTOMSCONV_SANITIZE)
+    target_compile_options(${target} PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all
+                           -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+  if(CUSTOMSCONV_FUZZ)
+    target_compile_options(${target} PUBLIC -fsanitize=fuzzer-no-link)
+  endif()
+endfunction()
+
+# One static library per folder of src/. It may link only the layers that stand
+# below it; the order of the calls is the order of the layers. A folder of
+# headers alone passes on what it uses.
+set(CUSTOMSCONV_LAYERS "" CACHE INTERNAL "folders of src/, lowest first")
+function(customsconv_layer name)
+  cmake_parse_arguments(ARG "" "" "USES;LIBRARIES" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${name}/*.cc)
+  list(TRANSFORM ARG_USES PREPEND customsconv_)
+  if(NOT sources)
+    add_library(customsconv_${name} INTERFACE)
+    target_link_libraries(customsconv_${name} INTERFACE ${ARG_USES} ${ARG_LIBRARIES})
+    return()
+  endif()
+  add_library(customsconv_${name} STATIC ${sources})
+  customsconv_settings(customsconv_${name})
+  target_link_libraries(customsconv_${name} PUBLIC ${ARG_USES} ${ARG_LIBRARIES})
+  set(CUSTOMSCONV_LAYERS "${CUSTOMSCONV_LAYERS};${name}" CACHE INTERNAL "")
+endfunction()

@@ -1,0 +1,75 @@
+#ifndef CUSTOMSCONV_BASE_CP1251_LITERAL_H_
+#define CUSTOMSCONV_BASE_CP1251_LITERAL_H_
+
+#include <cstddef>
+#include <string_view>
+
+namespace customsconv {
+
+namespace internal {
+
+struct Utf8Char {
+  char32_t code;
+  std::size_t length;
+};
+
+// Decodes one well-formed character of a source file.
+constexpr Utf8Char DecodeUtf8Literal(const char* text) {
+  const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  if (byte(0) < 0x80) return {byte(0), 1};
+  if (byte(0) < 0xE0) {
+    return {static_cast<char32_t>((byte(0) & 0x1F) << 6 | (byte(1) & 0x3F)), 2};
+  }
+  if (byte(0) < 0xF0) {
+    return {
+        static_cast<char32_t>((byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F)),
+        3};
+  }
+  throw "code page 1251 holds no character beyond the basic plane";
+}
+
+// The letters and signs that Russian texts in the sources use.
+constexpr char Cp1251OfLiteral(char32_t code) {
+  if (code < 0x80) return static_cast<char>(code);
+  if (code >= 0x410 && code <= 0x44F) return static_cast<char>(code - 0x410 + 0xC0);
+  constexpr struct {
+    char32_t code;
+    unsigned char byte;
+  } kSigns[] = {{0x401, 0xA8}, {0x451, 0xB8}, {0x2116, 0xB9}, {0xAB, 0xAB},   {0xBB, 0xBB},
+                {0xA0, 0xA0},  {0xA7, 0xA7},  {0xB0, 0xB0},   {0x2013, 0x96}, {0x2014, 0x97},
+                {0x404, 0xAA}, {0x454, 0xBA}, {0x407, 0xAF},  {0x457, 0xBF},  {0x40E, 0xA1},
+                {0x45E, 0xA2}, {0xB7, 0xB7},  {0xA4, 0xA4}};
+  for (const auto& sign : kSigns) {
+    if (sign.code == code) return static_cast<char>(sign.byte);
+  }
+  throw "code page 1251 lacks this character";
+}
+
+}  // namespace internal
+
+// A UTF-8 literal of the sources as code page 1251 bytes, converted while
+// compiling: a letter that the code page lacks does not compile.
+template <std::size_t N>
+struct Cp1251Literal {
+  char bytes[N] = {};
+  std::size_t size = 0;
+
+  consteval Cp1251Literal(const char (&utf8)[N]) {  // implicit: "..."_cp1251
+    for (std::size_t i = 0; i + 1 < N;) {
+      const internal::Utf8Char c = internal::DecodeUtf8Literal(utf8 + i);
+      bytes[size++] = internal::Cp1251OfLiteral(c.code);
+      i += c.length;
+    }
+  }
+};
+
+// The view points into static storage and never dangles. (A class as template
+// argument rather than a plain consteval function: gcc 12 and clang 14 agree.)
+template <Cp1251Literal Text>
+consteval std::string_view operator""_cp1251() {
+  return {Text.bytes, Text.size};
+}
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_BASE_CP1251_LITERAL_H_

@@ -1,0 +1,72 @@
+#ifndef CUSTOMSCONV_BASE_SHORT_TEXT_H_
+#define CUSTOMSCONV_BASE_SHORT_TEXT_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace customsconv {
+
+// At most 255 bytes of code page 1251 text, stored in place: no allocation,
+// cheap to copy. What would grow past 255 bytes is cut there without a word;
+// where no text may be lost, use std::string.
+//
+// The type of the exports' arguments, of file and folder names, of field keys
+// and of most texts that the mapping works on. Comparison is by bytes.
+class ShortText {
+ public:
+  static constexpr std::size_t kMaxSize = 255;
+
+  ShortText() = default;
+  ShortText(std::string_view text) { *this += text; }  // implicit on purpose
+  ShortText(const char* text) : ShortText(std::string_view(text)) {}
+  ShortText(const std::string& text) : ShortText(std::string_view(text)) {}
+  ShortText(const ShortText& other) : size_(other.size_) {
+    std::memcpy(bytes_, other.bytes_, other.size_);
+  }
+  ShortText& operator=(const ShortText& other) {
+    size_ = other.size_;
+    std::memmove(bytes_, other.bytes_, other.size_);
+    return *this;
+  }
+
+  // `tail` may be our own text.
+  ShortText& operator+=(std::string_view tail) {
+    const std::size_t added = std::min(tail.size(), kMaxSize - size_);
+    if (added > 0) std::memmove(bytes_ + size_, tail.data(), added);
+    size_ = static_cast<std::uint8_t>(size_ + added);
+    return *this;
+  }
+  ShortText& operator+=(char c) { return *this += std::string_view(&c, 1); }
+
+  operator std::string_view() const { return {bytes_, size_}; }
+  [[nodiscard]] std::string_view view() const { return {bytes_, size_}; }
+  [[nodiscard]] std::string str() const { return {bytes_, size_}; }
+
+  [[nodiscard]] std::size_t size() const { return size_; }
+  [[nodiscard]] bool empty() const { return size_ == 0; }
+  [[nodiscard]] const char* data() const { return bytes_; }
+  char operator[](std::size_t position) const { return bytes_[position]; }
+  void clear() { size_ = 0; }
+
+  friend bool operator==(const ShortText& a, const ShortText& b) { return a.view() == b.view(); }
+  friend bool operator==(const ShortText& a, std::string_view b) { return a.view() == b; }
+  friend auto operator<=>(const ShortText& a, const ShortText& b) { return a.view() <=> b.view(); }
+
+ private:
+  std::uint8_t size_ = 0;
+  char bytes_[kMaxSize];  // past size_: never read
+};
+
+// The first 255 bytes of `text`, without a copy: for functions that are defined
+// on short text and only look at it.
+[[nodiscard]] constexpr std::string_view CutToShort(std::string_view text) {
+  return text.substr(0, ShortText::kMaxSize);
+}
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_BASE_SHORT_TEXT_H_

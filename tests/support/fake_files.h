@@ -1,0 +1,182 @@
+#ifndef CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
+#define CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/letter_case.h"
+#include "platform/files.h"
+
+namespace customsconv {
+
+// What the program asks of the files, for counting and for made-up faults.
+enum class FileOp {
+  kExists,  // also FolderExists
+  kStamp,
+  kRead,
+  kStage,
+  kCommit,
+  kCreateNew,
+  kAppend,
+  kDelete,
+  kOpen,
+  kStreamRead,
+  kStreamWrite,  // also Truncate
+  kFind,
+  kLock,
+};
+
+// Thrown where a test lets the program die. Deliberately no std::exception, so
+// that nothing which handles errors swallows it.
+struct SuddenDeath {};
+
+// A file system in memory. Names are code page 1251, "\" and "/" are equal,
+// letter case (Latin and Cyrillic) does not matter; a name without drive or
+// leading separator lies in `current_folder`.
+//
+//   FakeFiles files;
+//   files["C:\\OUT\\DBRHEAD.DBF"] = bytes;             // and its folder exists
+//   EXPECT_EQ(files["c:/out/dbrhead.dbf"], bytes);
+class FakeFiles : public Files {
+ public:
+  // A file as a test handles it: assign to write it (a new stamp), convert or
+  // compare to read it. Reading one that does not exist throws std::out_of_range.
+  class Entry {
+   public:
+    Entry(FakeFiles& files, std::string_view path) : files_(files), path_(path) {}
+    void operator=(std::string_view bytes) { files_.Put(path_, bytes); }
+    operator const std::string&() const { return bytes(); }
+    [[nodiscard]] const std::string& bytes() const { return files_.BytesOf(path_); }
+    friend bool operator==(const Entry& entry, std::string_view bytes) {
+      return entry.bytes() == bytes;
+    }
+    friend std::ostream& operator<<(std::ostream& out, const Entry& entry) {
+      return out << entry.bytes();
+    }
+
+   private:
+    FakeFiles& files_;
+    std::string path_;
+  };
+
+  Entry operator[](std::string_view path) { return Entry(*this, path); }
+
+  // --- The world before and after a test; none of this counts or fails.
+  void Put(std::string_view path, std::string_view bytes);
+  [[nodiscard]] const std::string& BytesOf(std::string_view path) const;
+  [[nodiscard]] bool Has(std::string_view path) const;
+  void Remove(std::string_view path);
+  void AddFolder(std::string_view path);
+  void SetStamp(std::string_view path, FileStamp stamp);
+  // Nothing in the folder (not below it) can be written, made or deleted.
+  void SetReadOnly(std::string_view folder, bool read_only = true);
+  // Full names of all files as they were made, in the order of their upper-case names.
+  [[nodiscard]] std::vector<std::string> Names() const;
+
+  // --- Made-up faults. A refused operation changes nothing.
+  // Every operation on `path` is refused with `kind` until StopFailing.
+  void FailPath(std::string_view path, FileError::Kind kind);
+  // The same for one kind of operation on it.
+  void FailPath(std::string_view path, FileOp op, FileError::Kind kind);
+  // The `n`th operation of this kind, on any file, counted from now from 1.
+  void FailNth(FileOp op, int n, FileError::Kind kind);
+  // The `n`th change from now (a stage, commit, creation, append, deletion or
+  // stream write) is refused with kWrite. With `tear`, an append or a stream
+  // write leaves the first half of its bytes before it fails.
+  void FailChange(int n, bool tear = false);
+  // In the place of the `n`th change from now SuddenDeath is thrown; the files
+  // stay as they are then, whatever destructors still try, until Revive.
+  void DieAtChange(int n, bool tear = false);
+  void Revive();
+  void StopFailing();
+
+  // --- What happened.
+  [[nodiscard]] int Count(FileOp op) const;
+  [[nodiscard]] int changes() const { return changes_; }  // as FailChange counts them
+  void ResetCounts();
+  [[nodiscard]] std::size_t open_streams() const { return open_streams_; }
+  [[nodiscard]] std::size_t locks_held() const { return locks_.size(); }
+
+  std::string current_folder = "C:\\WORK\\";
+
+  // --- Files
+  [[nodiscard]] bool Exists(std::string_view path) const override;
+  [[nodiscard]] bool FolderExists(std::string_view path) const override;
+  [[nodiscard]] FileStamp Stamp(std::string_view path) const override;
+  [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
+  [[nodiscard]] std::unique_ptr<PendingFile> Stage(std::string_view path,
+                                                   std::string_view content) override;
+  [[nodiscard]] bool CreateNew(std::string_view path) override;
+  void Append(std::string_view path, std::string_view content) override;
+  bool Delete(std::string_view path) override;
+  [[nodiscard]] std::unique_ptr<FileStream> Open(std::string_view path,
+                                                 FileMode mode) const override;
+  [[nodiscard]] std::vector<std::string> Find(std::string_view folder,
+                                              std::string_view mask) const override;
+  [[nodiscard]] std::string FullName(std::string_view path) const override;
+  [[nodiscard]] std::string Identity(std::string_view path) const override;
+  [[nodiscard]] std::string ShortName(std::string_view path) const override;
+  // A folder that is locked already would block for ever: std::logic_error.
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+
+ private:
+  class MemoryStream;
+  class MemoryPendingFile;
+  class MemoryLock;
+  struct Node {
+    std::string name;  // full name as it was made
+    std::string bytes;
+    FileStamp stamp = 0;
+    std::vector<FileMode> open_modes;
+  };
+  struct PathFault {
+    std::optional<FileOp> op;
+    FileError::Kind kind;
+  };
+  struct NthFault {
+    FileOp op;
+    int left;
+    FileError::Kind kind;
+  };
+  enum class ChangeFate { kDone, kIgnored, kTornThenDies, kTornThenFails };
+
+  [[nodiscard]] std::string Key(std::string_view path) const;
+  [[nodiscard]] static std::string FolderOf(std::string_view key);
+  [[nodiscard]] bool IsFolder(const std::string& key) const;
+  [[nodiscard]] Node* FindNode(std::string_view path) const;
+  Node& NodeFor(std::string_view path);
+  void Touch(Node& node) const;
+  void Operation(FileOp op, std::string_view path) const;
+  void RefuseWhereReadOnly(std::string_view path, FileError::Kind kind) const;
+  [[nodiscard]] ChangeFate Change(FileOp op, std::string_view path) const;
+  // Runs `write` with the part of `bytes` that a change leaves behind.
+  template <typename Write>
+  void ChangeBytes(FileOp op, std::string_view path, std::string_view bytes, Write write) const;
+
+  // const operations count, fail and open streams, hence mutable.
+  mutable std::map<std::string, std::shared_ptr<Node>, std::less<>> nodes_;
+  std::set<std::string, std::less<>> folders_;
+  std::set<std::string, std::less<>> read_only_;
+  std::map<std::string, std::vector<PathFault>, std::less<>> path_faults_;
+  mutable std::vector<NthFault> nth_faults_;
+  mutable std::map<FileOp, int> counts_;
+  mutable int changes_ = 0;
+  mutable int change_fails_in_ = 0;  // 0: never
+  mutable int dies_in_ = 0;          // 0: never
+  bool tear_ = false;
+  mutable bool dead_ = false;
+  mutable FileStamp last_stamp_ = 1000;
+  mutable std::size_t open_streams_ = 0;
+  std::set<std::string, std::less<>> locks_;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
