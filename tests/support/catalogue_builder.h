@@ -1,0 +1,56 @@
+#ifndef CUSTOMSCONV_TESTS_SUPPORT_CATALOGUE_BUILDER_H_
+#define CUSTOMSCONV_TESTS_SUPPORT_CATALOGUE_BUILDER_H_
+
+#include <string>
+#include <string_view>
+
+#include "base/code_pages.h"
+#include "support/environment_builder.h"
+
+namespace customsconv {
+
+// A program folder in memory with a small catalogue. Texts are UTF-8 with "\n" between lines.
+//
+//   CatalogueWorld world;
+//   world.Dcf("[DS1.HEADER]\n"
+//             "MainBlock=TOVAR\n"
+//             "[DS1.Fields]\n"
+//             "G01=C10 | Тип\n"
+//             "TOVAR {\n"
+//             "  G33=C10\n"
+//             "}\n");
+//   TDocTypeList types("Kordwin.dcf", /*all_files=*/false, world);
+//   TDocument document("DS1", types, world);
+//
+// DOCUMENT.INI is there (and empty), so that documents can be created.
+class CatalogueWorld : public TestEnvironment {
+ public:
+  explicit CatalogueWorld(std::string_view kord_ini = {}) : TestEnvironment(kord_ini) {
+    host.files["C:\\PROG\\DOCUMENT.INI"] = "";
+  }
+
+  // Adds to Kordwin.dcf of the data folder.
+  CatalogueWorld& Dcf(std::string_view text) {
+    return File("C:\\PROG\\Data\\Kordwin.dcf", kordwin_ += WinLines(text));
+  }
+  // Any other file of the catalogue, by its full name; replaces what was there.
+  CatalogueWorld& DcfFile(std::string_view name, std::string_view text) {
+    return File(name, WinLines(text));
+  }
+  // The DOS catalogue, which a full load cannot do without.
+  CatalogueWorld& DosDcf(std::string_view text) {
+    return File("C:\\PROG\\document.dcf", DosFromWin(WinLines(text)));
+  }
+
+ private:
+  CatalogueWorld& File(std::string_view name, std::string_view bytes) {
+    host.files[name] = bytes;
+    return *this;
+  }
+
+  std::string kordwin_;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_TESTS_SUPPORT_CATALOGUE_BUILDER_H_
