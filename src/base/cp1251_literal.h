@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/internal/cp1251_table.h"
+
 namespace customsconv {
 
 namespace internal {
@@ -28,21 +30,10 @@ constexpr Utf8Char DecodeUtf8Literal(const char* text) {
   throw "code page 1251 holds no character beyond the basic plane";
 }
 
-// The letters and signs that Russian texts in the sources use.
-constexpr char Cp1251OfLiteral(char32_t code) {
-  if (code < 0x80) return static_cast<char>(code);
-  if (code >= 0x410 && code <= 0x44F) return static_cast<char>(code - 0x410 + 0xC0);
-  constexpr struct {
-    char32_t code;
-    unsigned char byte;
-  } kSigns[] = {{0x401, 0xA8}, {0x451, 0xB8}, {0x2116, 0xB9}, {0xAB, 0xAB},   {0xBB, 0xBB},
-                {0xA0, 0xA0},  {0xA7, 0xA7},  {0xB0, 0xB0},   {0x2013, 0x96}, {0x2014, 0x97},
-                {0x404, 0xAA}, {0x454, 0xBA}, {0x407, 0xAF},  {0x457, 0xBF},  {0x40E, 0xA1},
-                {0x45E, 0xA2}, {0xB7, 0xB7},  {0xA4, 0xA4}};
-  for (const auto& sign : kSigns) {
-    if (sign.code == code) return static_cast<char>(sign.byte);
-  }
-  throw "code page 1251 lacks this character";
+consteval char Cp1251OfLiteral(char32_t code) {
+  const unsigned char byte = ByteOf1251(code);
+  if (byte == 0) throw "code page 1251 lacks this character";
+  return static_cast<char>(byte);
 }
 
 }  // namespace internal
