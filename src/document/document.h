@@ -1,0 +1,129 @@
+#ifndef CUSTOMSCONV_DOCUMENT_DOCUMENT_H_
+#define CUSTOMSCONV_DOCUMENT_DOCUMENT_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/short_text.h"
+#include "common/environment.h"
+#include "document/doc_info.h"
+#include "document/doc_type_list.h"
+#include "document/record.h"
+
+namespace customsconv {
+
+// How the records of a block are joined by TDocument::JoinBlockField.
+enum class JoinMode : std::uint8_t { kLines = 0, kBlanks = 1, kBlanksAndLines = 2 };
+
+// One document of a catalogue type in memory: a tree of records, every value a text. It has a
+// current position (a record or a record list, reached by a path) and a stack of
+// saved positions; most operations work relative to it.
+//
+// Paths alternate block names and record numbers (from 1): TOVAR\3\DOCS\1. A path that begins
+// with "\\" starts at the top record, any other at the current position (but see GetFieldEx).
+//
+// The public value operations never throw: an error inside one is shown as a
+// message ("Doc.GetField : " and so on, followed by its text).
+class TDocument {
+ public:
+  // The type's entry, its basis and its numbering; the document has no field
+  // slots until OpenBlock with an empty path. `types` and `environment` must outlive it.
+  TDocument(std::string_view code, TDocTypeList& types, Environment& environment);
+  virtual ~TDocument();
+  TDocument(const TDocument&) = delete;
+  TDocument& operator=(const TDocument&) = delete;
+
+  // ---- position
+  // False, and nothing changes, when the path does not resolve.
+  bool SetCurrentPath(std::string_view path);
+  void PushPosition();
+  void PopPosition();  // throws Error "Стек путей пуст"
+  // Appends a record to the block that `path` names, or inserts it in front of record
+  // `record_number` when that is above 0, and makes it current. An empty path
+  // starts the whole document afresh. Throws Error when the level has no such block.
+  virtual void OpenBlock(std::string_view path, int record_number, bool in_goods_order);
+  // Strings at the place that the path leads to: the records of a block.
+  [[nodiscard]] int RecordCount(std::string_view path);
+  [[nodiscard]] const TBasis& GetMainBasis();
+  // Records of the main block that are there; never opens one.
+  [[nodiscard]] int MainRecordCount() const;
+  // The block's level, or null when the type has no main block of its own; never opens a record.
+  [[nodiscard]] const TBasis* MainBlockBasis() const;
+
+  // ---- reading
+  std::string GetField(std::string_view name);
+  std::string GetFieldByNum(int position);
+  std::string GetFieldEx(std::string_view path, bool flatten = true);
+  virtual std::string GetFieldById(int identifier, int goods_index);
+  std::string GetFieldByName(std::string_view name, int goods_index);
+  std::string JoinBlockField(std::string_view block_path, std::string_view field_name,
+                             JoinMode mode);
+
+  // ---- writing
+  void SetField(std::string_view name, std::string_view value);
+  void SetFieldByNum(int position, std::string_view value);
+  // Adds to the value of a plain field, as reading it unflattened and storing
+  // the longer text would, without the cost of the copy.
+  void AppendFieldByNum(int position, std::string_view tail);
+  void SetFieldEx(std::string_view path, std::string_view value);
+  virtual void SetFieldById(int identifier, int goods_index, std::string_view value);
+  void SetFieldByName(std::string_view name, int goods_index, std::string_view value);
+  void SetChoice(int position, int choice);
+
+  // ---- state
+  [[nodiscard]] TDocInfo& DocInfo() const { return info_; }
+  [[nodiscard]] const TBasis& RootBasis() const { return *root_basis_; }
+  [[nodiscard]] TDocFieldList& RootRecord() const { return *root_record_; }
+  [[nodiscard]] const TBasis& CurBasis() const { return *position_.basis; }
+  [[nodiscard]] bool CurIsRecord() const { return position_.record != nullptr; }
+  // The current record; null while the position is a record list.
+  [[nodiscard]] TDocFieldList* CurRecord() const { return position_.record; }
+  [[nodiscard]] const ShortText& CurPath() const { return cur_path_; }
+  [[nodiscard]] int GoodsIndex() const { return goods_index_; }
+  // The entry read last by any read; null when the last read found no field.
+  [[nodiscard]] const TFieldInfo* LastField() const { return last_field_; }
+  [[nodiscard]] Environment& environment() const { return environment_; }
+
+  bool FlattenLongText = true;
+  bool Modified = false;
+  // Part look-ups in composite values search characters start..end-1 only.
+  struct PartRangeType {
+    int flag = -1;  // below 0: off
+    int start = 0;
+    int end = 0;
+  } PartRange;
+
+ protected:
+  struct Position {
+    const TBasis* basis = nullptr;
+    TDocFieldList* record = nullptr;  // null at a record list
+    RecordList* list = nullptr;       // null at a record
+  };
+
+  TDocInfo& info_;
+  Environment& environment_;
+  const TBasis* root_basis_ = nullptr;
+  std::unique_ptr<TDocFieldList> root_record_;
+  Position position_;
+  ShortText cur_path_;
+  int goods_index_ = 0;
+  const TFieldInfo* last_field_ = nullptr;
+};
+
+// An empty document of that type. Throws Error for an unknown code and for a
+// table-set type.
+[[nodiscard]] std::unique_ptr<TDocument> CreateDocument(std::string_view code, TDocTypeList& types,
+                                                        Environment& environment);
+// The first of the names (separated by blanks, "," or ";") that the catalogue
+// holds, else the last one.
+[[nodiscard]] std::unique_ptr<TDocument> CreateDocumentByNames(std::string_view names,
+                                                               TDocTypeList& types,
+                                                               Environment& environment);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_DOCUMENT_DOCUMENT_H_

@@ -1,0 +1,23 @@
+#ifndef CUSTOMSCONV_ENTRY_CONVERSION_DRIVER_H_
+#define CUSTOMSCONV_ENTRY_CONVERSION_DRIVER_H_
+
+#include <string_view>
+
+#include "document/doc_type_list.h"
+#include "entry/conversion_report.h"
+#include "storage/dbf_cache.h"
+
+namespace customsconv {
+
+// Converts the documents of one XML file into the table sets of `output_dir` (with closing
+// separator): settles the registration number, picks the section of the rules and the table-set
+// type for each document, maps it and saves it. Throws Error when a file cannot
+// be read or a table set cannot be opened or saved; documents saved before stay
+// saved. An error inside a mapping is shown and the document saved all the same.
+void RunConversion(std::string_view rules_file, std::string_view xml_file,
+                   std::string_view output_dir, TDocTypeList& types, TDbfCache& tables,
+                   Environment& environment, ConversionObserver* observer = nullptr);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_ENTRY_CONVERSION_DRIVER_H_

@@ -1,0 +1,84 @@
+#include "entry/library.h"
+
+#include "base/error.h"
+#include "common/file_names.h"
+#include "entry/conversion_driver.h"
+#include "xml/document_writer.h"
+#include "xml/xml_container.h"
+
+namespace customsconv {
+namespace {
+
+std::string Joined(const std::vector<std::string>& lines) {
+  std::size_t size = 0;
+  for (const std::string& line : lines) size += line.size() + 2;
+  std::string text;
+  text.reserve(size);
+  for (const std::string& line : lines) text.append(line).append("\r\n");
+  return text;
+}
+
+std::string ErrorLine(std::string_view short_name, std::string_view error_text) {
+  std::string line(short_name);
+  return line.append(":").append(error_text.substr(0, error_text.find('\r')));
+}
+
+}  // namespace
+
+Library::Library(Host& host, XmlServices& xml_services)
+    : tables_(host), state_(host), schema_check_(xml_services) {}
+
+bool Library::Xml2ArmTi(const ShortText& program_dir, const ShortText& rules_file,
+                        const ShortText& xml_file, const ShortText& output_dir,
+                        ConversionObserver* observer) {
+  quiet_failure_.clear();
+  if (!state_.StartUp(program_dir, FolderPart(rules_file))) {
+    quiet_failure_ = state_.quiet_failure();
+    return false;
+  }
+  try {
+    RunConversion(rules_file, xml_file, output_dir, state_.types(), tables_, state_.environment(),
+                  observer);
+    return true;
+  } catch (const Error& error) {
+    quiet_failure_ = error.text();
+  } catch (const std::exception& error) {
+    quiet_failure_ = error.what();
+  }
+  return false;
+}
+
+bool Library::CheckXsd(const ShortText& program_dir, const ShortText& schema_path,
+                       const ShortText& xml_file, LineList& errors, CheckObserver* observer) {
+  quiet_failure_.clear();
+  if (!state_.StartUp(program_dir, FolderPart(schema_path))) {
+    quiet_failure_ = state_.quiet_failure();
+    return false;
+  }
+  const bool result = CheckDocuments(xml_file, errors, observer);
+  state_.TearDown();
+  return result;
+}
+
+bool Library::CheckDocuments(const ShortText& xml_file, LineList& errors, CheckObserver* observer) {
+  TXMLContainer container(xml_file, state_.types(), state_.environment());
+  while (const std::unique_ptr<TDocument> document = container.Next()) {
+    const std::vector<std::string> lines = ExportXml(document.get());
+    if (lines.empty()) continue;
+    try {
+      const SchemaVerdict verdict = schema_check_.ValidateXml(Joined(lines), state_.environment());
+      const std::string_view short_name = document->DocInfo().ShortName;
+      if (!verdict.error_text.empty()) errors.Append(ErrorLine(short_name, verdict.error_text));
+      if (observer != nullptr) observer->Checked(short_name, container.CurOccurrence(), verdict);
+    } catch (const Error& error) {
+      quiet_failure_ = error.text();
+      return false;
+    } catch (const std::exception& error) {
+      quiet_failure_ = error.what();
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace customsconv

@@ -1,0 +1,93 @@
+#include "entry/registration_number.h"
+
+#include "common/blanks.h"
+#include "common/file_names.h"
+#include "common/numbering.h"
+#include "common/words.h"
+#include "storage/dbf_file.h"
+#include "xml/xml_value_lookup.h"
+
+namespace customsconv {
+namespace {
+
+constexpr CharSet kNameSeparator{"_"};
+constexpr CharSet kNumberSeparator{"/"};
+constexpr std::size_t kNumberSize = 23;
+constexpr std::string_view kNumberSeries = "Kord.ArmTi";
+
+// Code, date and number as one; empty when a part is missing.
+ShortText NumberFromParts(std::string_view code, std::string_view date, std::string_view number) {
+  const std::string compact = CompactDate(date, false);
+  if (code.empty() || compact.empty() || number.empty()) return {};
+  ShortText joined(code);
+  ((joined += "/") += compact) += "/";
+  return joined += number;
+}
+
+// Code, date YYYYMMDD and number without separators, as files of the customs
+// gateway are named.
+ShortText FromGatewayName(std::string_view name) {
+  const auto part = [name](std::size_t from, std::size_t count) {
+    return name.substr(from, count);
+  };
+  ShortText number(part(0, 8));
+  ((((number += "/") += part(14, 2)) += part(12, 2)) += part(10, 2)) += "/";
+  return number += part(16, 7);
+}
+
+ShortText FromXmlText(std::string_view text) {
+  return NumberFromParts(GetXmlValue(text, "GTDNumber\\CustomsCode"),
+                         GetXmlValue(text, "GTDNumber\\RegistrationDate"),
+                         GetXmlValue(text, "GTDNumber\\GTDNumber"));
+}
+
+// The register beside the file maps file names to numbers.
+ShortText FromRegister(std::string_view folder, std::string_view base_name, TDbfCache& tables) {
+  const Files& files = tables.host().files;
+  const std::string name = std::string(folder) + "g07esad.dbf";
+  if (!files.Exists(name)) return {};
+  TFileDbfFile table(tables);
+  if (table.Open(ShortPathName(files, name), kModeRead, OnError::kReturn) != DbfStatus::kOk) {
+    return {};
+  }
+  ShortText number;
+  if (table.FindFirst("FldName", base_name)) {
+    number = NumberFromParts(table.GetFieldByName("G071"), table.GetFieldByName("G072"),
+                             table.GetFieldByName("G073"));
+  }
+  table.Close();
+  return number;
+}
+
+ShortText FromName(std::string_view base_name, std::size_t words) {
+  if (words == 3) {
+    const std::size_t blank = base_name.substr(0, base_name.find('_')).find(' ');
+    if (blank != std::string_view::npos) base_name.remove_prefix(blank + 1);
+    return ReplaceChar(base_name, '_', '/');
+  }
+  const std::string_view rest = TextFromWord(1, base_name, "_");
+  if (words == 4) return ReplaceChar(rest, '_', '/');
+  return rest.size() == kNumberSize ? FromGatewayName(rest) : ShortText(rest);
+}
+
+bool IsComplete(std::string_view number) {
+  return number.size() == kNumberSize && WordCount(number, kNumberSeparator) == 3;
+}
+
+}  // namespace
+
+ShortText RegistrationNumberOf(std::string_view xml_file, std::string_view text, TDbfCache& tables,
+                               Environment& environment) {
+  const std::string_view base_name = ExtractFileBaseName(xml_file);
+  const std::size_t words = WordCount(base_name, kNameSeparator);
+  ShortText number;
+  if (words >= 2 && words <= 4) {
+    number = FromName(base_name, words);
+  } else {
+    number = FromXmlText(text);
+    if (number.empty()) number = FromRegister(FolderPart(xml_file), base_name, tables);
+  }
+  return IsComplete(number) ? number : NextRegNumber(kNumberSeries, false, environment);
+}
+
+}  // namespace customsconv

@@ -1,0 +1,44 @@
+#include "entry/start_up.h"
+
+#include "base/cp1251_literal.h"
+#include "base/error.h"
+
+namespace customsconv {
+
+StartUpState::StartUpState(Host& host)
+    : shared_(host), today_(host.clock), environment_{host, {}, {}, {}, nullptr, shared_, today_} {}
+
+bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_dir) {
+  quiet_failure_.clear();
+  environment_.base_path = program_dir;
+  environment_.data_path = environment_.base_path + "Data\\";
+  const std::string ini_file = environment_.base_path + "kord.ini";
+  if (!environment_.host.files.Exists(ini_file)) {
+    throw Error(std::string("Не найден файл "_cp1251) + environment_.base_path + "Kord.ini");
+  }
+  auto config = std::make_unique<TConfiguration>(environment_.host, ini_file, CreateMode::kCreate,
+                                                 CodePage::kWindows);
+  try {
+    environment_.aux_path = aux_dir;
+    config_ = std::move(config);
+    environment_.config = config_.get();
+    const ShortText catalogue_file(environment_.data_path + std::string(kDcfFileName));
+    types_ = std::make_unique<TDocTypeList>(catalogue_file, true, environment_);
+    return true;
+  } catch (const Error& error) {
+    quiet_failure_ = error.text();
+  } catch (const std::exception& error) {
+    quiet_failure_ = error.what();
+  }
+  environment_.config = nullptr;
+  config_.reset();
+  return false;
+}
+
+void StartUpState::TearDown() {
+  environment_.config = nullptr;
+  config_.reset();
+  types_.reset();
+}
+
+}  // namespace customsconv

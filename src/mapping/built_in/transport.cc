@@ -1,0 +1,41 @@
+#include "mapping/built_in/transport.h"
+
+namespace customsconv {
+namespace {
+
+constexpr CharSet kVehicleSeparators{",;"};
+
+void WriteTransportMode(RecordScope& record, std::string_view column, std::string_view field) {
+  const ShortText mode = record.HeaderValue(field);
+  if (mode.empty()) return;
+  record.Append("\\\\TRANS");
+  record.Set("NGR", column);
+  record.Set("VIDTRANS", mode);
+  record.SelectTargetRoot();
+}
+
+void WriteVehicles(RecordScope& record) {
+  const ShortText vehicles =
+      record.SourceValue({"ESADoutGoodsLocation\\1\\Transport#TransporIdentifier"});
+  if (vehicles.empty()) return;
+  const ShortText kind = record.SourceValue({"ESADoutGoodsLocation\\1\\Transport#TransporKind"});
+  // A blank behind a separator stays with its word.
+  for (const std::string_view vehicle : Words(vehicles, kVehicleSeparators)) {
+    record.Append("\\\\TRANS");
+    record.Set("NGR", "30");
+    record.Set("NTRANS", vehicle);
+    record.Set("VIDTRANS", kind);
+    record.SelectTargetRoot();
+  }
+}
+
+}  // namespace
+
+void WriteTransportRecords(RecordScope& record) {
+  WriteTransportMode(record, "25", "ESADoutConsigment#ESADoutBorderTransport#TransportModeCode");
+  WriteTransportMode(record, "26",
+                     "ESADoutConsigment#ESADoutDepartureArrivalTransport#TransportModeCode");
+  WriteVehicles(record);
+}
+
+}  // namespace customsconv

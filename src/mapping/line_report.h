@@ -1,0 +1,33 @@
+#ifndef CUSTOMSCONV_MAPPING_LINE_REPORT_H_
+#define CUSTOMSCONV_MAPPING_LINE_REPORT_H_
+
+#include <string_view>
+
+#include "base/short_text.h"
+#include "mapping/mapping_line.h"
+#include "mapping/record_scope.h"
+#include "mapping/value_store.h"
+
+namespace customsconv {
+
+// Tells the run's observer, when there is one, what became of one line.
+class LineReporter {
+ public:
+  LineReporter(const RecordScope& record, const MappingLine& line) : record_(record), line_(line) {}
+
+  void Skipped() const;
+  // Nothing was written: the value is empty, or the expression names nothing.
+  void Nothing(bool source_known) const;
+  void GoodsLocation(std::string_view value, bool written) const;
+  void Stored(const ShortText& value, StoredIn where) const;
+
+ private:
+  void Tell(LineReport report, std::string_view field) const;
+
+  const RecordScope& record_;
+  const MappingLine& line_;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_MAPPING_LINE_REPORT_H_

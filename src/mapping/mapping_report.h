@@ -1,0 +1,43 @@
+#ifndef CUSTOMSCONV_MAPPING_MAPPING_REPORT_H_
+#define CUSTOMSCONV_MAPPING_MAPPING_REPORT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace customsconv {
+
+enum class LineOutcome : std::uint8_t {
+  kWritten,
+  kEmpty,         // the source value is empty, nothing was written
+  kNoSuchField,   // no table field takes the value
+  kNoSuchSource,  // the expression names nothing in the source
+  kCut,           // written, but the field is narrower than the value
+  kSkipped,       // the form of the line asks for nothing here
+};
+
+// What one mapping line did for one record.
+struct LineReport {
+  int rule_line = 0;  // index in the rules file, from 0
+  std::string_view source_path{};
+  std::string_view expression{};
+  std::string_view value{};  // as it was written
+  std::string_view target_table{};
+  std::string_view target_field{};
+  LineOutcome outcome = LineOutcome::kWritten;
+  std::size_t length = 0;  // of kCut: the value's length and the field's
+  std::size_t width = 0;
+};
+
+// Watches the mapping for a person who wants to know what became of a value. It
+// never changes what is mapped. Views are valid during the call only.
+class MappingObserver {
+ public:
+  virtual ~MappingObserver() = default;
+  virtual void Line(const LineReport& report) = 0;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_MAPPING_MAPPING_REPORT_H_

@@ -1,0 +1,141 @@
+#include "mapping/record_mapper.h"
+
+#include "base/cp1251_literal.h"
+#include "common/blanks.h"
+#include "mapping/built_in/closing_header.h"
+#include "mapping/built_in/goods_groups.h"
+#include "mapping/built_in/header_rules.h"
+#include "mapping/built_in/record_rules.h"
+#include "mapping/built_in/transit_records.h"
+#include "mapping/line_report.h"
+#include "mapping/target_choice.h"
+#include "mapping/value_source.h"
+#include "mapping/value_store.h"
+
+namespace customsconv {
+namespace {
+
+// "GU03_" and the two characters of the code.
+constexpr std::size_t kProductMarkerSize = 7;
+
+bool DropPrefix(std::string_view& text, std::string_view prefix) {
+  if (!text.starts_with(prefix)) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+// A product of processing: a further record of the same block, which stays current for
+// the lines that follow.
+void AppendProcessingProduct(RecordScope& record, std::string_view expression) {
+  record.Append(JoinShort({"\\\\", record.target_block}));
+  record.Set("GU01", "9");
+  const bool export_procedure = record.HeaderValue("CustomsProcedure") == "ЭК"_cp1251;
+  record.Set("GU02", export_procedure ? "4" : "3");
+  if (record.PathHolds("Heels")) record.Set("TYPEINFO", "3");
+  if (record.PathHolds("Waste")) record.Set("TYPEINFO", "2");
+  record.Set("GU03", ExtractWord(2, expression, CharSet("\\_")));
+  record.Set("G32", record.source.GetField("GoodsNumeric"));
+}
+
+// Column 30 stands in one of several places of a declaration; the first that is
+// filled counts. Only codes above "0" are written.
+void WriteGoodsLocation(RecordScope& record, const MappingLine& line, std::string_view path,
+                        LineReporter& reporter) {
+  ShortText value = record.source.GetFieldEx(path);
+  for (const std::string_view place :
+       {"\\\\ESADoutGoodsLocation\\1\\", "\\\\ESADoutGoodsLocation\\2\\"}) {
+    if (value.empty()) value = record.source.GetFieldEx(JoinShort({place, path}));
+  }
+  const bool written = value.view() > std::string_view("0");
+  if (written) record.Set(line.field, value);
+  reporter.GoodsLocation(value, written);
+}
+
+ShortText Cleaned(const ShortText& value) {
+  if (value.view().find_first_of("\r\n") == std::string_view::npos) return value;
+  return CollapseBlanks(ReplaceChar(ReplaceChar(value, '\r', ' '), '\n', ' '));
+}
+
+}  // namespace
+
+void RecordMapper::MapBlockRecord(std::string_view source_path, std::string_view target_block,
+                                  int header) {
+  RecordScope record(run_, source_path, target_block, header);
+  if (record.PathHolds("GoodsGroupDescription") &&
+      WordCount(record.source_path, kPathSeparator) == 4) {
+    MapGoodsGroup(record);
+    return;
+  }
+  AdjustTarget(record);
+  // A component list adds to a head row that is there; it has no header of its own.
+  if (record.target_block.empty() && record.kind == "GoodsComponentList") return;
+
+  record.source.SetCurrentPath(JoinShort({"\\\\", record.source_path}));
+  record.Append(record.target_block);
+  if (record.IsHeader()) ApplyHeaderRules(record);
+  ApplyRecordRules(record);
+  ApplyLines(record);
+  if (record.IsHeader()) ApplyClosingHeaderRules(record);
+  ApplyTransitRecords(record);
+  record.SelectSourceRoot();
+  record.SelectTargetRoot();
+  if (record.PathHolds("ESADoutCustomsConditions") && !record.PathHolds("Heels") &&
+      !record.PathHolds("Waste")) {
+    MapNestedRecords(record, "WasteProducts");
+    MapNestedRecords(record, "Heels");
+  }
+}
+
+void RecordMapper::MapGoodsGroup(RecordScope& record) {
+  if (ApplyGoodsGroupRule(record)) return;
+  const ShortText block = JoinShort({record.source_path, "\\GoodsGroupInformation\\"});
+  const int records =
+      record.source.RecordCount(JoinShort({"\\\\", record.source_path, "\\GoodsGroupInformation"}));
+  for (int m = 1; m <= records; ++m) {
+    MapBlockRecord(JoinShort({block, std::to_string(m)}), record.target_block, record.header);
+  }
+}
+
+void RecordMapper::MapNestedRecords(const RecordScope& record, std::string_view block) {
+  const ShortText path = JoinShort({record.source_path, "\\", block});
+  const int records = record.source.RecordCount(JoinShort({"\\\\", path}));
+  for (int m = 1; m <= records; ++m) {
+    MapBlockRecord(JoinShort({path, "\\", std::to_string(m)}), record.target_block, record.header);
+  }
+}
+
+void RecordMapper::ApplyLines(RecordScope& record) {
+  auto [lines, added] = lines_.try_emplace(record.header);
+  if (added) lines->second = MappingLinesOf(run_.rules, record.header);
+  for (MappingLine& line : lines->second) ApplyLine(record, line);
+}
+
+void RecordMapper::ApplyLine(RecordScope& record, MappingLine& line) {
+  LineReporter reporter(record, line);
+  std::string_view expression = line.expression;
+  if (DropPrefix(expression, "*")) {
+    if (line.field == "G011") {
+      reporter.Skipped();
+      return;
+    }
+    DropPrefix(expression, "DBRPASP_");
+    DropPrefix(expression, "ReImp_");
+    if (expression.starts_with("GU03_")) {
+      AppendProcessingProduct(record, expression);
+      expression.remove_prefix(std::min(kProductMarkerSize, expression.size()));
+    }
+    if (line.field.starts_with("G30")) {
+      WriteGoodsLocation(record, line, expression, reporter);
+      return;
+    }
+  }
+  const std::optional<std::string> value = SourceValueOf(record, line, expression);
+  if (!value || value->empty()) {
+    reporter.Nothing(value.has_value());
+    return;
+  }
+  const ShortText stored = Cleaned(*value);
+  reporter.Stored(stored, StoreValue(record, line, stored));
+}
+
+}  // namespace customsconv

@@ -1,0 +1,50 @@
+#include "mapping/record_scope.h"
+
+namespace customsconv {
+
+ShortText JoinShort(std::initializer_list<std::string_view> parts) {
+  ShortText joined;
+  for (const std::string_view part : parts) joined += part;
+  return joined;
+}
+
+RecordScope::RecordScope(RunContext& run_context, std::string_view path, std::string_view block,
+                         int header_line)
+    : run(run_context),
+      source(*run_context.source),
+      target(*run_context.target),
+      source_path(path),
+      target_block(block),
+      header(header_line),
+      kind(run_context.source->DocInfo().Code),
+      prefix_(Contains(kind, "KTS") ? 'K' : 'G') {}
+
+ShortText RecordScope::Prefixed(std::string_view rest) const {
+  return JoinShort({std::string_view(&prefix_, 1), rest});
+}
+
+ShortText RecordScope::HeaderValue(std::string_view field) {
+  return source.GetFieldEx(JoinShort({"\\\\", field}));
+}
+
+ShortText RecordScope::SourceValue(std::initializer_list<std::string_view> path) {
+  ShortText full("\\\\");
+  for (const std::string_view part : path) full += part;
+  return source.GetFieldEx(full);
+}
+
+void RecordScope::SetHeaderValue(std::string_view field, std::string_view value) {
+  source.SetFieldEx(JoinShort({"\\\\", field}), value);
+}
+
+std::string RecordScope::JoinSource(std::string_view block, std::string_view field) {
+  return source.JoinBlockField(block, field, JoinMode::kBlanks);
+}
+
+int RecordScope::TargetWidth(std::string_view field) const {
+  const TBasis& level = target.CurBasis();
+  const int position = level.IndexOfName(field);
+  return position < 0 ? 0 : level.Item(position).width;
+}
+
+}  // namespace customsconv

@@ -1,0 +1,84 @@
+#ifndef CUSTOMSCONV_MAPPING_RECORD_SCOPE_H_
+#define CUSTOMSCONV_MAPPING_RECORD_SCOPE_H_
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "base/short_text.h"
+#include "common/words.h"
+#include "mapping/run_context.h"
+
+namespace customsconv {
+
+inline constexpr CharSet kPathSeparator{"\\"};
+
+// The texts one after the other.
+[[nodiscard]] ShortText JoinShort(std::initializer_list<std::string_view> parts);
+
+// One record on its way from the source to the target: what the mapping lines and every
+// built-in rule look at, and the few things that rules do.
+class RecordScope {
+ public:
+  // `source_path` is empty for the source's root, `target_block` for the
+  // target's header record. `header` is the line of the section or sub-section.
+  RecordScope(RunContext& run, std::string_view source_path, std::string_view target_block,
+              int header);
+
+  RunContext& run;
+  TDocument& source;
+  TDocument& target;
+  ShortText source_path;
+  ShortText target_block;
+  int header;
+  // The source's kind: the code of its type.
+  std::string_view kind;
+  // The goods record that a flattened target record belongs to is written into G32.
+  bool flattened = false;
+
+  // First letter of many field names: "K" for value adjustments (kinds with "KTS"), else "G".
+  [[nodiscard]] char Prefix() const { return prefix_; }
+  [[nodiscard]] ShortText Prefixed(std::string_view rest) const;
+
+  [[nodiscard]] bool IsHeader() const { return source_path.empty(); }
+  [[nodiscard]] bool PathHolds(std::string_view part) const { return Contains(source_path, part); }
+  // Word `number` (from 1) of the source path.
+  [[nodiscard]] std::string_view PathWord(std::size_t number) const {
+    return ExtractWord(number, source_path, kPathSeparator);
+  }
+
+  // Value of a field of the source's root, or of the record that a path leads
+  // to, with a path from the root.
+  [[nodiscard]] ShortText HeaderValue(std::string_view field);
+  [[nodiscard]] ShortText SourceValue(std::initializer_list<std::string_view> path);
+  void SetHeaderValue(std::string_view field, std::string_view value);
+  // First (or the named) field of all records of a block, joined with single blanks.
+  [[nodiscard]] std::string JoinSource(std::string_view block, std::string_view field = {});
+
+  // Appends a record to a target block; it becomes current.
+  void Append(std::string_view block) { target.OpenBlock(block, 0, false); }
+  void Set(std::string_view field, std::string_view value) { target.SetField(field, value); }
+  void SelectTargetRoot() { target.SetCurrentPath("\\\\"); }
+  void SelectSourceRoot() { source.SetCurrentPath("\\\\"); }
+  // Width of a field of the current target level; 0 when it has none.
+  [[nodiscard]] int TargetWidth(std::string_view field) const;
+
+ private:
+  char prefix_;
+};
+
+// Brings a document back to where it stood.
+class SavedPosition {
+ public:
+  explicit SavedPosition(TDocument& document) : document_(document) { document_.PushPosition(); }
+  ~SavedPosition() { document_.PopPosition(); }
+  SavedPosition(const SavedPosition&) = delete;
+  SavedPosition& operator=(const SavedPosition&) = delete;
+
+ private:
+  TDocument& document_;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_MAPPING_RECORD_SCOPE_H_

@@ -1,0 +1,55 @@
+#include "mapping/rules_file.h"
+
+#include "base/error.h"
+#include "common/words.h"
+
+namespace customsconv {
+namespace {
+
+constexpr CharSet kHeaderDelimiters{" []"};
+
+bool BeginsWith(std::string_view line, char c) { return !line.empty() && line.front() == c; }
+
+}  // namespace
+
+RulesFile::RulesFile(std::string_view text, std::string_view name) : text_(text), name_(name) {
+  std::string_view rest = text_;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find_first_of("\r\n");
+    lines_.push_back(rest.substr(0, end));
+    if (end == std::string_view::npos) break;
+    const bool pair = rest[end] == '\r' && end + 1 < rest.size() && rest[end + 1] == '\n';
+    rest.remove_prefix(end + (pair ? 2 : 1));
+  }
+}
+
+RulesFile RulesFile::Load(const Files& files, std::string_view name) {
+  return RulesFile(files.Read(name), name);
+}
+
+std::string_view RulesFile::ShortLine(int index) const {
+  if (index < 0 || index >= Count()) throw ListIndexError(index);
+  return CutToShort(Line(index));
+}
+
+std::optional<int> RulesFile::FindSection(std::string_view kind) const {
+  for (int i = 0; i + 1 < Count(); ++i) {
+    if (BeginsWith(Line(i), '[') && BeginsWith(Line(i + 1), '=') &&
+        ContainsNoCase(Line(i + 1), kind)) {
+      return i;
+    }
+  }
+  return std::nullopt;
+}
+
+std::string_view RulesFile::TableName(int header_line) const {
+  return ExtractWord(1, ShortLine(header_line), kHeaderDelimiters);
+}
+
+int RulesFile::NextHeader(int line) const {
+  int next = line + 1;
+  while (next < Count() && !BeginsWith(Line(next), '[')) ++next;
+  return next;
+}
+
+}  // namespace customsconv

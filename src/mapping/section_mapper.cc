@@ -1,0 +1,173 @@
+#include "mapping/section_mapper.h"
+
+#include <string>
+
+#include "base/cp1251_literal.h"
+#include "base/letter_case.h"
+#include "common/blanks.h"
+#include "common/words.h"
+#include "mapping/record_mapper.h"
+
+namespace customsconv {
+namespace {
+
+constexpr std::string_view kFlatListBlock = "DCLLISTL";
+
+bool BeginsWith(std::string_view line, char c) { return !line.empty() && line.front() == c; }
+
+std::string_view WithoutExtension(std::string_view file_name) {
+  return file_name.substr(0, file_name.rfind('.'));
+}
+
+// The goods group descriptions go by several short names in rules files.
+std::string_view ResolveAlias(std::string_view block) {
+  const bool alias = block == "TOVG" || block == "KTOVG" || block == "TOVG2";
+  return alias ? std::string_view("GoodsGroupDescription") : block;
+}
+
+bool DeclaresBlock(std::string_view line) {
+  return BeginsWith(line, ';') && Contains(line, "{") && !Contains(line, "?");
+}
+
+// ";ESADoutGoods{" and ";goods of the declaration ESADoutGoods {" both declare
+// ESADoutGoods.
+std::string_view DeclaredBlock(std::string_view line) {
+  line.remove_prefix(1);
+  const std::string_view name = Trim(line.substr(0, line.find_first_of("{;")));
+  const std::size_t blank = name.rfind(' ');
+  return blank == std::string_view::npos ? name : name.substr(blank + 1);
+}
+
+// Entry of `structure` that is a block of that name.
+bool HasBlock(const TBasis* structure, std::string_view name) {
+  if (structure == nullptr) return false;
+  const int position = structure->IndexOfName(name);
+  return position >= 0 && structure->Item(position).is_block;
+}
+
+// Walks one section of the rules for one pair of documents.
+class SectionWalk {
+ public:
+  SectionWalk(RunContext& run, int start_line)
+      : run_(run), rules_(run.rules), start_line_(start_line), records_(run) {}
+
+  void Run() {
+    for (int i = start_line_; i < rules_.Count(); i = rules_.NextHeader(i)) {
+      if (!BeginsWith(rules_.ShortLine(i + 1), '=')) {
+        MapSubSection(i);
+      } else if (i == start_line_) {
+        records_.MapBlockRecord({}, {}, i);
+      } else {
+        return;
+      }
+    }
+  }
+
+ private:
+  void MapSubSection(int header) {
+    const std::string table = UpperCaseRu(rules_.TableName(header));
+    const std::string_view target_block = TargetBlock(table);
+    if (target_block.empty()) {
+      Show({"Не описана таблица "_cp1251, table, " в документе "_cp1251,
+            run_.target->DocInfo().Code});
+      return;
+    }
+    if (target_block == kFlatListBlock) {
+      records_.MapBlockRecord({}, target_block, header);
+      return;
+    }
+    const std::string_view block_line = rules_.ShortLine(header + 1);
+    if (!Contains(block_line, "{")) {
+      Show({"Не задан тип блока в строке "_cp1251, std::to_string(header), " файла "_cp1251,
+            rules_.name()});
+      return;
+    }
+    const std::string_view block = ResolveAlias(block_line.substr(0, block_line.find('{')));
+    if (!Contains(block_line, "*")) {
+      MapBlock(block, target_block, header);
+    } else if (block == "MechUnitPart*") {
+      MapBlock(DropTail(block, 1), target_block, header);
+    } else {
+      MapDeclaredBlocks(target_block, header);
+    }
+  }
+
+  std::string_view TargetBlock(std::string_view table) const {
+    const std::string_view block = FindTableBlock(run_.target->RootBasis(), table);
+    if (!block.empty()) return block;
+    const TBasis* main = run_.target->MainBlockBasis();
+    return main == nullptr ? std::string_view() : FindTableBlock(*main, table);
+  }
+
+  // The sub-section's comment lines of the form ";name{" name its source blocks.
+  void MapDeclaredBlocks(std::string_view target_block, int header) {
+    for (int j = header + 1; j < rules_.Count(); ++j) {
+      const std::string_view line = rules_.ShortLine(j);
+      if (BeginsWith(line, '[')) return;
+      if (DeclaresBlock(line)) MapBlock(DeclaredBlock(line), target_block, header);
+    }
+  }
+
+  void MapBlock(std::string_view block, std::string_view target_block, int header) {
+    TDocument& source = *run_.source;
+    if (HasBlock(&source.RootBasis(), block)) {
+      const int records = source.RecordCount(Join({"\\\\", block}));
+      for (int k = 1; k <= records; ++k) {
+        records_.MapBlockRecord(Join({block, "\\", std::to_string(k)}), target_block, header);
+      }
+    } else if (HasBlock(source.MainBlockBasis(), block)) {
+      MapMainBlockRecords(block, target_block, header);
+    } else if (!StartsWithRu(source.DocInfo().Code, "DTSout_CU")) {
+      Show({"Не найден блок "_cp1251, block, " файла "_cp1251, rules_.name()});
+    }
+  }
+
+  void MapMainBlockRecords(std::string_view block, std::string_view target_block, int header) {
+    TDocument& source = *run_.source;
+    const int main_records = source.MainRecordCount();
+    for (int m = 1; m <= main_records; ++m) {
+      const std::string number = std::to_string(m);
+      const ShortText inside = Join({source.DocInfo().MainBlock, "\\", number, "\\", block});
+      const int records = source.RecordCount(Join({"\\\\", inside}));
+      const ShortText target =
+          Join({run_.target->DocInfo().MainBlock, "\\", number, "\\", target_block});
+      for (int k = 1; k <= records; ++k) {
+        records_.MapBlockRecord(Join({inside, "\\", std::to_string(k)}), target, header);
+      }
+    }
+  }
+
+  static ShortText Join(std::initializer_list<std::string_view> parts) {
+    ShortText joined;
+    for (const std::string_view part : parts) joined += part;
+    return joined;
+  }
+
+  void Show(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) text += part;
+    run_.environment.host.dialogs.Message(text);
+  }
+
+  RunContext& run_;
+  const RulesFile& rules_;
+  int start_line_;
+  RecordMapper records_;
+};
+
+}  // namespace
+
+std::string_view FindTableBlock(const TBasis& structure, std::string_view table_name) {
+  if (dynamic_cast<const TDbfBasis*>(&structure) == nullptr) return {};
+  const std::string_view key = WithoutExtension(table_name);
+  for (int i = 0; i < structure.Count(); ++i) {
+    const TFieldInfo& entry = structure.Item(i);
+    const auto* level = dynamic_cast<const TDbfBasis*>(entry.block.get());
+    if (level != nullptr && SameTextRu(WithoutExtension(level->table_file), key)) return entry.name;
+  }
+  return {};
+}
+
+void MapTableSection(RunContext& run, int start_line) { SectionWalk(run, start_line).Run(); }
+
+}  // namespace customsconv

@@ -1,0 +1,99 @@
+#include "mapping/value_store.h"
+
+#include <cmath>
+
+#include "base/letter_case.h"
+#include "common/dates.h"
+#include "common/numbers.h"
+
+namespace customsconv {
+namespace {
+
+// Value of a date in one of the two XML orders; 0 when it is neither.
+Date XmlDate(std::string_view value) {
+  for (const std::string_view format : {"yyyy-mm-dd", "dd-mm-yyyy"}) {
+    const DateTime date = TextToDateFmtDef(format, value, 0);
+    if (date != 0) return static_cast<Date>(std::floor(date));
+  }
+  return 0;
+}
+
+ShortText ConvertDate(std::string_view value, int this_year) {
+  if (ParseLocalDate(value, this_year)) return value;
+  const Date date = XmlDate(value);
+  return date == 0 ? ShortText(value) : ShortText(LocalDateText(date));
+}
+
+bool StartsWithOneOf(std::string_view text, std::initializer_list<std::string_view> starts) {
+  for (const std::string_view start : starts) {
+    if (text.starts_with(start)) return true;
+  }
+  return false;
+}
+
+std::string_view BeforeBracket(std::string_view field) { return field.substr(0, field.find('[')); }
+
+void AppendToField(RecordScope& record, std::string_view field, std::string_view value) {
+  ShortText text = record.target.GetField(field);
+  text += value;
+  record.Set(field, text);
+}
+
+void AddToList(RecordScope& record, std::string_view field, std::string_view value) {
+  const ShortText reduced = SixDigitDate(value, record.run.environment.ThisYear());
+  const ShortText present = record.target.GetField(field);
+  record.Set(field, present.empty() ? reduced : JoinShort({present, "/", reduced}));
+}
+
+}  // namespace
+
+std::string_view LogicalValue(std::string_view value, std::string_view caption) {
+  const std::size_t open = caption.find('[');
+  const std::size_t close = open == std::string_view::npos ? open : caption.find(']', open);
+  const std::string_view options =
+      close == std::string_view::npos ? "" : caption.substr(open + 1, close - open - 1);
+  if (options.empty()) return StrToBoolRu(value) ? "1" : "0";
+  const std::size_t slash = options.find('/');
+  const std::string_view yes =
+      slash == std::string_view::npos ? options : options.substr(slash + 1);
+  return SameTextRu(value, yes) ? "1" : "0";
+}
+
+ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_field,
+                              int this_year) {
+  if (source_field == nullptr) return value;
+  if (source_field->type == 'D') return ConvertDate(value, this_year);
+  if (source_field->type == 'L') return LogicalValue(value, source_field->caption);
+  return value;
+}
+
+ShortText SixDigitDate(std::string_view value, int this_year) {
+  if (value.size() == 10 && value[4] == '-') {
+    return JoinShort({value.substr(8, 2), value.substr(5, 2), value.substr(2, 2)});
+  }
+  if (ParseLocalDate(value, this_year)) {
+    const std::string_view month = value.size() > 3 ? value.substr(3, 2) : "";
+    return JoinShort({value.substr(0, 2), month, value.substr(value.size() - 2)});
+  }
+  return value;
+}
+
+StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value) {
+  const int position = line.target_field.In(record.target.CurBasis(), line.field);
+  if (position >= 0) {
+    record.target.SetFieldByNum(position, ConvertBySourceType(value, record.source.LastField(),
+                                                              record.run.environment.ThisYear()));
+    return StoredIn::kField;
+  }
+  if (StartsWithOneOf(line.field, {"G36[", "G37[", "K012["})) {
+    AppendToField(record, BeforeBracket(line.field), value);
+    return StoredIn::kBracketField;
+  }
+  if (StartsWithOneOf(line.field, {"PASP[", "NUMCARD[", "NUMZ["})) {
+    AddToList(record, BeforeBracket(line.field), value);
+    return StoredIn::kBracketField;
+  }
+  return StoredIn::kNowhere;
+}
+
+}  // namespace customsconv

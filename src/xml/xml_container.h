@@ -1,0 +1,56 @@
+#ifndef CUSTOMSCONV_XML_XML_CONTAINER_H_
+#define CUSTOMSCONV_XML_XML_CONTAINER_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/short_text.h"
+#include "document/document.h"
+
+namespace customsconv {
+
+// The documents of one XML file, found by their envelopes or declarations and yielded one
+// at a time: all of the first kind found, in file order, then all of the second, and so on.
+class TXMLContainer {
+ public:
+  // Kinds in order of first appearance.
+  struct Kind {
+    std::string text;      // short name, " (", count, ")"
+    int type_index = -1;   // in the catalogue
+    [[nodiscard]] int Count() const;  // read back from `text`
+  };
+
+  // Reads the file and finds its documents. Errors of reading have a blank and the
+  // file name appended. `types` and `environment` must outlive the container.
+  TXMLContainer(std::string_view file_name, TDocTypeList& types, Environment& environment);
+  ~TXMLContainer();
+
+  // The next document, or null when all have been yielded. Throws Error for a
+  // document without end, or one that the parser cannot read. A file that changed meanwhile is
+  // read again.
+  [[nodiscard]] std::unique_ptr<TDocument> Next();
+
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  [[nodiscard]] const std::vector<Kind>& DocList() const { return doc_list_; }
+  [[nodiscard]] const ShortText& FileName() const { return file_name_; }
+  [[nodiscard]] int CurIndex() const { return cur_index_; }
+  // Which occurrence (from 1) of its kind was yielded last.
+  [[nodiscard]] int CurOccurrence() const { return cur_occurrence_; }
+  // Values were met under element names that are no fields of their type.
+  [[nodiscard]] bool UnknownIdsFound() const { return unknown_ids_found_; }
+  void ClearUnknownIds() { unknown_ids_found_ = false; }
+
+ private:
+  std::string text_;
+  std::vector<Kind> doc_list_;
+  ShortText file_name_;
+  int cur_index_ = -1;
+  int cur_occurrence_ = 0;
+  bool unknown_ids_found_ = false;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_XML_XML_CONTAINER_H_
