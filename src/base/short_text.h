@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace customsconv {
 
@@ -53,7 +54,12 @@ class ShortText {
   void clear() { size_ = 0; }
 
   friend bool operator==(const ShortText& a, const ShortText& b) { return a.view() == b.view(); }
-  friend bool operator==(const ShortText& a, std::string_view b) { return a.view() == b; }
+  // A template, so that a literal is not compared as one type or the other.
+  template <typename Text>
+  requires std::is_convertible_v<const Text&, std::string_view>
+  friend bool operator==(const ShortText& a, const Text& b) {
+    return a.view() == std::string_view(b);
+  }
   friend auto operator<=>(const ShortText& a, const ShortText& b) { return a.view() <=> b.view(); }
 
  private:
