@@ -1,0 +1,46 @@
+#include "common/ini_line.h"
+
+#include "base/short_text.h"
+#include "common/blanks.h"
+
+namespace customsconv {
+
+std::optional<std::string_view> ParseSectionHeader(std::string_view line) {
+  if (line.empty() || line.front() != '[') return std::nullopt;
+  line = CutToShort(line);
+  const std::size_t end = line.find(']');
+  if (end == std::string_view::npos) return std::string_view();
+  return Trim(line.substr(1, end - 1));
+}
+
+std::optional<IniKeyLine> ParseKeyLine(std::string_view line) {
+  if (line.empty() || line.front() == ';') return std::nullopt;
+  const std::size_t equals = line.find('=');
+  if (equals == std::string_view::npos) return std::nullopt;
+  return IniKeyLine{CutToShort(Trim(line.substr(0, equals))), Trim(line.substr(equals + 1))};
+}
+
+std::optional<std::string_view> ParseCommentedKey(std::string_view line) {
+  constexpr std::size_t kLongestKey = 28;
+  if (line.empty() || line.front() != ';') return std::nullopt;
+  line.remove_prefix(1);
+  const std::size_t equals = line.substr(0, kLongestKey + 1).find('=');
+  if (equals == 0 || equals == std::string_view::npos) return std::nullopt;
+  const auto parsed = ParseKeyLine(line);
+  if (!parsed) return std::nullopt;
+  return parsed->key;
+}
+
+std::list<std::string> SplitIniLines(std::string_view text) {
+  std::list<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find_first_of("\r\n");
+    lines.emplace_back(text.substr(0, end));
+    if (end == std::string_view::npos) break;
+    const bool pair = text.substr(end, 2) == "\r\n";
+    text.remove_prefix(end + (pair ? 2 : 1));
+  }
+  return lines;
+}
+
+}  // namespace customsconv

@@ -1,0 +1,33 @@
+#ifndef CUSTOMSCONV_COMMON_INI_LINE_H_
+#define CUSTOMSCONV_COMMON_INI_LINE_H_
+
+#include <list>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace customsconv {
+
+// What single lines of an ini file mean. The views point into the line.
+
+struct IniKeyLine {
+  std::string_view key;    // trimmed, at most 255 bytes
+  std::string_view value;  // trimmed, any length
+};
+
+// "[name] anything": the name trimmed, empty when the "]" is missing among the
+// first 255 bytes.
+[[nodiscard]] std::optional<std::string_view> ParseSectionHeader(std::string_view line);
+// "key = value", split at the first "=".
+[[nodiscard]] std::optional<IniKeyLine> ParseKeyLine(std::string_view line);
+// The key of ";key=value", a setting that is switched off. Anything longer than
+// 28 characters between ";" and "=" is a remark.
+[[nodiscard]] std::optional<std::string_view> ParseCommentedKey(std::string_view line);
+
+// The lines of a file, which end at CR LF, a lone CR or a lone LF. No empty line
+// follows the last line end.
+[[nodiscard]] std::list<std::string> SplitIniLines(std::string_view text);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_COMMON_INI_LINE_H_
