@@ -1,27 +1,26 @@
 // UTF-8 and UTF-16 to code page 1251 and back.
 //
-// A declaration file is markup in ASCII with Russian words between, so the
-// UTF-8 decoder takes steps of up to 16 ASCII bytes and of up to 8 Russian
-// letters; everything else goes character by character.
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+// A declaration file is markup in ASCII with Russian words between, so blocks
+// that hold nothing else take a quick way; the rest goes character by character.
 
 #include <algorithm>
 #include <array>
-#include <bit>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "base/code_pages.h"
 #include "base/internal/cp1251_table.h"
+#include "base/internal/utf8_blocks.h"
 
 namespace customsconv {
 namespace {
 
 constexpr char kReplacement = '?';
+constexpr std::ptrdiff_t kBlock = 16;      // bytes between two tries of the quick way
+constexpr std::size_t kPiece = 32 * 1024;  // bytes converted before they are moved out
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 
 char WinCharOf(char32_t c) {
   if (c == 0) return '\0';
@@ -53,101 +52,38 @@ std::size_t DecodeLongChar(const unsigned char* from, std::size_t left, char32_t
   return code < smallest || surrogate || code > 0x10FFFF ? 0 : length;
 }
 
-#if defined(__SSE2__)
-
-constexpr std::size_t kStep = 16;  // input bytes that a step looks at
-
-// Copies the ASCII bytes that the next kStep bytes begin with; their number.
-// Writes up to kStep bytes.
-std::size_t CopyAscii(const char* from, char* to) {
-  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
-  const auto high_bits = static_cast<unsigned>(_mm_movemask_epi8(bytes));
-  return static_cast<std::size_t>(std::countr_zero(high_bits | 0x10000u));
-}
-
-// Converts the letters А to я that the next kStep bytes begin with; their
-// number. Writes up to 8 bytes.
-//
-// A 16-bit lane holds one letter, lead byte (0xD0 or 0xD1) low. Its number from
-// U+0400 is the lead's last bit and the six bits of the second byte, and the
-// letters in question are 0x10 to 0x4F there and 0xC0 to 0xFF in the code page.
-std::size_t CopyLetters(const char* from, char* to) {
-  const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-  const __m128i is_pair =
-      _mm_cmpeq_epi16(_mm_and_si128(pairs, _mm_set1_epi16(static_cast<short>(0xC0FE))),
-                      _mm_set1_epi16(static_cast<short>(0x80D0)));
-  const __m128i row =
-      _mm_slli_epi16(_mm_and_si128(pairs, _mm_set1_epi16(static_cast<short>(0x0001))), 6);
-  const __m128i column = _mm_and_si128(_mm_srli_epi16(pairs, 8), _mm_set1_epi16(0x3F));
-  const __m128i number = _mm_or_si128(row, column);
-  const __m128i is_letter = _mm_and_si128(_mm_cmpgt_epi16(number, _mm_set1_epi16(0x0F)),
-                                          _mm_cmplt_epi16(number, _mm_set1_epi16(0x50)));
-  const __m128i letters = _mm_add_epi16(number, _mm_set1_epi16(0xB0));
-  _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(letters, letters));
-  const auto good = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(is_pair, is_letter)));
-  return static_cast<std::size_t>(std::countr_one(good)) / 2;
-}
-
-#else
-
-constexpr std::size_t kStep = 8;
-
-std::size_t CopyAscii(const char* from, char* to) {
-  std::uint64_t bytes = 0;
-  std::memcpy(&bytes, from, sizeof bytes);
-  if ((bytes & 0x8080808080808080ULL) == 0) {
-    std::memcpy(to, &bytes, sizeof bytes);
-    return kStep;
-  }
-  std::size_t count = 0;
-  for (; static_cast<unsigned char>(from[count]) < 0x80; ++count) to[count] = from[count];
-  return count;
-}
-
-std::size_t CopyLetters(const char* from, char* to) {
-  std::size_t count = 0;
-  for (; count < kStep / 2; ++count) {
-    const unsigned lead = static_cast<unsigned char>(from[2 * count]);
-    const unsigned second = static_cast<unsigned char>(from[2 * count + 1]);
-    const unsigned number = (lead & 1) << 6 | (second & 0x3F);
-    if ((lead & 0xFE) != 0xD0 || (second & 0xC0) != 0x80) break;
-    if (number < 0x10 || number >= 0x50) break;
-    to[count] = static_cast<char>(number + 0xB0);
-  }
-  return count;
-}
-
-#endif
-
-// Converts from `from` to `to`, which has room for as many bytes. The end of
-// what was written, or null when the text is malformed.
+// Converts whole characters from `from` to `to`, which has room for as many
+// bytes. The end of what was written, or null when the text is malformed.
 char* ConvertUtf8(const char* from, const char* end, char* to) {
   while (from != end) {
-    // What a step writes never reaches past the room: no character of the code
-    // page is longer than its UTF-8 form.
-    if (static_cast<std::size_t>(end - from) >= kStep) {
-      const std::size_t ascii = CopyAscii(from, to);
-      from += ascii, to += ascii;
-      if (ascii == kStep) continue;
-      if (static_cast<std::size_t>(end - from) >= kStep) {
-        const std::size_t letters = CopyLetters(from, to);
-        from += 2 * letters, to += letters;
-        if (letters > 0) continue;
+    const internal::Utf8Progress plain = internal::ConvertPlainBlocks({from, to}, end);
+    from = plain.from;
+    to = plain.to;
+    // The block that stopped it, or the rest.
+    const char* const stop = end - from > kBlock ? from + kBlock : end;
+    while (from < stop) {
+      if (IsAscii(*from)) {
+        *to++ = *from++;
+        continue;
       }
+      char32_t code = 0;
+      const std::size_t length = DecodeLongChar(reinterpret_cast<const unsigned char*>(from),
+                                                static_cast<std::size_t>(end - from), code);
+      if (length == 0) return nullptr;
+      *to++ = WinCharOf(code);
+      from += length;
     }
-    if (static_cast<unsigned char>(*from) < 0x80) {
-      *to++ = *from++;
-      continue;
-    }
-    char32_t code = 0;
-    const std::size_t length = DecodeLongChar(reinterpret_cast<const unsigned char*>(from),
-                                              static_cast<std::size_t>(end - from), code);
-    if (length == 0) return nullptr;
-    *to++ = WinCharOf(code);
-    from += length;
   }
   return to;
+}
+
+// The size of the next piece of `text`, at most `limit`: where it is well-formed,
+// the piece ends with a whole character.
+std::size_t PieceSize(std::string_view text, std::size_t limit) {
+  if (text.size() <= limit) return text.size();
+  std::size_t size = limit;
+  for (int back = 0; back < 3 && (text[size] & 0xC0) == 0x80; ++back) --size;
+  return size;
 }
 
 // UTF-8 form of a byte of the upper half of code page 1251.
@@ -173,16 +109,22 @@ constexpr std::array<Utf8Form, 128> kUtf8Forms = [] {
 
 const Utf8Form& Utf8FormOf(char c) { return kUtf8Forms[static_cast<unsigned char>(c) & 0x7Fu]; }
 
-bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
-
 }  // namespace
 
+// Goes by pieces that stay in the processor's cache, so that the memory of a
+// large result is touched once and only as far as it is used.
 std::optional<std::string> WinFromUtf8(std::string_view utf8) {
   if (utf8.starts_with(kByteOrderMark)) utf8.remove_prefix(kByteOrderMark.size());
-  std::string win(utf8.size(), '\0');
-  const char* end = ConvertUtf8(utf8.data(), utf8.data() + utf8.size(), win.data());
-  if (end == nullptr) return std::nullopt;
-  win.resize(static_cast<std::size_t>(end - win.data()));
+  std::string win;
+  win.reserve(utf8.size());
+  std::array<char, kPiece> piece;
+  while (!utf8.empty()) {
+    const std::size_t size = PieceSize(utf8, kPiece);
+    const char* end = ConvertUtf8(utf8.data(), utf8.data() + size, piece.data());
+    if (end == nullptr) return std::nullopt;
+    win.append(piece.data(), static_cast<std::size_t>(end - piece.data()));
+    utf8.remove_prefix(size);
+  }
   return win;
 }
 

@@ -90,6 +90,24 @@ TEST(WinFromUtf8, MixedRunsOfAnyLengthConvertAsCharactersDo) {
   }
 }
 
+TEST(WinFromUtf8, LongTextsAreConvertedInPiecesWithoutASeam) {
+  for (const std::string character : {"я", "№", "😀"}) {
+    for (std::size_t shift = 0; shift < 4; ++shift) {
+      std::string utf8(shift, 'x');
+      while (utf8.size() < 100'000) utf8 += character;
+      const std::size_t count = (utf8.size() - shift) / character.size();
+      const std::string byte = character == "😀" ? "?" : Win(character);
+      std::string expected(shift, 'x');
+      for (std::size_t i = 0; i < count; ++i) expected += byte;
+      EXPECT_EQ(WinFromUtf8(utf8), expected) << character << shift;
+      EXPECT_EQ(WinFromUtf8(utf8 + "\x80"), std::nullopt);
+      utf8.pop_back();
+      EXPECT_EQ(WinFromUtf8(utf8), std::nullopt);
+    }
+  }
+  EXPECT_EQ(WinFromUtf8(std::string(100'000, '\x80')), std::nullopt);
+}
+
 TEST(WinFromUtf8, DropsTheByteOrderMarkOnceAtTheStart) {
   EXPECT_EQ(WinFromUtf8("\xEF\xBB\xBFx"), "x");
   EXPECT_EQ(WinFromUtf8("\xEF\xBB\xBF\xEF\xBB\xBFx\xEF\xBB\xBF"), "?x?");
