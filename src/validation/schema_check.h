@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_VALIDATION_SCHEMA_CHECK_H_
 #define CUSTOMSCONV_VALIDATION_SCHEMA_CHECK_H_
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,9 @@ class SchemaCheck {
   [[nodiscard]] SchemaVerdict ValidateXml(std::string_view text, const Environment& environment);
 
  private:
+  void Check(std::string_view text, const Environment& environment, SchemaVerdict& verdict);
+  std::unique_ptr<XmlDocumentService> CreateDocument();
+
   XmlServices& services_;
   char version_ = '6';
 };

@@ -1,0 +1,43 @@
+#ifndef CUSTOMSCONV_VALIDATION_LIBXML_ERROR_H_
+#define CUSTOMSCONV_VALIDATION_LIBXML_ERROR_H_
+
+#include <libxml/xmlerror.h>
+
+#include <string>
+#include <string_view>
+
+namespace customsconv {
+
+// The first error that libxml2 reports while the object lives, on this thread.
+// Warnings do not count.
+class FirstXmlError {
+ public:
+  FirstXmlError();
+  ~FirstXmlError();
+  FirstXmlError(const FirstXmlError&) = delete;
+  FirstXmlError& operator=(const FirstXmlError&) = delete;
+
+  // To be handed to libxml2 with the object as its context.
+  static void Take(void* self, xmlErrorPtr error);
+  void Take(int code, int line, std::string_view message);
+
+  [[nodiscard]] bool occurred() const { return code_ != 0; }
+  [[nodiscard]] int code() const { return code_; }
+  [[nodiscard]] int line() const { return line_; }
+  // In one line, code page 1251, element names without their namespaces.
+  [[nodiscard]] std::string Message() const;
+  // Name of the file that it stands in, UTF-8; empty for the document itself.
+  [[nodiscard]] const std::string& file() const { return file_; }
+
+ private:
+  xmlStructuredErrorFunc former_;
+  void* former_context_;
+  int code_ = 0;
+  int line_ = 0;
+  std::string message_;
+  std::string file_;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_VALIDATION_LIBXML_ERROR_H_
