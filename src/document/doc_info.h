@@ -76,7 +76,8 @@ class TDocInfo {
   [[nodiscard]] TBasis& GetBasis(Environment& environment);
   // Rebuilds a table-set type's levels from the table headers in `folder` (with closing
   // separator); tables that cannot be opened are listed in one warning. The levels that were
-  // there are gone, and with them what documents of the type refer to.
+  // there are gone, and with them what documents of the type refer to. Throws Error when
+  // the catalogue does not describe the type by tables.
   void LoadFromDbf(std::string_view folder, TDbfCache& cache, Environment& environment);
   // Built with the first document of the type.
   [[nodiscard]] const TDocProtect& Numbering(Environment& environment);

@@ -1,0 +1,212 @@
+#include "document/fields_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "document/doc_type_list.h"
+#include "support/catalogue_builder.h"
+
+namespace customsconv {
+namespace {
+
+// "N18.2" or "C20x3 {10,20}"; a space stands for the type of plain text.
+std::string Sizes(const TFieldInfo& field) {
+  std::string text = std::string(1, field.type) + std::to_string(field.width);
+  if (field.decimals != 0) text += "." + std::to_string(field.decimals);
+  if (field.lines != 1) text += "x" + std::to_string(field.lines);
+  for (const int width : field.line_widths) text += "," + std::to_string(width);
+  return text;
+}
+
+// All entries as "NAME sizes", blocks as "NAME{...}".
+std::string Tree(const TBasis& basis) {
+  std::string text;
+  for (int i = 0; i < basis.Count(); ++i) {
+    const TFieldInfo& field = basis.Item(i);
+    if (!text.empty()) text += ' ';
+    text += Utf8(field.name);
+    if (field.block != nullptr) text += "{" + Tree(*field.block) + "}";
+  }
+  return text;
+}
+
+// A type T whose Fields section is the given text.
+struct TypeWorld {
+  explicit TypeWorld(std::string_view fields, std::string_view header = "FullName=T\n") {
+    world.Dcf("[T.HEADER]\n" + std::string(header) + "[T.Fields]\n" + std::string(fields));
+    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+  }
+  TBasis& Basis() { return types->GetDocInfo("T").GetBasis(world); }
+  CatalogueWorld world;
+  std::unique_ptr<TDocTypeList> types;
+};
+
+constexpr const char* kXml = "XmlType=1\n";
+
+TEST(FieldsReader, UnderstandsSpecifications) {
+  const struct {
+    const char* line;
+    const char* sizes;
+  } cases[] = {{"F=20", " 20"},
+               {"F = C20", "C20"},
+               {"F C20", "F1"},
+               {"F=c20x3", "C20x3"},
+               {"F=20X3X5", " 20x3"},
+               {"F=20X", " 20"},
+               {"F=N", "N15"},
+               {"F=N15.2", "N18.2"},
+               {"F=N.2", "N18.2"},
+               {"F=C", "C1"},
+               {"F=D8", "D10"},
+               {"F=D8 | NAMESPACE=\"a\"", "D8"},
+               {"F=L", "L1"},
+               {"F=10,20,30", " 30x3,10,20,30"},
+               {"F=C10,20X7", " 20x2,1,20"},
+               {"F=10,,20,", " 20x2,10,20"},
+               {"F=C20 4", "C20"},
+               {"F=C20 4 | SEQ=\"1\"", "C20.4"},
+               {"F=N5.1 4 | SEQ=\"1\"", "N7.1"},
+               {"F=C20 4 | SEQ=\"zwei\"", "C20"},
+               {"F=B|группа", "B1"}};
+  for (const auto& c : cases) {
+    TypeWorld type(c.line);
+    EXPECT_EQ(Sizes(type.Basis().Item(0)), c.sizes) << c.line;
+  }
+}
+
+TEST(FieldsReader, UpperCasesNamesUnlessBoundToXml) {
+  constexpr const char* kFields = "gёod=5\n&&BLOCK\na=1\n&&BLOCK\nbl {\nb=1\n}\n";
+  TypeWorld plain(kFields, "MainBlock=tov\n");
+  EXPECT_EQ(Tree(plain.Basis()), "GёOD TOV{A} BL{B}");
+  TypeWorld xml(kFields, kXml);
+  EXPECT_EQ(Tree(xml.Basis()), "gёod BLOCK{a} bl{b}");
+}
+
+TEST(FieldsReader, NestsBlocksAndEndsThemAllAtASectionLine) {
+  const struct {
+    const char* fields;
+    const char* tree;
+  } cases[] = {{"A=1\nB {\nC {\nD=1\n}\nE=1\n}\nF=1\n}\nG=1\n", "A B{C{D} E} F"},
+               {"A {\nB {\nC=1\n[\nD=1\n", "A{B{C}}"},
+               {"A {\nB {\nC=1", "A{B{C}}"},
+               {"A {\nB=1\n&&BLOCK x\nC=1\n", "A{B} C"},
+               {"&&BLOCK\nB=1\n}\nC=1\n", "BLOCK{B} C"},
+               {"A { | x }\nB=1\n", "A B"},
+               {"A {\n}\n", "A{}"}};
+  for (const auto& c : cases) {
+    TypeWorld type(c.fields);
+    EXPECT_EQ(Tree(type.Basis()), c.tree) << c.fields;
+  }
+}
+
+TEST(FieldsReader, TakesCaptionsFromTheLineOrTheCommentBefore) {
+  TypeWorld type(
+      ";=> первая <=\n"
+      "A=1\n"
+      "B=1\n"
+      "; потеряна\n"
+      "C=1 | своя\n"
+      "D=1|тоже\n"
+      "D.E=x;1;r|не подпись\n"
+      ";блок\n"
+      "F {\n"
+      ";в конце блока\n"
+      "}\n"
+      "G=1 | NAMESPACE=\"g\"\n"
+      "H { | надпись MAX=\"1\" NAMESPACE=\"a:h\"\n");
+  const TBasis& basis = type.Basis();
+  const struct {
+    const char* name;
+    const char* caption;
+  } cases[] = {
+      {"A", "первая <"}, {"B", ""},     {"C", "своя"},          {"D", "тоже"},
+      {"D.E", ""},       {"F", "блок"}, {"G", "в конце блока"}, {"H", "надпись MAX=\"1\""}};
+  for (const auto& c : cases)
+    EXPECT_EQ(Utf8(basis.FieldByName(c.name).caption), c.caption) << c.name;
+  EXPECT_EQ(basis.FieldByName("H").xml_path, "a:h");
+}
+
+TEST(FieldsReader, TakesAttributesOutOfTheCaption) {
+  TypeWorld type(
+      "A=C5 | x PATTERN=\"[|]\"y PRNT=\"1\" SEQ=\"2\"CHOICE=\"257\" MAX=\"many\" NAMESPACE=\"a:B\" "
+      "z\n"
+      "B=C5 | NAMESPACE=a:B\n"
+      "C=C5 | NAMESPACE=\"a:B\n");
+  const TFieldInfo& a = type.Basis().Item(0);
+  EXPECT_EQ(a.caption, "x y     z");
+  EXPECT_EQ(a.pattern, "[|]");
+  EXPECT_EQ(a.xml_path, "a:B");
+  EXPECT_EQ(a.prnt, 1);
+  EXPECT_EQ(a.seq, 2);
+  EXPECT_EQ(a.choice, 1) << "kept in 8 bits";
+  EXPECT_EQ(a.max, 0);
+  for (const int i : {1, 2}) EXPECT_EQ(type.Basis().Item(i).xml_path, "") << i;
+  EXPECT_EQ(type.Basis().Item(1).caption, "NAMESPACE=a:B");
+}
+
+TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
+  TypeWorld type(
+      "EARLY.1=x;1\n"
+      "G31=C250\n"
+      "NUM=N5\n"
+      "G31.1=№#место;2;ссылка12;x | часть\n"
+      "G31.2= ;300;R\n"
+      "NUM.1=a;0\n");
+  const TBasis& basis = type.Basis();
+  const TFieldInfo& composite = basis.FieldByName("G31");
+  EXPECT_EQ(Sizes(composite), "M250");
+  EXPECT_EQ(basis.FieldByName("NUM").type, 'N');
+  ASSERT_EQ(composite.sub_fields.size(), 2u);
+  const TSubField& first = composite.sub_fields[0];
+  EXPECT_EQ(Utf8(first.prefix), "№\rМЕСТО");
+  EXPECT_EQ(first.number, 2);
+  EXPECT_EQ(Utf8(first.ref_name), "ССЫЛКА12");
+  EXPECT_EQ(first.ref_number, 12);
+  EXPECT_TRUE(first.flag);
+  EXPECT_EQ(first.full_name, "G31.1");
+  EXPECT_EQ(Utf8(first.caption), "часть");
+  const TSubField& second = composite.sub_fields[1];
+  EXPECT_EQ(second.prefix, " ");
+  EXPECT_EQ(second.number, 44) << "kept in 8 bits";
+  EXPECT_EQ(second.ref_number, 0);
+  EXPECT_FALSE(second.flag);
+  const struct {
+    const char* name;
+    int part;
+  } parts[] = {{"EARLY.1", -1}, {"G31.1", 0}, {"G31.2", 1}, {"NUM.1", 0}};
+  for (const auto& c : parts) {
+    EXPECT_EQ(basis.FieldByName(c.name).type, 'V') << c.name;
+    EXPECT_EQ(basis.FieldByName(c.name).part, c.part) << c.name;
+  }
+}
+
+TEST(FieldsReader, NamesFileAndSectionOfWhatItCannotRead) {
+  const struct {
+    const char* fields;
+    const char* message;
+  } cases[] = {{"F=20ABC\n", "Отсутствует пробел между длиной поля и описанием"},
+               {"A=C5\nA.b=x;y\n", "Неверный формат префикса A.B"}};
+  for (const auto& c : cases) {
+    TypeWorld type(c.fields);
+    const std::string place = "Файл: C:\\PROG\\Data\\Kordwin.dcf  Раздел: [T.Fields]\r\r";
+    EXPECT_EQ(Utf8(ErrorOf([&] { type.Basis(); })), place + c.message);
+  }
+  TypeWorld type("EMPTY=\nA.B=x;1\n");
+  EXPECT_EQ(Sizes(type.Basis().Item(0)), " 0");
+  EXPECT_EQ(type.world.host.dialogs.log,
+            std::vector<std::string>{"message: Не указана длина поля EMPTY"});
+}
+
+TEST(FieldsReader, NestsAsDeepAsTheFileSays) {
+  constexpr int kDepth = 100000;
+  std::string fields;
+  for (int i = 0; i < kDepth; ++i) fields += "B {\n";
+  TypeWorld type(fields + "F=1\n");
+  const TBasis* level = &type.Basis();
+  int depth = 0;
+  for (; level->Item(0).block != nullptr; ++depth) level = level->Item(0).block.get();
+  EXPECT_EQ(depth, kDepth);
+  EXPECT_EQ(level->Item(0).name, "F");
+}
+
+}  // namespace
+}  // namespace customsconv
