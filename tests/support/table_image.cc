@@ -1,0 +1,132 @@
+#include "support/table_image.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "base/code_pages.h"
+#include "support/text.h"
+
+namespace customsconv {
+namespace {
+
+std::string Dos(std::string_view utf8) { return DosFromWin(Win(utf8)); }
+
+std::string LittleEndian(std::size_t value, int size) {
+  std::string bytes;
+  for (int i = 0; i < size; ++i, value >>= 8) bytes += static_cast<char>(value & 0xFF);
+  return bytes;
+}
+
+std::size_t Number(std::string_view bytes, std::size_t at, int size) {
+  std::size_t value = 0;
+  for (int i = size; i-- > 0;) {
+    value = value << 8 | static_cast<unsigned char>(bytes.at(at + static_cast<std::size_t>(i)));
+  }
+  return value;
+}
+
+}  // namespace
+
+TableImage& TableImage::Field(std::string_view name, char type, int length, int decimals) {
+  fields_.push_back({Dos(name), type, length, decimals});
+  return *this;
+}
+
+TableImage& TableImage::Row(const std::vector<std::string>& values) {
+  AddRow(' ', values);
+  return *this;
+}
+
+TableImage& TableImage::DeletedRow(const std::vector<std::string>& values) {
+  AddRow('*', values);
+  return *this;
+}
+
+TableImage& TableImage::Extended() {
+  extended_ = true;
+  return *this;
+}
+
+void TableImage::AddRow(char mark, const std::vector<std::string>& values) {
+  std::string row(1, mark);
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    const auto width = static_cast<std::size_t>(fields_[i].length);
+    std::string value = i < values.size() ? Dos(values[i]) : "";
+    if (value.size() > width) throw std::invalid_argument("too wide: " + values[i]);
+    const std::string padding(width - value.size(), ' ');
+    row += fields_[i].type == 'N' ? padding + value : value + padding;
+  }
+  rows_.push_back(row);
+}
+
+std::string TableImage::Bytes() const {
+  const std::string tail = extended_ ? "\x0D" + std::string(263, '\0') : std::string("\x0D\0", 2);
+  std::string descriptors;
+  std::size_t record_length = 1;
+  for (const FieldSpec& field : fields_) {
+    std::string descriptor(32, '\0');
+    descriptor.replace(0, field.name.size(), field.name);
+    descriptor[11] = field.type;
+    descriptor[16] = static_cast<char>(field.length & 0xFF);
+    descriptor[17] = static_cast<char>(field.length > 0xFF ? field.length >> 8 : field.decimals);
+    descriptors += descriptor;
+    record_length += static_cast<std::size_t>(field.length);
+  }
+  std::string bytes = extended_ ? "\x30" : "\x03";
+  bytes += std::string("\x18\x03\x0F", 3) + LittleEndian(rows_.size(), 4);
+  bytes += LittleEndian(32 + descriptors.size() + tail.size(), 2);
+  bytes += LittleEndian(record_length, 2) + std::string(17, '\0') + "\x26" + std::string(2, '\0');
+  bytes += descriptors + tail;
+  for (const std::string& row : rows_) bytes += row;
+  return bytes + '\x1A';
+}
+
+std::string TableDump(std::string_view bytes) {
+  struct Column {
+    std::string name;
+    std::size_t at, length;
+  };
+  std::vector<Column> columns;
+  std::string dump;
+  std::size_t record_length = 1;
+  for (std::size_t at = 32; bytes.at(at) != '\x0D'; at += 32) {
+    const std::string name(
+        bytes.substr(at, std::min<std::size_t>(11, bytes.substr(at).find('\0'))));
+    const char type = bytes.at(at + 11);
+    std::size_t length = Number(bytes, at + 16, 1);
+    const std::size_t decimals = Number(bytes, at + 17, 1);
+    if (type == 'C') length += decimals << 8;
+    dump += (columns.empty() ? "" : ", ") + Utf8(WinFromDos(name)) + " " + type;
+    dump += std::to_string(length);
+    if (type != 'C' && decimals > 0) dump += "." + std::to_string(decimals);
+    columns.push_back({Utf8(WinFromDos(name)), record_length, length});
+    record_length += length;
+  }
+  dump += '\n';
+  const std::size_t header_length = Number(bytes, 8, 2);
+  for (std::size_t row = 0; row < Number(bytes, 4, 4); ++row) {
+    const std::string_view record = bytes.substr(header_length + row * record_length);
+    dump += std::to_string(row + 1) + (record.at(0) == '*' ? " deleted:" : ":");
+    for (const Column& column : columns) {
+      std::string value(record.substr(column.at, column.length));
+      value.erase(value.find_last_not_of(' ') + 1);
+      if (!value.empty()) dump += " " + column.name + "=\"" + Utf8(WinFromDos(value)) + "\"";
+    }
+    dump += '\n';
+  }
+  return dump;
+}
+
+std::string WithByte(std::string table, std::size_t at, int byte) {
+  return table.replace(at, 1, 1, static_cast<char>(byte));
+}
+
+std::string WithU16(std::string table, std::size_t at, std::uint16_t value) {
+  return table.replace(at, 2, LittleEndian(value, 2));
+}
+
+std::string WithU32(std::string table, std::size_t at, std::uint32_t value) {
+  return table.replace(at, 4, LittleEndian(value, 4));
+}
+
+}  // namespace customsconv

@@ -1,0 +1,57 @@
+#ifndef CUSTOMSCONV_TESTS_SUPPORT_TABLE_IMAGE_H_
+#define CUSTOMSCONV_TESTS_SUPPORT_TABLE_IMAGE_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace customsconv {
+
+// The bytes of a dBase table, put together without the table engine:
+//
+//   files["C:\\OUT\\DBRHEAD.DBF"] =
+//       TableImage().Field("G32", 'N', 5).Field("NAME", 'C', 20).Row({"1", "Сахар"}).Bytes();
+//
+// Names and values are UTF-8 as the sources hold them; values are padded on the right,
+// those of "N" fields on the left, missing ones are blank.
+class TableImage {
+ public:
+  TableImage& Field(std::string_view name, char type, int length, int decimals = 0);
+  TableImage& Row(const std::vector<std::string>& values);
+  TableImage& DeletedRow(const std::vector<std::string>& values);
+  // The layout with version byte 0x30 and 264 bytes behind the descriptors.
+  TableImage& Extended();
+  [[nodiscard]] std::string Bytes() const;
+
+ private:
+  struct FieldSpec {
+    std::string name;
+    char type;
+    int length;
+    int decimals;
+  };
+  void AddRow(char mark, const std::vector<std::string>& values);
+
+  bool extended_ = false;
+  std::vector<FieldSpec> fields_;
+  std::vector<std::string> rows_;
+};
+
+// A table as readable UTF-8 text: a line of fields, then a line a row with the
+// values that are not blank, without the blanks at their ends.
+//
+//   G32 N5, PRICE N10.2, NAME C20
+//   1: G32="    1" NAME="Сахар"
+//   2 deleted: G32="    2"
+[[nodiscard]] std::string TableDump(std::string_view bytes);
+
+// `table` with the bytes of its header from `at` on replaced: what damaged and
+// hostile tables are made of.
+[[nodiscard]] std::string WithByte(std::string table, std::size_t at, int byte);
+[[nodiscard]] std::string WithU16(std::string table, std::size_t at, std::uint16_t value);
+[[nodiscard]] std::string WithU32(std::string table, std::size_t at, std::uint32_t value);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_TESTS_SUPPORT_TABLE_IMAGE_H_
