@@ -37,7 +37,7 @@ namespace customsconv {
 
 // Rounding of a decimal text on its digits, halves away from zero, never
 // through binary floating point: "2.675" with 2 decimals gives "2.68". Takes what
-// TextToFloat accepts (an exponent included); any other text counts as 0. Always
+// TextToFloat accepts (an exponent included), any other text counts as 0. Always
 // `decimals` digits behind the point; none and no point for 0 and less. A result of
 // zero has no sign: "-0.001" gives "0.00".
 [[nodiscard]] std::string RoundDecimalText(std::string_view text, int decimals);
