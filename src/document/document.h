@@ -10,8 +10,10 @@
 
 #include "base/short_text.h"
 #include "common/environment.h"
+#include "document/composite_value.h"
 #include "document/doc_info.h"
 #include "document/doc_type_list.h"
+#include "document/document_path.h"
 #include "document/record.h"
 
 namespace customsconv {
@@ -38,15 +40,20 @@ class TDocument {
   TDocument& operator=(const TDocument&) = delete;
 
   // ---- position
-  // False, and nothing changes, when the path does not resolve.
+  // False, and nothing changes, when the path does not resolve. Throws Error when it leads
+  // through a record that has no slots.
   bool SetCurrentPath(std::string_view path);
+  // Restoring a position brings back its path, but not GoodsIndex.
   void PushPosition();
   void PopPosition();  // throws Error "Стек путей пуст"
   // Appends a record to the block that `path` names, or inserts it in front of record
   // `record_number` when that is above 0, and makes it current. An empty path
-  // starts the whole document afresh. Throws Error when the level has no such block.
+  // starts the whole document afresh: references to its records are good no longer. A
+  // parent that does not exist is opened first, once, by its block's name. Throws Error when
+  // the level has no such block. Goods stay in the order in which they are opened.
   virtual void OpenBlock(std::string_view path, int record_number, bool in_goods_order);
-  // Strings at the place that the path leads to: the records of a block.
+  // Strings at the place that the path leads to: the records of a block, the slots of a
+  // record; 0 when it leads nowhere.
   [[nodiscard]] int RecordCount(std::string_view path);
   [[nodiscard]] const TBasis& GetMainBasis();
   // Records of the main block that are there; never opens one.
@@ -98,20 +105,63 @@ class TDocument {
   } PartRange;
 
  protected:
-  struct Position {
-    const TBasis* basis = nullptr;
-    TDocFieldList* record = nullptr;  // null at a record list
-    RecordList* list = nullptr;       // null at a record
+  // Replaces the top record by one with empty slots, drops all records below the old one
+  // and moves the position to the top. Records that saved positions may lead to stay readable.
+  TDocFieldList& StartAfresh();
+  // Finds the main block's records; opens the first one when there is none.
+  void ResolveMainBlock();
+  // Removes the record that `path` leads to (as SetCurrentPath takes it) from its block; false
+  // when it leads to none.
+  bool RemoveRecord(std::string_view path);
+
+ private:
+  struct SavedPosition {
+    DocumentPlace place;
+    std::size_t path_size;  // of its path, the last bytes of saved_paths_
   };
+
+  [[nodiscard]] DocumentPlace RootPlace() const { return {root_basis_, root_record_, nullptr}; }
+  [[nodiscard]] std::optional<DocumentPlace> Resolve(std::string_view path) const;
+  [[nodiscard]] int GoodsIndexOf(std::string_view path) const;
+  // Position of the main block in the top level, -1 for a type that has none.
+  [[nodiscard]] int MainBlockPosition() const;
+  // The main-block record that an identifier of 1000 or above speaks of; null when there is none.
+  [[nodiscard]] TDocFieldList* MainRecord(int goods_index);
+  void OpenRecord(std::string_view parent_path, std::string_view block_name, int record_number);
+
+  std::string ReadField(const TBasis& basis, const TDocFieldList& record, int position);
+  std::string ReadFieldEx(std::string_view path);
+  std::string ReadFieldById(int identifier, int goods_index);
+  std::string ReadPart(const TBasis& basis, const TDocFieldList& record, int position) const;
+  void StoreField(const TBasis& basis, TDocFieldList& record, int position, std::string_view value);
+  void StorePart(const TBasis& basis, TDocFieldList& record, int position, std::string_view value);
+  void StoreFieldEx(std::string_view path, std::string_view value);
+  void StoreFieldById(int identifier, int goods_index, std::string_view value);
+  [[nodiscard]] std::optional<TextRange> SearchedRange() const;
+  void JoinRecords(std::string_view block_path, std::string_view field_name, JoinMode mode,
+                   std::string& text);
+
+  // Stores `choice` in the choice mark that stands before `position`, past other choices and
+  // groups; false when the level has none of its entries in front of it that is neither.
+  bool StoreChoice(const TBasis& basis, TDocFieldList& record, int position, int choice);
+
+  // Runs a public value operation: an error is shown under the operation's name.
+  template <class Operation>
+  auto Guarded(std::string_view name, Operation operation);
 
   TDocInfo& info_;
   Environment& environment_;
-  const TBasis* root_basis_ = nullptr;
-  std::unique_ptr<TDocFieldList> root_record_;
-  Position position_;
+  const TBasis* root_basis_;
+  RecordArena arena_;  // holds every record of the document
+  TDocFieldList* root_record_;
+  DocumentPlace position_;
   ShortText cur_path_;
+  std::vector<SavedPosition> saved_positions_;
+  std::string saved_paths_;  // one behind the other: deep stacks stay small
   int goods_index_ = 0;
   const TFieldInfo* last_field_ = nullptr;
+  const TBasis* main_basis_ = nullptr;  // null until the main block was resolved
+  RecordList* main_records_ = nullptr;  // null also for a type without a main block
 };
 
 // An empty document of that type. Throws Error for an unknown code and for a
