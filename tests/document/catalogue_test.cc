@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include "document/doc_type_list.h"
+#include "support/catalogue_builder.h"
+
+namespace customsconv {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string Codes(const TDocTypeList& types) {
+  std::string codes;
+  for (int i = 0; i < types.Count(); ++i) codes += (i > 0 ? " " : "") + types.Item(i).Code;
+  return codes;
+}
+
+std::string OneType(std::string_view code) { return "[" + std::string(code) + ".HEADER]\nX=1\n"; }
+
+// The first type of a catalogue that holds these HEADER lines.
+struct HeaderWorld {
+  explicit HeaderWorld(std::string_view header, std::string_view fields = {}) {
+    world.Dcf("[T1.HEADER]\n" + std::string(header) + "[T1.Fields]\n" + std::string(fields));
+    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+  }
+  TDocInfo& Info() { return types->GetDocInfo("t1"); }
+  CatalogueWorld world;
+  std::unique_ptr<TDocTypeList> types;
+};
+
+TEST(Catalogue, ReadsAllFilesOfItsFolders) {
+  CatalogueWorld world("[Common]\nUpCaseDocs=xKDy\n");
+  world.Dcf(OneType("b1") + OneType("KD"));
+  world.DosDcf("[OLD.HEADER]\nFullName=Старый\n");
+  for (const char* left_out : {"WIN.DCF", "mydcf.dcf", "ArmTi.dcf"}) {
+    world.DcfFile(std::string("C:\\PROG\\Data\\") + left_out, "no type");
+  }
+  world.DcfFile("C:\\PROG\\Data\\zusatz.dcf", OneType("C1"));
+  world.DcfFile("C:\\RULES\\win.dcf", OneType("A1"));
+  world.host.files["C:\\PROG\\DOCCHECK.INI"] = "[Common]\r\nCheckedDocs=a1, ,_old\r\n";
+  const TDocTypeList types("C:\\PROG\\Data\\Kordwin.dcf", true, world);
+  EXPECT_EQ(Codes(types), "A1 b1 C1 KD _OLD");
+  EXPECT_EQ(types.IndexOf("B1"), 1);
+  EXPECT_EQ(Utf8(types.GetDocInfo("_old").FullName), "Старый");
+  EXPECT_EQ(types.GetDocInfo("A1").FileName, "C:\\RULES\\win.dcf");
+  for (int i = 0; i < types.Count(); ++i) {
+    EXPECT_EQ(types.Item(i).Checked, i == 0 || i == 4) << i;
+    EXPECT_EQ(types.Item(i).AllUpCase, types.Item(i).Code == "KD") << i;
+  }
+  EXPECT_EQ(Utf8(ErrorOf([&] { (void)types.GetDocInfo("NONE"); })), "Не описан документ NONE");
+  EXPECT_TRUE(world.host.dialogs.log.empty());
+
+  world.host.files["C:\\PROG\\DOCCHECK.INI"] = "[Common]\r\nCheckedDocs=A1,NONE\r\n";
+  EXPECT_EQ(Utf8(ErrorOf([&] { TDocTypeList("Kordwin.dcf", true, world); })),
+            "Не описан документ NONE");
+}
+
+TEST(Catalogue, AbortsSilentlyAfterItsOwnMessage) {
+  const struct {
+    const char* kordwin;
+    const char* names;
+    bool all_files;
+    const char* message;
+  } cases[] = {{"[A.HEADER]\n", "Kordwin.dcf|lost.dcf", false,
+                "message: Не найден системный файл C:\\PROG\\Data\\lost.dcf"},
+               {"[A.HEADER]\n", "Kordwin.dcf", true,
+                "message: Не найден системный файл C:\\PROG\\document.dcf"},
+               {";[A.HEADER]\n[A.Fields]\n", "Kordwin.dcf", false,
+                "message: Неверный формат файла C:\\PROG\\Data\\Kordwin.dcf"},
+               {"", "D:\\X\\no.dcf", false, "message: Не найден системный файл D:\\X\\no.dcf"}};
+  for (const auto& c : cases) {
+    CatalogueWorld world;
+    world.Dcf(c.kordwin);
+    EXPECT_EQ(ErrorOf([&] { TDocTypeList(c.names, c.all_files, world); }), kSilentAbort);
+    EXPECT_EQ(world.host.dialogs.log, Lines{c.message});
+  }
+}
+
+TEST(Catalogue, KeepsTheFirstOfTwoTypesWithOneCode) {
+  CatalogueWorld world;
+  world.Dcf("[A.HEADER]\nFullName=first\n[a.header]\nFullName=in small letters\n");
+  world.DcfFile("C:\\PROG\\Data\\two.dcf", "[A.HEADER]\nFullName=second\n" + OneType("B"));
+  world.DcfFile("C:\\PROG\\Data\\more.dcf", OneType("C"));
+  const TDocTypeList types("Kordwin.dcf|two.dcf|more.dcf", false, world);
+  EXPECT_EQ(Codes(types), "A C") << "the rest of a file with a known code is not read";
+  EXPECT_EQ(types.Item(0).FullName, "first");
+  EXPECT_EQ(world.host.dialogs.log,
+            Lines{"message: Дважды описан документ A : \r\rC:\\PROG\\Data\\Kordwin.dcf\r"
+                  "C:\\PROG\\Data\\two.dcf"});
+  world.DcfFile("C:\\PROG\\Data\\two.dcf", OneType("a"));
+  world.host.dialogs.Clear();
+  EXPECT_EQ(ErrorOf([&] { TDocTypeList("Kordwin.dcf|two.dcf", false, world); }), kSilentAbort);
+  EXPECT_EQ(world.host.dialogs.log,
+            Lines{"message: Неверный формат файла C:\\PROG\\Data\\two.dcf"});
+}
+
+TEST(Catalogue, RecognisesKeysByTheBeginningOfTheLine) {
+  HeaderWorld type(
+      "FullNameX = = A b \n\n"
+      "; shortname=comment\n"
+      " ShortName=indented\n"
+      "shortname=B\n"
+      "DocFileLabel=abcdef\n"
+      "BlankColor=#fF0010\n"
+      "BlocksOnExtraPage=258\n"
+      "Grouping=x\n"
+      "HasBackSide=7x\n"
+      "ScriptRevise=true\n"
+      "TablePrint=no\n"
+      "AllUpCase=да\n"
+      "DoubleSided=\n"
+      "PrnLineWidth=1.5\n"
+      "[no section line]\n"
+      "Prefix=<cat:ESADout v=\"1\">\n"
+      "prefix=later\n");
+  const TDocInfo& info = type.Info();
+  EXPECT_EQ(info.FullName, "A b");
+  EXPECT_EQ(info.ShortName, "B");
+  EXPECT_EQ(info.DocFileLabel, "abcdef");
+  EXPECT_EQ(type.world.host.dialogs.log, Lines{"message: DocFileLabel длиннее 5! T1:abcdef"});
+  EXPECT_EQ(info.BlankColor, 0xFF0010u);
+  EXPECT_EQ(info.BlocksOnExtraPage, 2) << "kept in 8 bits";
+  EXPECT_EQ(info.MainBlock, "") << "only the DOS catalogue's types get one from the page count";
+  EXPECT_EQ(info.Grouping, 0);
+  EXPECT_EQ(info.HasBackSide, 7);
+  EXPECT_TRUE(info.ScriptRevise && info.AllUpCase);
+  EXPECT_FALSE(info.TablePrint || info.DoubleSided || info.HasDbfName);
+  EXPECT_EQ(info.PrnLineWidth, 1.5);
+  EXPECT_EQ(info.ExtraLines, (Lines{" ShortName=indented", "[no section line]",
+                                    "Prefix=<cat:ESADout v=\"1\">", "prefix=later"}));
+  EXPECT_EQ(info.GetHeaderValue("PREFIX"), "<cat:ESADout v=\"1\">");
+  EXPECT_EQ(info.GetHeaderValue("Prefix "), "");
+  EXPECT_EQ(info.XmlDocName(), "cat:ESADout");
+}
+
+TEST(Catalogue, ReadsValuesThatDependOnTheirForm) {
+  const struct {
+    const char* line;
+    std::uint32_t color;
+    int back_side;
+  } cases[] = {{"BlankColor=$12", 0x12, 0},
+               {"BlankColor=12G", 0, 0},
+               {"BlankColor=", 0, 0},
+               {"X=1", 0x808080, 0},
+               {"HasBackSide=yes", 0x808080, 1},
+               {"HasBackSide=n", 0x808080, 0}};
+  for (const auto& c : cases) {
+    HeaderWorld type(std::string(c.line) + "\n");
+    EXPECT_EQ(type.Info().BlankColor, c.color) << c.line;
+    EXPECT_EQ(type.Info().HasBackSide, c.back_side) << c.line;
+  }
+  EXPECT_EQ(ErrorOf([] { HeaderWorld("BlocksOnMainPage=2x\n"); }),
+            "'2x' is not a valid integer value");
+}
+
+TEST(Catalogue, GivesDosTypesTheMainBlockOfTheirSuccessor) {
+  CatalogueWorld world;
+  world.Dcf("[KTD.HEADER]\nMainBlock=TOVAR\n");
+  world.DosDcf(
+      "[ktdOLD.HEADER]\nBlocksOnExtraPage=3\n"
+      "[DS1.HEADER]\nBlocksOnExtraPage=3\n"
+      "[DS2.HEADER]\nBlocksOnExtraPage=0\n[DS2.Fields]\nA=1\n"
+      "[LONGERTHANTEN.HEADER]\nCDateField=B\n[LONGERTHAN.Fields]\nB=Я5\n"
+      "[LONGERTHAN.HEADER]\nCDateField=B\n");
+  const TDocTypeList types("Kordwin.dcf", true, world);
+  const struct {
+    const char* code;
+    const char* main_block;
+  } cases[] = {{"_ktdOLD", "TOVAR"}, {"_DS1", "BLOCK"}, {"_DS2", ""}};
+  for (const auto& c : cases) EXPECT_EQ(types.GetDocInfo(c.code).MainBlock, c.main_block) << c.code;
+  EXPECT_EQ(types.GetDocInfo("_DS2").GetBasis(world).Item(0).name, "A");
+  TDocInfo& longest = types.GetDocInfo("_LONGERTHANTEN");
+  EXPECT_EQ(longest.GetBasis(world).Item(0).type, DosFromWin(Win("Я"))[0])
+      << "fields are not converted";
+  EXPECT_EQ(longest.DateFieldNo, 1);
+}
+
+TEST(Catalogue, FindsFieldNumbersUpToTheFirstEmptyHeaderLine) {
+  HeaderWorld type(
+      "cdatefieldX = d 1\n;x\nUsdRateField=R1\nCRateField=R2/none\n"
+      "\nEurRateField=R1\n",
+      "R1=N9\nR2=N9\nD=D\n");
+  (void)type.Info().GetBasis(type.world);
+  EXPECT_EQ(type.Info().DateFieldNo, 3);
+  EXPECT_EQ(type.Info().UsdRateFieldNo, 1);
+  EXPECT_EQ(type.Info().EurRateFieldNo, 0) << "behind an empty line";
+  EXPECT_EQ(type.Info().CRateFieldNo1, 2);
+  EXPECT_EQ(type.Info().CRateFieldNo2, 0);
+}
+
+TEST(Catalogue, ReadsTheFirstExactSectionAlsoAfterTheFileChanged) {
+  CatalogueWorld world;
+  const std::string name = "C:\\PROG\\Data\\Kordwin.dcf";
+  const std::string header = "[T.HEADER]\n[U.HEADER]\n[V.HEADER]\n";
+  world.Dcf(header + "[T.FIELDS]\nA=1\n[T.Fields] x\nB=1\n[T.Fields]\nC=1\n[T.Fields]\nD=1\n");
+  const TDocTypeList types("Kordwin.dcf", false, world);
+  world.host.files.ResetCounts();
+  EXPECT_EQ(types.GetDocInfo("T").GetBasis(world).Item(0).name, "C");
+  const std::string missing =
+      "Файл: " + name + "  Раздел: [U.Fields]\r\rНе найдена секция: [U.Fields]";
+  const auto read_u = [&] { (void)types.GetDocInfo("U").GetBasis(world); };
+  EXPECT_EQ(Utf8(ErrorOf(read_u)), missing);
+  world.DcfFile(name, "[U.Fields]\nE=1\n" + header + "[V.Fields]\nF=1\n[U.Fields]\nG=1\n");
+  read_u();
+  EXPECT_EQ(types.GetDocInfo("U").GetBasis(world).Item(0).name, "E");
+  world.host.files.Remove(name);
+  EXPECT_EQ(ErrorOf([&] { (void)types.GetDocInfo("V").GetBasis(world); }).find(Win("Файл: ")), 0u);
+}
+
+TEST(Catalogue, ReadsNoMoreOfItsFileThanATypeNeeds) {
+  CatalogueWorld world;
+  std::string text;
+  for (int i = 0; i < 100; ++i) {
+    const std::string code = "T" + std::to_string(i);
+    text += "[" + code + ".HEADER]\nFullName=x\n[" + code + ".Fields]\n";
+    for (int field = 0; field < 1000; ++field) text += "F" + std::to_string(field) + "=C10\n";
+  }
+  world.Dcf(text);
+  const TDocTypeList types("Kordwin.dcf", false, world);
+  world.host.files.ResetCounts();
+  EXPECT_EQ(types.GetDocInfo("T99").GetBasis(world).Count(), 1000);
+  EXPECT_LE(world.host.files.Count(FileOp::kStreamRead), 4) << "32 KB each, of 1.2 MB";
+}
+
+TEST(Catalogue, NumbersFieldsOfTheTopAndTheMainBlock) {
+  HeaderWorld type("MainBlock=TOVAR\n", "G01=1\nTOVAR {\nG01=1\nG33=1\n}\nX {\nG44=1\n}\n");
+  const TDocProtect& numbering = type.Info().Numbering(type.world);
+  const struct {
+    const char* name;
+    int id;
+  } cases[] = {{"g01", 1}, {"TOVAR", 2}, {"g33", 1001}, {"G44", 0}, {"", 0}};
+  for (const auto& c : cases) EXPECT_EQ(numbering.FieldIdByName(c.name), c.id) << c.name;
+
+  HeaderWorld without_settings("X=1\n", "A=1\n");
+  without_settings.world.host.files.Remove("C:\\PROG\\DOCUMENT.INI");
+  const auto number = [&] { (void)without_settings.Info().Numbering(without_settings.world); };
+  EXPECT_NE(ErrorOf(number), kNoError);
+  without_settings.world.config().SetString("T1", "AG", "1");
+  EXPECT_EQ(ErrorOf(number), kNoError);
+}
+
+}  // namespace
+}  // namespace customsconv
