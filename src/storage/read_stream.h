@@ -39,7 +39,8 @@ class TReadStream {
   void ReadLnLong(std::string& line);
   // As ReadLnShort. (Conditional sections, lines ";$...", are switched off here.)
   void ReadLnSection(ShortText& line);
-  // Nothing is left to deliver.
+  // Nothing is left to deliver. (A full buffer is refilled as soon as its last
+  // byte was delivered, so a file of whole buffers ends like any other.)
   [[nodiscard]] bool AtEnd() const;
 
   // Move to the end of the file and write the text and CR LF.
@@ -57,7 +58,20 @@ class TReadStream {
   ShortText file_name_;
 
  private:
-  std::unique_ptr<FileStream> stream_;
+  // Fills the buffer from where the file stands.
+  void Refill();
+  void RefillWhenUsedUp();
+  std::size_t TakeBuffered(char* to, std::size_t count);
+  // Hands the bytes of one line to `take`, piece by piece.
+  template <typename Take>
+  void ReadLine(Take take);
+  void WriteAtEnd(std::string_view line);
+  // The `count` bytes of a number in front of a string.
+  [[nodiscard]] std::uint32_t ReadLength(std::size_t count);
+  // Throws when the file ends before `count` more bytes.
+  void RequireRemaining(std::uint64_t count) const;
+
+  std::unique_ptr<FileStream> stream_;  // stands behind the buffered stretch
   std::unique_ptr<std::array<char, kBufferSize>> buffer_;
   std::size_t position_ = 0;  // next byte to deliver
   std::size_t filled_ = 0;    // bytes that the last fill delivered
