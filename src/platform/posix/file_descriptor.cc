@@ -1,0 +1,69 @@
+#include "platform/posix/file_descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+
+namespace customsconv::posix {
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
+  std::swap(number_, other.number_);
+  return *this;
+}
+
+FileDescriptor::~FileDescriptor() {
+  if (valid()) ::close(number_);
+}
+
+FileDescriptor FileDescriptor::Open(const std::string& name, int flags) {
+  constexpr mode_t kMode = 0666;  // less what the user's mask takes away
+  int number = -1;
+  do {
+    number = ::open(name.c_str(), flags | O_CLOEXEC, kMode);
+  } while (number < 0 && errno == EINTR);
+  return FileDescriptor(number);
+}
+
+std::ptrdiff_t FileDescriptor::Read(char* to, std::size_t count) const {
+  std::size_t done = 0;
+  while (done < count) {
+    const ssize_t got = ::read(number_, to + done, count - done);
+    if (got == 0) break;
+    if (got > 0) {
+      done += static_cast<std::size_t>(got);
+    } else if (errno != EINTR) {
+      return -1;
+    }
+  }
+  return static_cast<std::ptrdiff_t>(done);
+}
+
+bool FileDescriptor::Write(std::string_view content) const {
+  while (!content.empty()) {
+    const ssize_t put = ::write(number_, content.data(), content.size());
+    if (put >= 0) {
+      content.remove_prefix(static_cast<std::size_t>(put));
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool FileDescriptor::Close() { return ::close(std::exchange(number_, -1)) == 0; }
+
+// The time alone would not do: the system's clock for it ticks in milliseconds.
+FileStamp StampOf(const struct stat& status) {
+  std::uint64_t stamp = static_cast<std::uint64_t>(status.st_mtim.tv_sec) * 1'000'000'000 +
+                        static_cast<std::uint64_t>(status.st_mtim.tv_nsec);
+  for (const auto part :
+       {static_cast<std::uint64_t>(status.st_size), static_cast<std::uint64_t>(status.st_ino)}) {
+    stamp = (stamp ^ part) * 0x9E3779B97F4A7C15ULL;
+    stamp ^= stamp >> 29;
+  }
+  return static_cast<FileStamp>(stamp >> 1);  // never kNoStamp
+}
+
+}  // namespace customsconv::posix

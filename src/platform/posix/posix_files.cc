@@ -1,0 +1,190 @@
+#include "platform/posix/posix_files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <new>
+#include <optional>
+#include <stdexcept>
+
+#include "platform/full_path.h"
+#include "platform/name_mask.h"
+#include "platform/posix/file_descriptor.h"
+#include "platform/posix/folder_listing.h"
+#include "platform/posix/posix_pending_file.h"
+#include "platform/posix/posix_stream.h"
+#include "platform/posix/share_locks.h"
+#include "platform/posix/system_error.h"
+#include "platform/posix/system_names.h"
+
+namespace customsconv::posix {
+namespace {
+
+using Kind = FileError::Kind;
+
+std::optional<struct stat> StatusOf(const std::string& system_name) {
+  struct stat status {};
+  if (::stat(system_name.c_str(), &status) != 0) return std::nullopt;
+  return status;
+}
+
+// The existing file that `name` leads to, without links; empty when missing.
+std::string RealName(const std::string& name) {
+  char resolved[PATH_MAX];
+  return ::realpath(name.c_str(), resolved) != nullptr ? resolved : "";
+}
+
+// Reads to the end or `limit` (0: none) starting with a buffer of `expected`
+// bytes. One byte more than the file has shows its end in the same call.
+std::string ReadAll(const FileDescriptor& file, std::size_t expected, std::size_t limit,
+                    std::string_view path) {
+  std::string content;
+  std::size_t done = 0;
+  for (std::size_t room = expected + 1;; room *= 2) {
+    if (limit != 0) room = std::min(room, limit);
+    content.resize(room);
+    const std::ptrdiff_t got = file.Read(content.data() + done, room - done);
+    if (got < 0) throw SystemFileError(Kind::kRead, path, errno);
+    done += static_cast<std::size_t>(got);
+    if (done < room || done == limit) break;
+  }
+  content.resize(done);
+  return content;
+}
+
+class FolderLock : public FileLock {
+ public:
+  explicit FolderLock(FileDescriptor folder) : folder_(std::move(folder)) {}
+
+ private:
+  FileDescriptor folder_;  // the lock goes when it is closed
+};
+
+bool IsFile(const dirent& entry, const std::string& folder) {
+  if (entry.d_type == DT_REG) return true;
+  if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
+  const auto status = StatusOf(folder + "/" + entry.d_name);
+  return status && !S_ISDIR(status->st_mode);
+}
+
+}  // namespace
+
+bool PosixFiles::Exists(std::string_view path) const {
+  const auto status = StatusOf(SystemName(path));
+  return status && !S_ISDIR(status->st_mode);
+}
+
+bool PosixFiles::FolderExists(std::string_view path) const {
+  const auto status = StatusOf(SystemName(path));
+  return status && S_ISDIR(status->st_mode);
+}
+
+FileStamp PosixFiles::Stamp(std::string_view path) const {
+  const auto status = StatusOf(SystemName(path));
+  return status && !S_ISDIR(status->st_mode) ? StampOf(*status) : kNoStamp;
+}
+
+std::string PosixFiles::Read(std::string_view path, std::size_t limit) const {
+  const FileDescriptor file = FileDescriptor::Open(SystemName(path), O_RDONLY);
+  struct stat status {};
+  if (!file.valid() || ::fstat(file.number(), &status) != 0) {
+    throw SystemFileError(Kind::kOpen, path, errno);
+  }
+  if (S_ISDIR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EISDIR);
+  // A device has no end; a pipe has one and is a way to hand over a file.
+  if (S_ISCHR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EINVAL);
+  if (!MayRead(file.number())) throw SystemFileError(Kind::kOpen, path, EBUSY);
+  constexpr std::size_t kPipeBuffer = 64 * 1024;
+  const std::size_t expected =
+      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : kPipeBuffer;
+  try {
+    return ReadAll(file, expected, limit, path);
+  } catch (const std::bad_alloc&) {
+    throw SystemFileError(Kind::kRead, path, ENOMEM);
+  } catch (const std::length_error&) {
+    throw SystemFileError(Kind::kRead, path, EFBIG);
+  }
+}
+
+std::unique_ptr<PendingFile> PosixFiles::Stage(std::string_view path, std::string_view content) {
+  return StageFile(SystemName(path), path, content);
+}
+
+// Exactly one of two that use the same letter case gets the file; all stations
+// of the family spell their marker files alike.
+bool PosixFiles::CreateNew(std::string_view path) {
+  const std::string name = SystemName(path);
+  if (FileDescriptor::Open(name, O_WRONLY | O_CREAT | O_EXCL).valid()) return true;
+  const int error = errno;
+  if (error != EEXIST) throw SystemFileError(Kind::kCreate, path, error);
+  const auto status = StatusOf(name);
+  if (status && S_ISDIR(status->st_mode)) throw SystemFileError(Kind::kCreate, path, EISDIR);
+  return false;
+}
+
+void PosixFiles::Append(std::string_view path, std::string_view content) {
+  FileDescriptor file = FileDescriptor::Open(SystemName(path), O_WRONLY | O_APPEND | O_CREAT);
+  if (!file.valid()) throw SystemFileError(Kind::kCreate, path, errno);
+  if (!file.Write(content) || !file.Close()) throw SystemFileError(Kind::kWrite, path, errno);
+}
+
+bool PosixFiles::Delete(std::string_view path) { return ::unlink(SystemName(path).c_str()) == 0; }
+
+std::unique_ptr<FileStream> PosixFiles::Open(std::string_view path, FileMode mode) const {
+  return OpenStream(SystemName(path), path, mode);
+}
+
+std::vector<std::string> PosixFiles::Find(std::string_view folder, std::string_view mask) const {
+  const std::string folder_name = SystemName(folder.empty() ? "." : folder);
+  std::vector<std::string> stored;
+  FolderListing listing(folder_name);
+  while (const dirent* entry = listing.Next()) {
+    const auto name = NameFromSystem(entry->d_name);
+    if (name && MatchesMask(*name, mask) && IsFile(*entry, folder_name)) {
+      stored.emplace_back(entry->d_name);
+    }
+  }
+  std::sort(stored.begin(), stored.end());
+  for (std::string& name : stored) name = NameFromSystem(name).value();
+  return stored;
+}
+
+std::string PosixFiles::FullName(std::string_view path) const {
+  const auto current = NameFromSystem(RealName("."));
+  if (current && !current->empty()) return FullPath(path, *current);
+  // From a folder without a name in the code page, only relative names lead on.
+  return std::string(path);
+}
+
+std::string PosixFiles::Identity(std::string_view path) const {
+  const std::string name = SystemName(path);
+  if (std::string real = RealName(name); !real.empty()) return real;
+  const std::string folder = RealName(FolderOf(name));
+  return (folder.empty() ? FolderOf(name) : folder) + "/" + name.substr(name.rfind('/') + 1);
+}
+
+std::string PosixFiles::ShortName(std::string_view path) const {
+  return NameFromSystem(RealName(SystemName(path))).value_or("");
+}
+
+std::unique_ptr<FileLock> PosixFiles::Lock(std::string_view path) {
+  FileDescriptor folder = FileDescriptor::Open(FolderOf(SystemName(path)), O_RDONLY | O_DIRECTORY);
+  if (!folder.valid()) {
+    if (errno == EACCES) return nullptr;  // a folder that lets no one list it
+    throw SystemFileError(Kind::kOpen, path, errno);
+  }
+  int result = 0;
+  do {
+    result = ::flock(folder.number(), LOCK_EX);
+  } while (result != 0 && errno == EINTR);
+  if (result != 0) return nullptr;
+  return std::make_unique<FolderLock>(std::move(folder));
+}
+
+}  // namespace customsconv::posix

@@ -1,0 +1,40 @@
+#ifndef CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
+#define CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace customsconv::posix {
+
+// The files of a POSIX system. It has no drives: "C:\A" is looked for in a
+// folder "C:" of the current one.
+class PosixFiles : public Files {
+ public:
+  [[nodiscard]] bool Exists(std::string_view path) const override;
+  [[nodiscard]] bool FolderExists(std::string_view path) const override;
+  [[nodiscard]] FileStamp Stamp(std::string_view path) const override;
+  [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
+  [[nodiscard]] std::unique_ptr<PendingFile> Stage(std::string_view path,
+                                                   std::string_view content) override;
+  [[nodiscard]] bool CreateNew(std::string_view path) override;
+  void Append(std::string_view path, std::string_view content) override;
+  bool Delete(std::string_view path) override;
+  [[nodiscard]] std::unique_ptr<FileStream> Open(std::string_view path,
+                                                 FileMode mode) const override;
+  [[nodiscard]] std::vector<std::string> Find(std::string_view folder,
+                                              std::string_view mask) const override;
+  [[nodiscard]] std::string FullName(std::string_view path) const override;
+  [[nodiscard]] std::string Identity(std::string_view path) const override;
+  // With "/" between folders, as other programs take it, and the names in the
+  // letter case in which they are stored. Empty also for names that code page
+  // 1251 cannot hold.
+  [[nodiscard]] std::string ShortName(std::string_view path) const override;
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+};
+
+}  // namespace customsconv::posix
+
+#endif  // CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_

@@ -1,0 +1,110 @@
+#include "platform/posix/posix_pending_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+#include "platform/posix/file_descriptor.h"
+#include "platform/posix/system_error.h"
+#include "platform/posix/system_names.h"
+
+namespace customsconv::posix {
+namespace {
+
+using Kind = FileError::Kind;
+
+class PosixPendingFile : public PendingFile {
+ public:
+  // Takes over the temporary file, which goes with the object unless committed.
+  PosixPendingFile(std::string temporary, std::string target, std::string_view path)
+      : temporary_(std::move(temporary)), target_(std::move(target)), path_(path) {}
+  ~PosixPendingFile() override {
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  }
+  PosixPendingFile(const PosixPendingFile&) = delete;
+  PosixPendingFile& operator=(const PosixPendingFile&) = delete;
+
+  void Commit() override {
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
+      throw SystemFileError(Kind::kWrite, path_, errno);
+    }
+    temporary_.clear();
+    // The file is in place whatever comes now. Flushing the folder makes that
+    // outlast a power cut; a file system that cannot do so is no failure.
+    const FileDescriptor folder = FileDescriptor::Open(FolderOf(target_), O_RDONLY | O_DIRECTORY);
+    if (folder.valid()) ::fsync(folder.number());
+  }
+
+ private:
+  std::string temporary_;  // empty once it is in place
+  std::string target_;
+  std::string path_;
+};
+
+// The file that `name` leads to, through links.
+std::string BehindLinks(const std::string& name) {
+  struct stat status {};
+  if (::lstat(name.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return name;
+  char resolved[PATH_MAX];
+  return ::realpath(name.c_str(), resolved) != nullptr ? std::string(resolved) : name;
+}
+
+// A new file beside `target`, open for writing, and its name.
+std::pair<FileDescriptor, std::string> CreateTemporary(const std::string& target,
+                                                       std::string_view path) {
+  constexpr int kTries = 100;
+  timespec now{};
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  for (int i = 0; i < kTries; ++i) {
+    char name[64];
+    std::snprintf(name, sizeof name, "/~cc%lx-%lx-%x.tmp", static_cast<long>(::getpid()),
+                  now.tv_nsec, i);
+    const std::string temporary = FolderOf(target) + name;
+    FileDescriptor file = FileDescriptor::Open(temporary, O_WRONLY | O_CREAT | O_EXCL);
+    if (file.valid()) return {std::move(file), temporary};
+    if (errno != EEXIST) throw SystemFileError(Kind::kCreate, path, errno);
+  }
+  throw SystemFileError(Kind::kCreate, path, EEXIST);
+}
+
+// What stands at `target` now, if anything; refuses what may not be replaced,
+// which renaming alone would not notice.
+std::optional<struct stat> OldFile(const std::string& target, std::string_view path) {
+  struct stat status {};
+  if (::stat(target.c_str(), &status) != 0) {
+    if (errno == ENOENT) return std::nullopt;
+    throw SystemFileError(Kind::kCreate, path, errno);
+  }
+  if (S_ISDIR(status.st_mode)) throw SystemFileError(Kind::kCreate, path, EISDIR);
+  if (::access(target.c_str(), W_OK) != 0) throw SystemFileError(Kind::kWrite, path, errno);
+  return status;
+}
+
+}  // namespace
+
+std::unique_ptr<PendingFile> StageFile(const std::string& system_name, std::string_view path,
+                                       std::string_view content) {
+  const std::string target = BehindLinks(system_name);
+  const std::optional<struct stat> old = OldFile(target, path);
+  auto [file, temporary] = CreateTemporary(target, path);
+  auto pending = std::make_unique<PosixPendingFile>(temporary, target, path);
+  bool written = file.Write(content);
+  if (old) {
+    // Another owner may be beyond our rights; the permissions are what counts.
+    static_cast<void>(::fchown(file.number(), old->st_uid, old->st_gid) != 0);
+    written = written && ::fchmod(file.number(), old->st_mode & 07777) == 0;
+  }
+  if (!written || ::fsync(file.number()) != 0 || !file.Close()) {
+    throw SystemFileError(Kind::kWrite, path, errno);
+  }
+  return pending;
+}
+
+}  // namespace customsconv::posix

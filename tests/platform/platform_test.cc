@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/full_path.h"
+#include "platform/name_mask.h"
+#include "platform/posix/posix_clock.h"
+#include "platform/posix/posix_processes.h"
+#include "support/temp_folder.h"
+#include "support/text.h"
+
+namespace customsconv {
+namespace {
+
+TEST(FullPath, MakesNamesAbsolute) {
+  const struct {
+    const char* path;
+    const char* current;
+    const char* expected;
+  } cases[] = {
+      {"X.DBF", "/srv/out", "\\srv\\out\\X.DBF"},
+      {"a/./b//..\\X", "\\srv\\", "\\srv\\a\\X"},
+      {"..\\..\\..\\X", "/srv/out", "\\X"},
+      {"", "/srv", "\\srv"},
+      {"OUT\\", "/srv", "\\srv\\OUT\\"},
+      {"/", "/srv", "\\"},
+      {"\\\\server/share\\x", "C:\\W", "\\\\server\\share\\x"},
+      {"c:/a/../b", "/srv", "c:\\b"},
+      {"C:\\", "/srv", "C:\\"},
+      {"\\b", "C:\\W", "C:\\b"},
+      {"b", "C:\\W", "C:\\W\\b"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(FullPath(c.path, c.current), c.expected) << c.path;
+}
+
+TEST(MatchesMask, KnowsStarsAndQuestionMarks) {
+  const struct {
+    const char* name;
+    const char* mask;
+    bool matches;
+  } cases[] = {
+      {"a.dcf", "*.DCF", true}, {"a.dcf.bak", "*.dcf", false},
+      {"ЁЖ", "ё?", true},       {"ab", "?", false},
+      {"", "*", true},          {"", "?", false},
+      {"noext", "*.*", true},   {"noext", "*.?*", false},
+      {"a.b.c", "*b*", true},   {"aXbXc", "a*X", false},
+      {"abcbcd", "*bcd", true}, {"x", "", false},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(MatchesMask(Win(c.name), Win(c.mask)), c.matches) << c.name << ' ' << c.mask;
+  }
+  EXPECT_FALSE(MatchesMask(std::string(20'000, 'a'), "*a*a*a*a*a*a*a*b")) << "and quickly so";
+}
+
+TEST(PosixClock, TellsLocalTimeAndSleeps) {
+  posix::PosixClock clock;
+  const CalendarDay day = DayOf(clock.Today());
+  EXPECT_GE(day.year, 2024);
+  EXPECT_LT(clock.Now() - clock.Today(), 1.0);
+  const std::uint64_t before = clock.Ticks();
+  clock.Sleep(20);
+  EXPECT_GE(clock.Ticks() - before, 20u);
+}
+
+TEST(PosixProcesses, RunsProgramsInTheirFolder) {
+  const TempFolder folder;
+  folder.Write("Utils/Arc.bat", "#!/bin/sh\necho \"$# $1 $2\" > result\nexit 7\n");
+  std::filesystem::permissions(folder / "Utils/Arc.bat", std::filesystem::perms(0755));
+  posix::PosixProcesses processes;
+  ProgramStart start;
+  start.command = folder.Win("UTILS\\arc.BAT");
+  start.parameters = Win("первый  \"второй аргумент\"");
+  start.folder = folder.Win("utils\\");
+  start.wait = true;
+  EXPECT_EQ(processes.Start(start), 7);
+  EXPECT_EQ(folder.Read("Utils/result"), "2 первый второй аргумент\n");
+  start.wait = false;
+  EXPECT_EQ(processes.Start(start), 0);
+  start.command = folder.Win("Utils\\missing");
+  EXPECT_EQ(processes.Start(start), std::nullopt);
+  start.command = "true";
+  start.folder = folder.Win("no such folder");
+  EXPECT_EQ(processes.Start(start), std::nullopt);
+  EXPECT_EQ(processes.Start({"sh -c", "\"kill -9 $$\"", "", WindowStyle::kNormal, true}), 128 + 9);
+  EXPECT_EQ(processes.Start({}), std::nullopt);
+}
+
+TEST(PosixProcesses, SplitsCommandLinesAtBlanksOutsideQuotes) {
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(posix::CommandWords(""), Words());
+  EXPECT_EQ(posix::CommandWords("  a  \"b c\"d \"\" "), (Words{"a", "b cd", ""}));
+  EXPECT_EQ(posix::CommandWords("\"open end"), Words{"open end"});
+}
+
+TEST(PosixProcesses, KnowsItsOwnFolder) {
+  const std::string folder = posix::PosixProcesses().ExecutableFolder();
+  EXPECT_TRUE(folder.ends_with("\\tests\\")) << folder;
+}
+
+}  // namespace
+}  // namespace customsconv
