@@ -20,8 +20,8 @@ enum class SkipReason : std::uint8_t {
 
 struct DocumentReport {
   std::string_view kind{};   // code of the source document's type
-  int occurrence = 0;      // in the file, from 1
-  int section = -1;        // index of the section's line in the rules
+  int occurrence = 0;        // in the file, from 1
+  int section = -1;          // index of the section's line in the rules
   std::string_view table{};  // head table of the section
   // Rows added, by table file.
   std::map<std::string, int> rows_added{};

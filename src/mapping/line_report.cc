@@ -28,7 +28,7 @@ void LineReporter::GoodsLocation(std::string_view value, bool written) const {
 }
 
 void LineReporter::Stored(const ShortText& value, StoredIn where) const {
-  if (record_.run.observer == nullptr) return;
+  if (observer_ == nullptr) return;
   const std::string_view field = FieldName(line_, where);
   const TBasis& level = record_.target.CurBasis();
   const int position = level.IndexOfName(field);
@@ -49,14 +49,13 @@ void LineReporter::Stored(const ShortText& value, StoredIn where) const {
 }
 
 void LineReporter::Tell(LineReport report, std::string_view field) const {
-  MappingObserver* observer = record_.run.observer;
-  if (observer == nullptr) return;
+  if (observer_ == nullptr) return;
   report.rule_line = line_.index;
   report.source_path = record_.source_path;
   report.expression = line_.expression;
   report.target_table = TableOf(record_.target.CurBasis());
   report.target_field = field;
-  observer->Line(report);
+  observer_->Line(report);
 }
 
 }  // namespace customsconv

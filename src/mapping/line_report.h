@@ -13,7 +13,8 @@ namespace customsconv {
 // Tells the run's observer, when there is one, what became of one line.
 class LineReporter {
  public:
-  LineReporter(const RecordScope& record, const MappingLine& line) : record_(record), line_(line) {}
+  LineReporter(const RecordScope& record, const MappingLine& line)
+      : record_(record), line_(line), observer_(Wanted(record.run.observer)) {}
 
   void Skipped() const;
   // Nothing was written: the value is empty, or the expression names nothing.
@@ -24,8 +25,13 @@ class LineReporter {
  private:
   void Tell(LineReport report, std::string_view field) const;
 
+  static MappingObserver* Wanted(MappingObserver* observer) {
+    return observer != nullptr && observer->WantsLines() ? observer : nullptr;
+  }
+
   const RecordScope& record_;
   const MappingLine& line_;
+  MappingObserver* observer_;
 };
 
 }  // namespace customsconv

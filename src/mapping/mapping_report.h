@@ -35,6 +35,11 @@ struct LineReport {
 class MappingObserver {
  public:
   virtual ~MappingObserver() = default;
+  // A source record is about to be mapped. May throw something that is no
+  // std::exception to end the run.
+  virtual void Record(std::string_view source_path) = 0;
+  // Line is called only where it is wanted: its reports cost time.
+  [[nodiscard]] virtual bool WantsLines() const = 0;
   virtual void Line(const LineReport& report) = 0;
 };
 

@@ -60,6 +60,7 @@ ShortText Cleaned(const ShortText& value) {
 
 void RecordMapper::MapBlockRecord(std::string_view source_path, std::string_view target_block,
                                   int header) {
+  if (run_.observer != nullptr) run_.observer->Record(source_path);
   RecordScope record(run_, source_path, target_block, header);
   if (record.PathHolds("GoodsGroupDescription") &&
       WordCount(record.source_path, kPathSeparator) == 4) {

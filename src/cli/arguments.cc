@@ -1,0 +1,37 @@
+#include "cli/arguments.h"
+
+#include <optional>
+
+#include "base/code_pages.h"
+#include "common/file_names.h"
+
+namespace customsconv::cli {
+namespace {
+
+ShortText Checked(const std::string& path, std::string_view utf8) {
+  if (path.size() > ShortText::kMaxSize) {
+    throw UsageError("path is longer than 255 bytes: " + std::string(utf8));
+  }
+  return path;
+}
+
+}  // namespace
+
+std::string WinArgument(std::string_view utf8) {
+  const std::optional<std::string> text = WinFromUtf8(utf8);
+  // What code page 1251 lacks comes out as "?": only a round trip proves a name.
+  if (!text || Utf8FromWin(*text) != utf8) {
+    throw UsageError("code page 1251 cannot hold this text: " + std::string(utf8));
+  }
+  return *text;
+}
+
+ShortText FileArgument(std::string_view utf8) { return Checked(WinArgument(utf8), utf8); }
+
+ShortText FolderArgument(std::string_view utf8) {
+  std::string path = WinArgument(utf8);
+  if (!path.empty() && !IsPathSeparator(path.back())) path += '/';
+  return Checked(path, utf8);
+}
+
+}  // namespace customsconv::cli

@@ -1,0 +1,188 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <vector>
+
+#include "base/code_pages.h"
+#include "base/error.h"
+#include "cli/arguments.h"
+#include "cli/command.h"
+#include "entry/start_up.h"
+
+namespace customsconv::cli {
+namespace {
+
+struct CatalogueOptions {
+  std::string program;
+  std::string code;    // empty for the list of all types
+  std::string tables;  // folder whose tables give a table-set type its fields
+};
+
+// One level of a type's field tree on its way to the output.
+struct OpenLevel {
+  const TBasis* basis;
+  int position = 0;
+};
+
+std::string FieldType(const TFieldInfo& field) {
+  std::string type(1, field.type == ' ' ? '-' : field.type);
+  type += " " + std::to_string(field.width);
+  if (field.decimals > 0) type += "." + std::to_string(field.decimals);
+  if (field.lines > 1) type += " x" + std::to_string(field.lines);
+  return type;
+}
+
+class CatalogueView {
+ public:
+  CatalogueView(CommandContext& context, StartUpState& state)
+      : context_(context), state_(state), json_(context.output) {}
+
+  void List() {
+    if (context_.json) BeginJson("types");
+    for (int i = 0; i < state_.types().Count(); ++i) ShowType(state_.types().Item(i));
+    if (context_.json) EndJson();
+  }
+
+  void Show(const CatalogueOptions& options) {
+    TDocInfo& type = state_.types().GetDocInfo(WinArgument(options.code));
+    TDbfCache tables(context_.host);
+    if (type.HasDbfName && !options.tables.empty()) {
+      type.LoadFromDbf(FolderArgument(options.tables), tables, state_.environment());
+    }
+    const TBasis& basis = type.GetBasis(state_.environment());
+    if (context_.json) {
+      BeginJson("fields");
+      ShowFields(basis);
+      EndJson();
+    } else {
+      ShowType(type);
+      ShowFields(basis);
+    }
+  }
+
+ private:
+  void BeginJson(std::string_view member) {
+    json_.BeginObject();
+    json_.Key(member);
+    json_.BeginArray();
+  }
+
+  void EndJson() {
+    json_.EndArray();
+    WriteMessages(json_, context_.dialogs);
+    json_.EndObject();
+    json_.Finish();
+  }
+
+  void ShowType(const TDocInfo& type) {
+    if (!context_.json) {
+      context_.output.Result(Utf8FromWin(type.Code) + "  " + Utf8FromWin(type.ShortName) + "  " +
+                             (type.HasDbfName ? Utf8FromWin(type.DbfName) + "  " : "") +
+                             Utf8FromWin(type.FileName) + "\n");
+      return;
+    }
+    json_.BeginObject();
+    Member("code", type.Code);
+    Member("short_name", type.ShortName);
+    Member("full_name", type.FullName);
+    Member("main_block", type.MainBlock);
+    Member("table", type.DbfName);
+    Member("root", type.XmlDocName());
+    Member("file", type.FileName);
+    json_.EndObject();
+  }
+
+  // The level and all below it, without recursion.
+  void ShowFields(const TBasis& root) {
+    std::vector<OpenLevel> open{{&root}};
+    while (!open.empty()) {
+      OpenLevel& level = open.back();
+      if (level.position == level.basis->Count()) {
+        open.pop_back();
+        if (context_.json && !open.empty()) {
+          json_.EndArray();
+          json_.EndObject();
+        }
+        continue;
+      }
+      const TFieldInfo& field = level.basis->Item(level.position++);
+      ShowField(field, open.size());
+      if (field.is_block && field.block != nullptr) open.push_back({field.block.get()});
+    }
+  }
+
+  void ShowField(const TFieldInfo& field, std::size_t depth) {
+    if (!context_.json) {
+      std::string line(depth * 2, ' ');
+      line += Utf8FromWin(field.name) + "  " + (field.is_block ? "block" : FieldType(field));
+      if (!field.xml_path.empty()) line += "  <" + Utf8FromWin(field.xml_path) + ">";
+      if (!field.caption.empty()) line += "  " + Utf8FromWin(field.caption);
+      context_.output.Result(line + "\n");
+      return;
+    }
+    json_.BeginObject();
+    Member("name", field.name);
+    Member("caption", field.caption);
+    Member("xml_path", field.xml_path);
+    if (field.is_block && field.block != nullptr) {
+      json_.Key("block");
+      json_.BeginArray();
+      return;  // closed behind the block's own fields
+    }
+    Member("type", std::string_view(&field.type, 1));
+    json_.Key("width");
+    json_.Number(field.width);
+    json_.Key("lines");
+    json_.Number(field.lines);
+    json_.Key("decimals");
+    json_.Number(field.decimals);
+    json_.EndObject();
+  }
+
+  void Member(std::string_view name, std::string_view value_1251) {
+    json_.Key(name);
+    json_.WinText(value_1251);
+  }
+
+  CommandContext& context_;
+  StartUpState& state_;
+  JsonWriter json_;
+};
+
+ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& context) {
+  try {
+    StartUpState state(context.host);
+    if (!StartProgram(options.program, state, context)) return ExitStatus::kNegative;
+    CatalogueView view(context, state);
+    if (options.code.empty()) {
+      view.List();
+    } else {
+      view.Show(options);
+    }
+    return ExitStatus::kDone;
+  } catch (const Error& error) {
+    TellError(context, error.text());
+    return ExitStatus::kError;
+  }
+}
+
+}  // namespace
+
+void AddCatalogueCommand(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<CatalogueOptions>();
+  CLI::App* command = app.add_subcommand("catalogue", "Show the catalogue of document types");
+  command->require_subcommand(1);
+  CLI::App* list = command->add_subcommand("list", "The types, their tables and files");
+  CLI::App* show = command->add_subcommand("show", "The fields of one type");
+  for (CLI::App* action : {list, show}) {
+    action->add_option("--program", options->program, "program folder (kord.ini, Data\\*.dcf)")
+        ->required();
+    action->callback([options, &chosen] {
+      chosen = [options](CommandContext& context) { return ShowCatalogue(*options, context); };
+    });
+  }
+  show->add_option("--tables", options->tables,
+                   "folder of the tables, for a type that is a table set");
+  show->add_option("CODE", options->code, "code of the type")->required();
+}
+
+}  // namespace customsconv::cli

@@ -1,0 +1,242 @@
+#include "cli/conversion_log.h"
+
+#include "base/code_pages.h"
+#include "cli/interrupt.h"
+
+namespace customsconv::cli {
+namespace {
+
+// Records between two looks at the progress line.
+constexpr std::size_t kProgressStep = 1000;
+
+std::string_view ReasonText(SkipReason reason) {
+  switch (reason) {
+    case SkipReason::kNotFirstDeclaration:
+      return "a file's first declaration is converted only";
+    case SkipReason::kKindNotConverted:
+      return "documents of this kind are not converted";
+    case SkipReason::kNoSection:
+      return "no section of the rules names this kind";
+    case SkipReason::kNotFirstOfKind:
+      return "the section's table takes the first document of a kind only";
+    case SkipReason::kNoTableSet:
+      return "the catalogue has no table set with the section's table";
+  }
+  return {};
+}
+
+std::string_view OutcomeText(LineOutcome outcome) {
+  switch (outcome) {
+    case LineOutcome::kWritten:
+      return "written";
+    case LineOutcome::kEmpty:
+      return "empty";
+    case LineOutcome::kNoSuchField:
+      return "no such field";
+    case LineOutcome::kNoSuchSource:
+      return "no such source";
+    case LineOutcome::kCut:
+      return "cut";
+    case LineOutcome::kSkipped:
+      return "skipped";
+  }
+  return {};
+}
+
+}  // namespace
+
+ConversionLog::ConversionLog(CommandContext& context, std::string rules_file, bool explain,
+                             std::size_t files)
+    : context_(context),
+      json_(context.output),
+      rules_file_(std::move(rules_file)),
+      explain_(explain),
+      files_(files) {
+  if (!context_.json) return;
+  json_.BeginObject();
+  json_.Key("files");
+  json_.BeginArray();
+}
+
+void ConversionLog::BeginFile(const std::string& file) {
+  log_ = {};
+  log_.file = file;
+  ++file_number_;
+  records_ = 0;
+  if (files_ > 1) ShowProgress();
+  if (!context_.json) return;
+  json_.BeginObject();
+  json_.Key("file");
+  json_.Text(file);
+  if (!explain_) return;
+  json_.Key("explain");
+  json_.BeginArray();
+}
+
+void ConversionLog::EndFile(std::string_view error) {
+  log_.error = Utf8FromWin(error);
+  context_.dialogs.ClearProgressLine();
+  if (context_.json) {
+    if (explain_) json_.EndArray();
+    WriteJson();
+  } else {
+    WriteText();
+  }
+}
+
+void ConversionLog::Finish(bool result, std::string_view error_1251) {
+  if (!context_.json) return;
+  json_.EndArray();
+  json_.Key("result");
+  json_.Bool(result);
+  WriteMessages(json_, context_.dialogs);
+  if (!error_1251.empty()) {
+    json_.Key("error");
+    json_.WinText(error_1251);
+  }
+  json_.EndObject();
+  json_.Finish();
+}
+
+void ConversionLog::RegistrationNumber(std::string_view number) {
+  log_.number = Utf8FromWin(number);
+}
+
+void ConversionLog::Skipped(const DocumentReport& document, SkipReason reason) {
+  StopIfInterrupted();
+  log_.skipped.push_back(
+      {Utf8FromWin(document.kind), document.occurrence, std::string(ReasonText(reason))});
+}
+
+void ConversionLog::Converted(const DocumentReport& document) {
+  log_.converted.push_back({Utf8FromWin(document.kind), document.occurrence, document.section + 1,
+                            Utf8FromWin(document.table)});
+  for (const auto& [table, rows] : document.rows_added) {
+    log_.rows_added[Utf8FromWin(table)] += rows;
+  }
+  StopIfInterrupted();
+}
+
+// Nothing of the document is in the tables before it is saved, so a run may end here.
+void ConversionLog::Record(std::string_view) {
+  StopIfInterrupted();
+  if (++records_ % kProgressStep == 0) ShowProgress();
+}
+
+void ConversionLog::Line(const LineReport& report) {
+  if (context_.json) {
+    ExplainJson(report);
+  } else {
+    ExplainText(report);
+  }
+}
+
+void ConversionLog::ShowProgress() {
+  context_.dialogs.ShowProgressLine(std::to_string(file_number_) + "/" + std::to_string(files_) +
+                                    " " + log_.file + ": " + std::to_string(records_) + " records");
+}
+
+void ConversionLog::WriteText() {
+  std::string line = log_.file + ": " + (log_.number.empty() ? "-" : log_.number);
+  line += "; converted:";
+  if (log_.converted.empty()) line += " nothing";
+  for (const FileLog::Converted& document : log_.converted) {
+    line += " " + document.kind + " " + std::to_string(document.occurrence);
+  }
+  for (const FileLog::Skipped& document : log_.skipped) {
+    line += "; skipped: " + document.kind + " " + std::to_string(document.occurrence) + " (" +
+            document.reason + ")";
+  }
+  line += "; rows:";
+  for (const auto& [table, rows] : log_.rows_added) {
+    line += " " + table + " +" + std::to_string(rows);
+  }
+  if (log_.rows_added.empty()) line += " none";
+  if (!log_.error.empty()) line += "; failed: " + log_.error;
+  context_.output.Result(line + "\n");
+}
+
+void ConversionLog::WriteJson() {
+  const auto document = [&](const std::string& kind, int occurrence) {
+    json_.BeginObject();
+    json_.Key("kind");
+    json_.Text(kind);
+    json_.Key("occurrence");
+    json_.Number(occurrence);
+  };
+  json_.Key("number");
+  json_.Text(log_.number);
+  json_.Key("converted");
+  json_.BeginArray();
+  for (const FileLog::Converted& converted : log_.converted) {
+    document(converted.kind, converted.occurrence);
+    json_.Key("section_line");
+    json_.Number(converted.section_line);
+    json_.Key("table");
+    json_.Text(converted.table);
+    json_.EndObject();
+  }
+  json_.EndArray();
+  json_.Key("skipped");
+  json_.BeginArray();
+  for (const FileLog::Skipped& skipped : log_.skipped) {
+    document(skipped.kind, skipped.occurrence);
+    json_.Key("reason");
+    json_.Text(skipped.reason);
+    json_.EndObject();
+  }
+  json_.EndArray();
+  json_.Key("rows_added");
+  json_.BeginObject();
+  for (const auto& [table, rows] : log_.rows_added) {
+    json_.Key(table);
+    json_.Number(rows);
+  }
+  json_.EndObject();
+  if (!log_.error.empty()) {
+    json_.Key("error");
+    json_.Text(log_.error);
+  }
+  json_.EndObject();
+}
+
+// "armti.txt:12: ESADoutGoods\1 G33 = TNVED: '0101' -> DBRTOV.DBF.G33 written"
+void ConversionLog::ExplainText(const LineReport& report) {
+  std::string line = rules_file_ + ":" + std::to_string(report.rule_line + 1) + ": ";
+  line += report.source_path.empty() ? "\\" : Utf8FromWin(report.source_path);
+  line += " " + Utf8FromWin(report.target_field) + " = " + Utf8FromWin(report.expression) + ": '";
+  line += Utf8FromWin(report.value) + "' -> " + Utf8FromWin(report.target_table) + "." +
+          Utf8FromWin(report.target_field) + " ";
+  line += OutcomeText(report.outcome);
+  if (report.outcome == LineOutcome::kCut) {
+    line += " from " + std::to_string(report.length) + " to " + std::to_string(report.width);
+  }
+  context_.dialogs.ClearProgressLine();
+  context_.output.Result(line + "\n");
+}
+
+void ConversionLog::ExplainJson(const LineReport& report) {
+  json_.BeginObject();
+  json_.Key("line");
+  json_.Number(report.rule_line + 1);
+  const std::pair<std::string_view, std::string_view> members[] = {
+      {"source_path", report.source_path},
+      {"expression", report.expression},
+      {"value", report.value},
+      {"table", report.target_table},
+      {"field", report.target_field},
+      {"outcome", OutcomeText(report.outcome)}};
+  for (const auto& [name, value] : members) {
+    json_.Key(name);
+    json_.WinText(value);
+  }
+  if (report.outcome == LineOutcome::kCut) {
+    json_.Key("cut_from");
+    json_.Number(static_cast<std::int64_t>(report.length));
+    json_.Key("cut_to");
+    json_.Number(static_cast<std::int64_t>(report.width));
+  }
+  json_.EndObject();
+}
+
+}  // namespace customsconv::cli

@@ -1,0 +1,41 @@
+#include "cli/interrupt.h"
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+
+namespace customsconv::cli {
+namespace {
+
+// A signal handler reaches nothing but globals.
+std::atomic<bool> noted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void NoteInterrupt(int) { noted = true; }
+
+constexpr std::uint32_t kSlice = 100;  // milliseconds between two looks
+
+}  // namespace
+
+void WatchForInterrupt() {
+  std::signal(SIGINT, &NoteInterrupt);
+  std::signal(SIGTERM, &NoteInterrupt);
+}
+
+bool InterruptNoted() { return noted; }
+
+void StopIfInterrupted() {
+  if (noted) throw Interrupted();
+}
+
+void InterruptibleClock::Sleep(std::uint32_t milliseconds) {
+  while (milliseconds > 0) {
+    StopIfInterrupted();
+    const std::uint32_t slice = std::min(milliseconds, kSlice);
+    clock_.Sleep(slice);
+    milliseconds -= slice;
+  }
+  StopIfInterrupted();
+}
+
+}  // namespace customsconv::cli

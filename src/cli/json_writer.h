@@ -1,0 +1,51 @@
+#ifndef CUSTOMSCONV_CLI_JSON_WRITER_H_
+#define CUSTOMSCONV_CLI_JSON_WRITER_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/output.h"
+
+namespace customsconv::cli {
+
+// Writes JSON piece by piece, so that large results need no memory and nesting no
+// stack. The caller keeps begin and end in step. Texts are UTF-8.
+class JsonWriter {
+ public:
+  // `output` must outlive the writer.
+  explicit JsonWriter(Output& output) : output_(output) {}
+  ~JsonWriter() { Flush(); }
+  JsonWriter(const JsonWriter&) = delete;
+  JsonWriter& operator=(const JsonWriter&) = delete;
+
+  void BeginObject() { Begin('{'); }
+  void EndObject() { End('}'); }
+  void BeginArray() { Begin('['); }
+  void EndArray() { End(']'); }
+  // Name of the member whose value comes next.
+  void Key(std::string_view name);
+  void Text(std::string_view utf8);
+  // Text in code page 1251.
+  void WinText(std::string_view text_1251);
+  void Number(std::int64_t number);
+  void Bool(bool value);
+  // A line end behind the whole result.
+  void Finish();
+
+ private:
+  void Begin(char bracket);
+  void End(char bracket);
+  void Separate();
+  void Flush();
+
+  Output& output_;
+  std::string buffer_;
+  std::vector<bool> filled_;  // of each open bracket: it holds something already
+  bool after_key_ = false;
+};
+
+}  // namespace customsconv::cli
+
+#endif  // CUSTOMSCONV_CLI_JSON_WRITER_H_

@@ -1,0 +1,22 @@
+#include "cli/interrupt.h"
+#include "cli/run.h"
+#include "cli/standard_output.h"
+#include "platform/posix/posix_clock.h"
+#include "platform/posix/posix_files.h"
+#include "platform/posix/posix_processes.h"
+
+int main(int argc, char** argv) {
+  using namespace customsconv;
+  posix::PosixFiles files;
+  posix::PosixClock clock;
+  posix::PosixProcesses processes;
+  cli::StandardOutput output;
+  cli::WatchForInterrupt();
+  const cli::ExitStatus status =
+      cli::Run({argv + 1, argv + argc}, {files, clock, processes}, output);
+  if (!output.Finish()) {
+    output.Remark("error: the result could not be written\n");
+    return static_cast<int>(cli::ExitStatus::kError);
+  }
+  return static_cast<int>(status);
+}

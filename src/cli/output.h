@@ -1,0 +1,24 @@
+#ifndef CUSTOMSCONV_CLI_OUTPUT_H_
+#define CUSTOMSCONV_CLI_OUTPUT_H_
+
+#include <string>
+#include <string_view>
+
+namespace customsconv::cli {
+
+// Where the program prints: results to one stream, remarks to the other. Bytes
+// as given; texts for people are UTF-8.
+class Output {
+ public:
+  virtual ~Output() = default;
+  virtual void Result(std::string_view bytes) = 0;
+  virtual void Remark(std::string_view bytes) = 0;
+  // A person looks at the remarks and can answer.
+  [[nodiscard]] virtual bool IsTerminal() const = 0;
+  // One line of the person's answer, without its end; empty at the end of the input.
+  virtual bool ReadAnswer(std::string& line) = 0;
+};
+
+}  // namespace customsconv::cli
+
+#endif  // CUSTOMSCONV_CLI_OUTPUT_H_

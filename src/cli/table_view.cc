@@ -1,0 +1,147 @@
+#include "cli/table_view.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "base/code_pages.h"
+#include "common/blanks.h"
+
+namespace customsconv::cli {
+namespace {
+
+// Calls `row` for each record of the range with its number.
+template <typename Row>
+void ForEachRow(TFileDbfFile& table, RowRange rows, const Row& row) {
+  const std::int64_t last = std::min(rows.last, table.RecordCount());
+  for (std::int64_t number = std::max<std::int64_t>(rows.first, 1); number <= last; ++number) {
+    if (table.GoTo(number) == DbfStatus::kOk) row(number);
+  }
+}
+
+int FieldCount(const TFileDbfFile& table) { return static_cast<int>(table.fields().size()); }
+
+// The field's own text, whatever its length.
+std::string Value(const TFileDbfFile& table, int field) {
+  const bool is_long = table.FieldAt(field).length > ShortText::kMaxSize;
+  return is_long ? table.GetLongField(field) : table.GetField(field).str();
+}
+
+std::string FieldLine(const FieldDescriptor& field) {
+  std::string line = "  " + PadRightBlanks(field.TrimmedName(), 11) + " ";
+  line += field.type;
+  line += " " + std::to_string(field.length);
+  if (field.decimals > 0) line += "." + std::to_string(field.decimals);
+  return Utf8FromWin(line) + "\n";
+}
+
+std::string CsvValue(const std::string& value) {
+  if (value.find_first_of(",\"\r\n") == std::string::npos) return Utf8FromWin(value);
+  std::string quoted = "\"";
+  for (const char c : value) quoted.append(c == '"' ? 2 : 1, c);
+  return Utf8FromWin(quoted + "\"");
+}
+
+std::vector<std::size_t> ColumnWidths(TFileDbfFile& table, RowRange rows) {
+  std::vector<std::size_t> widths;
+  for (const FieldDescriptor& field : table.fields()) widths.push_back(field.TrimmedName().size());
+  ForEachRow(table, rows, [&](std::int64_t) {
+    for (int i = 0; i < FieldCount(table); ++i) {
+      std::size_t& width = widths[static_cast<std::size_t>(i)];
+      width = std::max(width, Value(table, i).size());
+    }
+  });
+  return widths;
+}
+
+// A cell of a column, numbers at the right.
+std::string Cell(std::string_view value, std::size_t width, bool at_right) {
+  const std::string blanks(width - std::min(width, value.size()), ' ');
+  return at_right ? blanks + std::string(value) : std::string(value) + blanks;
+}
+
+void WriteField(const FieldDescriptor& field, JsonWriter& json) {
+  json.BeginObject();
+  json.Key("name");
+  json.WinText(field.TrimmedName());
+  json.Key("type");
+  json.WinText(std::string_view(&field.type, 1));
+  json.Key("length");
+  json.Number(field.length);
+  json.Key("decimals");
+  json.Number(field.decimals);
+  json.EndObject();
+}
+
+}  // namespace
+
+void ListTable(const TFileDbfFile& table, Output& output) {
+  output.Result(Utf8FromWin(table.file_name()) + "  " + std::to_string(table.RecordCount()) +
+                " rows\n");
+  for (const FieldDescriptor& field : table.fields()) output.Result(FieldLine(field));
+}
+
+void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output) {
+  const std::vector<std::size_t> widths = ColumnWidths(table, rows);
+  const std::size_t number_width = std::to_string(table.RecordCount()).size();
+  const auto print = [&](const std::string& number, const auto& text_of) {
+    std::string line = Cell(number, number_width + 1, true);
+    for (int i = 0; i < FieldCount(table); ++i) {
+      const bool at_right = table.FieldAt(i).type == 'N';
+      line += " | " + Cell(text_of(i), widths[static_cast<std::size_t>(i)], at_right);
+    }
+    output.Result(Utf8FromWin(TrimRight(line)) + "\n");
+  };
+  print("#", [&](int i) { return std::string(table.FieldAt(i).TrimmedName()); });
+  ForEachRow(table, rows, [&](std::int64_t number) {
+    print((table.IsDeleted() ? "*" : "") + std::to_string(number),
+          [&](int i) { return Value(table, i); });
+  });
+}
+
+void ShowCsv(TFileDbfFile& table, RowRange rows, Output& output) {
+  const auto print = [&](const auto& text_of) {
+    std::string line;
+    for (int i = 0; i < FieldCount(table); ++i) {
+      if (i > 0) line += ',';
+      line += CsvValue(text_of(i));
+    }
+    output.Result(line + "\n");
+  };
+  print([&](int i) { return std::string(table.FieldAt(i).TrimmedName()); });
+  ForEachRow(table, rows, [&](std::int64_t) {
+    if (!table.IsDeleted()) print([&](int i) { return Value(table, i); });
+  });
+}
+
+void ShowJson(TFileDbfFile& table, RowRange rows, bool with_rows, JsonWriter& json) {
+  json.BeginObject();
+  json.Key("file");
+  json.WinText(table.file_name());
+  json.Key("rows");
+  json.Number(table.RecordCount());
+  json.Key("fields");
+  json.BeginArray();
+  for (const FieldDescriptor& field : table.fields()) WriteField(field, json);
+  json.EndArray();
+  if (with_rows) {
+    json.Key("records");
+    json.BeginArray();
+    ForEachRow(table, rows, [&](std::int64_t number) {
+      json.BeginObject();
+      json.Key("number");
+      json.Number(number);
+      json.Key("deleted");
+      json.Bool(table.IsDeleted());
+      json.Key("values");
+      json.BeginArray();
+      for (int i = 0; i < FieldCount(table); ++i) json.WinText(Value(table, i));
+      json.EndArray();
+      json.EndObject();
+    });
+    json.EndArray();
+  }
+  json.EndObject();
+}
+
+}  // namespace customsconv::cli

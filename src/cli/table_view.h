@@ -1,0 +1,31 @@
+#ifndef CUSTOMSCONV_CLI_TABLE_VIEW_H_
+#define CUSTOMSCONV_CLI_TABLE_VIEW_H_
+
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include "cli/json_writer.h"
+#include "cli/output.h"
+#include "storage/dbf_file.h"
+
+namespace customsconv::cli {
+
+// Records of a table that are shown, from 1.
+struct RowRange {
+  std::int64_t first = 1;
+  std::int64_t last = std::numeric_limits<std::int64_t>::max();
+};
+
+// One line with name and row count, then a line a field.
+void ListTable(const TFileDbfFile& table, Output& output);
+// Rows in columns as wide as their values; deleted records are marked with "*".
+void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output);
+// Comma-separated, with a line of field names; deleted records are left out.
+void ShowCsv(TFileDbfFile& table, RowRange rows, Output& output);
+// An object with fields and row count, with `with_rows` also the records.
+void ShowJson(TFileDbfFile& table, RowRange rows, bool with_rows, JsonWriter& json);
+
+}  // namespace customsconv::cli
+
+#endif  // CUSTOMSCONV_CLI_TABLE_VIEW_H_

@@ -1,0 +1,182 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <vector>
+
+#include "base/code_pages.h"
+#include "base/error.h"
+#include "base/letter_case.h"
+#include "cli/arguments.h"
+#include "cli/command.h"
+#include "cli/table_description.h"
+#include "cli/table_view.h"
+#include "common/numbers.h"
+#include "storage/dbf_cache.h"
+#include "storage/dbf_file.h"
+
+namespace customsconv::cli {
+namespace {
+
+struct TablesOptions {
+  std::vector<std::string> files;
+  bool csv = false;
+  std::string rows;  // "10-20", "10-", "10"
+  std::string description;
+  std::string folder;
+  std::vector<std::string> only;  // names of tables; empty for all
+};
+
+RowRange ParseRows(const std::string& text) {
+  if (text.empty()) return {};
+  const std::size_t dash = text.find('-');
+  RowRange range;
+  range.first = IntOr(text.substr(0, dash), 0);
+  if (dash == std::string::npos) {
+    range.last = range.first;
+  } else if (dash + 1 < text.size()) {
+    range.last = IntOr(text.substr(dash + 1), 0);
+  }
+  if (range.first < 1 || range.last < range.first) {
+    throw UsageError("--rows takes N, N- or N-M, not " + text);
+  }
+  return range;
+}
+
+// Runs `show` for each table; a table that cannot be opened ends the command.
+template <typename Show>
+void ForEachTable(const TablesOptions& options, TDbfCache& tables, const Show& show) {
+  for (const std::string& file : options.files) {
+    TFileDbfFile table(tables);
+    table.Open(FileArgument(file), kModeRead | kShareDenyNone, OnError::kThrow);
+    show(table);
+  }
+}
+
+ExitStatus ShowTables(const TablesOptions& options, bool with_rows, CommandContext& context) {
+  TDbfCache tables(context.host);
+  const RowRange rows = ParseRows(options.rows);
+  if (context.json) {
+    JsonWriter json(context.output);
+    json.BeginObject();
+    json.Key("tables");
+    json.BeginArray();
+    ForEachTable(options, tables,
+                 [&](TFileDbfFile& table) { ShowJson(table, rows, with_rows, json); });
+    json.EndArray();
+    WriteMessages(json, context.dialogs);
+    json.EndObject();
+    json.Finish();
+    return ExitStatus::kDone;
+  }
+  ForEachTable(options, tables, [&](TFileDbfFile& table) {
+    if (!with_rows) {
+      ListTable(table, context.output);
+    } else if (options.csv) {
+      ShowCsv(table, rows, context.output);
+    } else {
+      ShowAligned(table, rows, context.output);
+    }
+  });
+  return ExitStatus::kDone;
+}
+
+bool IsWanted(const DescribedTable& table, const std::vector<std::string>& only) {
+  if (only.empty()) return true;
+  for (const std::string& name : only) {
+    const std::string wanted = WinArgument(name);
+    if (SameTextRu(table.name, wanted) || SameTextRu(table.name, wanted + ".DBF")) return true;
+  }
+  return false;
+}
+
+// Everything is looked at before the first table is made; what exists stays.
+std::vector<DescribedTable> TablesToCreate(const TablesOptions& options, const ShortText& folder,
+                                           const Files& files) {
+  std::vector<DescribedTable> wanted;
+  const std::string text = files.Read(FileArgument(options.description));
+  for (DescribedTable& table : ReadTableDescription(text, options.description)) {
+    if (!IsWanted(table, options.only)) continue;
+    if (files.Exists(folder.str() + table.name)) {
+      throw UsageError("table exists already: " + Utf8FromWin(folder.str() + table.name));
+    }
+    wanted.push_back(std::move(table));
+  }
+  if (wanted.empty()) throw UsageError("no such table in " + options.description);
+  return wanted;
+}
+
+ExitStatus CreateTables(const TablesOptions& options, CommandContext& context) {
+  const ShortText folder = FolderArgument(options.folder);
+  if (!context.host.files.FolderExists(folder)) {
+    throw UsageError("no such folder: " + options.folder);
+  }
+  TDbfCache tables(context.host);
+  const auto wanted = TablesToCreate(options, folder, context.host.files);
+  for (const DescribedTable& described : wanted) {
+    TFileDbfFile table(tables);
+    TDescrs fields = described.fields;
+    const std::string name = folder.str() + described.name;
+    if (table.CreateTable(fields, name) != DbfStatus::kOk) {
+      throw DbfError("DBF: " + name);
+    }
+    if (!context.json) context.output.Result(Utf8FromWin(name) + "\n");
+  }
+  if (context.json) {
+    JsonWriter json(context.output);
+    json.BeginObject();
+    json.Key("created");
+    json.BeginArray();
+    for (const DescribedTable& described : wanted) json.WinText(folder.str() + described.name);
+    json.EndArray();
+    WriteMessages(json, context.dialogs);
+    json.EndObject();
+    json.Finish();
+  }
+  return ExitStatus::kDone;
+}
+
+template <typename Run>
+ExitStatus Guarded(CommandContext& context, const Run& run) {
+  try {
+    return run();
+  } catch (const Error& error) {
+    TellError(context, error.text());
+    return ExitStatus::kError;
+  }
+}
+
+}  // namespace
+
+void AddTablesCommand(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<TablesOptions>();
+  CLI::App* command = app.add_subcommand("tables", "List, show and create dBase tables");
+  command->require_subcommand(1);
+
+  CLI::App* list = command->add_subcommand("list", "Row count and fields of tables");
+  CLI::App* show = command->add_subcommand("show", "Rows of tables");
+  for (CLI::App* action : {list, show}) {
+    action->add_option("TABLE", options->files, "table files")->required();
+    const bool with_rows = action == show;
+    action->callback([options, with_rows, &chosen] {
+      chosen = [options, with_rows](CommandContext& context) {
+        return Guarded(context, [&] { return ShowTables(*options, with_rows, context); });
+      };
+    });
+  }
+  show->add_flag("--csv", options->csv, "comma-separated values");
+  show->add_option("--rows", options->rows, "only these records: N, N- or N-M");
+
+  CLI::App* create = command->add_subcommand("create", "Make empty tables from a description");
+  create
+      ->add_option("--description", options->description,
+                   "text file, one field a line: TABLE FIELD TYPE WIDTH [DECIMALS]")
+      ->required();
+  create->add_option("--output", options->folder, "folder for the tables")->required();
+  create->add_option("TABLE", options->only, "only these tables of the description");
+  create->callback([options, &chosen] {
+    chosen = [options](CommandContext& context) {
+      return Guarded(context, [&] { return CreateTables(*options, context); });
+    };
+  });
+}
+
+}  // namespace customsconv::cli

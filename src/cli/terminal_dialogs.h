@@ -1,0 +1,60 @@
+#ifndef CUSTOMSCONV_CLI_TERMINAL_DIALOGS_H_
+#define CUSTOMSCONV_CLI_TERMINAL_DIALOGS_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/output.h"
+#include "platform/dialogs.h"
+
+namespace customsconv::cli {
+
+// The system's messages on the remark stream, one a line: "message: TEXT",
+// "exception: TEXT", "question: TEXT", "choice: TEXT". All are kept, in the order
+// in which they were shown, for JSON output.
+class TerminalDialogs : public Dialogs {
+ public:
+  struct Shown {
+    std::string kind;
+    std::string text;  // UTF-8
+  };
+
+  // `output` must outlive the dialogs. `quiet` keeps messages off the screen:
+  // the JSON output carries them.
+  TerminalDialogs(Output& output, bool quiet) : output_(output), quiet_(quiet) {}
+
+  // Answers the lock question without asking.
+  void set_lock_answer(std::optional<LockAnswer> answer) { lock_answer_ = answer; }
+
+  void Message(std::string_view text) override { Show("message", text); }
+  void Exception(std::string_view text) override { Show("exception", text); }
+  bool Confirm(std::string_view question) override;
+  LockAnswer Choose(std::string_view title, std::string_view question,
+                    const std::vector<std::string>& choices) override;
+  std::unique_ptr<Progress> StartProgress(std::string_view title, std::size_t steps) override;
+  void Status(std::string_view text) override;
+
+  // A progress line that stands until the next remark; nothing without a terminal.
+  void ShowProgressLine(std::string_view utf8);
+  void ClearProgressLine();
+
+  [[nodiscard]] const std::vector<Shown>& shown() const { return shown_; }
+
+ private:
+  class Line;
+  void Show(std::string_view kind, std::string_view text_1251);
+  // The number of the person's choice, from 1; 0 when nobody answers.
+  std::size_t Ask(const std::vector<std::string>& choices);
+
+  Output& output_;
+  bool quiet_;
+  std::optional<LockAnswer> lock_answer_;
+  std::vector<Shown> shown_;
+  bool line_shown_ = false;
+};
+
+}  // namespace customsconv::cli
+
+#endif  // CUSTOMSCONV_CLI_TERMINAL_DIALOGS_H_
