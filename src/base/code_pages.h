@@ -29,6 +29,8 @@ void WinFromDosInPlace(std::string& text);
 [[nodiscard]] char DosFromWin(char win);
 [[nodiscard]] std::string DosFromWin(std::string_view win);
 [[nodiscard]] ShortText DosFromWinShort(std::string_view win);
+// Writes as many bytes as `win` has.
+void DosFromWinTo(char* to, std::string_view win);
 void DosFromWinInPlace(std::string& text);
 
 // Guesses the code page of a text: UTF-8 when its first 255 bytes name "UTF-8" in

@@ -82,11 +82,11 @@ std::string Converted(const ByteTable& table, std::string_view text) {
 }
 
 ShortText ConvertedShort(const ByteTable& table, std::string_view text) {
-  std::array<char, ShortText::kMaxSize> bytes;
-  const std::string_view source = CutToShort(text);
-  std::transform(source.begin(), source.end(), bytes.begin(),
-                 [&table](char c) { return Through(table, c); });
-  return std::string_view(bytes.data(), source.size());
+  return ShortText::Mapped(text, [&table](char c) { return Through(table, c); });
+}
+
+void ConvertTo(char* to, const ByteTable& table, std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) to[i] = Through(table, text[i]);
 }
 
 }  // namespace
@@ -99,6 +99,7 @@ void WinFromDosInPlace(std::string& text) { ConvertInPlace(kWinOfDos, text); }
 char DosFromWin(char win) { return Through(kDosOfWin, win); }
 std::string DosFromWin(std::string_view win) { return Converted(kDosOfWin, win); }
 ShortText DosFromWinShort(std::string_view win) { return ConvertedShort(kDosOfWin, win); }
+void DosFromWinTo(char* to, std::string_view win) { ConvertTo(to, kDosOfWin, win); }
 void DosFromWinInPlace(std::string& text) { ConvertInPlace(kDosOfWin, text); }
 
 }  // namespace customsconv

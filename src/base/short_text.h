@@ -34,6 +34,15 @@ class ShortText {
     return *this;
   }
 
+  // The first 255 bytes of `source`, each through `convert`.
+  template <typename Convert>
+  [[nodiscard]] static ShortText Mapped(std::string_view source, Convert convert) {
+    ShortText result;
+    result.size_ = static_cast<std::uint8_t>(std::min(source.size(), kMaxSize));
+    for (std::size_t i = 0; i < result.size_; ++i) result.bytes_[i] = convert(source[i]);
+    return result;
+  }
+
   // `tail` may be our own text.
   ShortText& operator+=(std::string_view tail) {
     const std::size_t added = std::min(tail.size(), kMaxSize - size_);

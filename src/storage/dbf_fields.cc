@@ -1,11 +1,15 @@
 #include "storage/dbf_fields.h"
 
-#include <cstring>
-
 #include "base/letter_case.h"
 #include "common/blanks.h"
 
 namespace customsconv {
+namespace {
+
+constexpr std::size_t kMaxNameSize = 11;
+constexpr std::size_t kWordSize = 8;
+
+}  // namespace
 
 std::string_view FieldDescriptor::TrimmedName() const { return Trim(name); }
 
@@ -28,19 +32,18 @@ int FieldNames::Find(std::string_view name) const {
 
 std::optional<FieldNames::Key> FieldNames::KeyOf(std::string_view name) {
   name = Trim(name);
-  if (name.size() > kKeySize) return std::nullopt;
+  if (name.size() > kMaxNameSize) return std::nullopt;
   Key key;
-  for (std::size_t i = 0; i < kKeySize; ++i)
-    key[i] = i < name.size() ? UpperCaseChar(name[i]) : ' ';
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const auto byte =
+        static_cast<std::uint64_t>(static_cast<unsigned char>(UpperCaseChar(name[i])));
+    (i < kWordSize ? key.head : key.tail) |= byte << 8 * (i % kWordSize);
+  }
   return key;
 }
 
 std::size_t FieldNames::SlotOf(const Key& key) const {
-  std::uint64_t head = 0;
-  std::uint64_t tail = 0;
-  std::memcpy(&head, key.data(), sizeof head);
-  std::memcpy(&tail, key.data() + sizeof head, kKeySize - sizeof head);
-  std::uint64_t hash = (head ^ tail << 29) * 0x9E3779B97F4A7C15ULL;
+  std::uint64_t hash = (key.head ^ key.tail << 29) * 0x9E3779B97F4A7C15ULL;
   hash ^= hash >> 32;
   const std::size_t mask = slots_.size() - 1;
   std::size_t at = static_cast<std::size_t>(hash) & mask;

@@ -1,7 +1,6 @@
 #ifndef CUSTOMSCONV_STORAGE_DBF_FIELDS_H_
 #define CUSTOMSCONV_STORAGE_DBF_FIELDS_H_
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,8 +34,12 @@ class FieldNames {
   [[nodiscard]] int Find(std::string_view name) const;
 
  private:
-  static constexpr std::size_t kKeySize = 11;
-  using Key = std::array<char, kKeySize>;
+  // A trimmed, upper-cased name of up to 11 bytes in two words.
+  struct Key {
+    std::uint64_t head = 0;
+    std::uint64_t tail = 0;
+    bool operator==(const Key&) const = default;
+  };
   struct Slot {
     Key key;
     int field = -1;

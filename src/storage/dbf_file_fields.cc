@@ -109,12 +109,9 @@ void TFileDbfFile::SetField(int field, std::string_view value, bool raw) {
   if (found == nullptr) return;
   char* const to = record_.data() + found->offset;
   if (raw) {
-    dbf::StoreText(to, found->length, CutToShort(value));
-  } else if (found->type == 'C') {
-    dbf::StoreText(to, found->length, TrimRight(CutToShort(value)));
+    dbf::StoreText(to, found->length, value);
   } else {
-    const int this_year = found->type == 'D' ? ThisYear() : 0;
-    dbf::StoreText(to, found->length, dbf::FormattedValue(*found, value, this_year));
+    dbf::StoreValue(to, *found, value, found->type == 'D' ? ThisYear() : 0);
   }
 }
 

@@ -1,16 +1,13 @@
 #include "storage/dbf_values.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "base/code_pages.h"
 #include "base/letter_case.h"
 #include "common/blanks.h"
-#include "common/char_set.h"
 #include "common/dates.h"
 #include "common/numbers.h"
-#include "common/words.h"
 #include "storage/dbf_format.h"
 
 namespace customsconv::dbf {
@@ -18,7 +15,7 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::size_t kMemoNumberSize = 4;
-constexpr int kRoundedDecimals = 2;          // more decimals are kept as they are written
+constexpr std::size_t kRoundedDecimals = 2;  // more decimals are kept as they are written
 constexpr double kWrittenNumberLimit = 1e9;  // below this, that is
 
 bool AllDigits(std::string_view text) {
@@ -31,22 +28,19 @@ bool IsCompactDate(std::string_view stored) {
   return !Trim(stored).empty() && stored.find_first_of(kDateSeparators) == std::string_view::npos;
 }
 
-// yyyymmdd as dd.mm.yy
+// yyyymmdd as dd.mm.yy, without blanks around it
 ShortText ShownDate(std::string_view stored) {
-  const auto two_from = [stored](std::size_t at) {
-    return stored.substr(std::min(at, stored.size()), 2);
-  };
-  ShortText shown(two_from(6));
-  shown += kDateSeparator;
-  shown += two_from(4);
-  shown += kDateSeparator;
-  shown += two_from(2);
-  return shown;
+  std::string shown;
+  for (const std::size_t at : {6, 4, 2}) {
+    if (at < stored.size()) shown += stored.substr(at, 2);
+    if (at > 2) shown += kDateSeparator;
+  }
+  return WinFromDosShort(Trim(shown));
 }
 
 std::string MemoNumber(std::string_view stored) {
   char bytes[kMemoNumberSize] = {};
-  std::memcpy(bytes, stored.data(), std::min(stored.size(), kMemoNumberSize));
+  stored.copy(bytes, sizeof bytes);
   return std::to_string(ReadU32(bytes));
 }
 
@@ -56,87 +50,108 @@ bool IsBinaryMemo(char type, std::uint8_t version) {
 
 // ---- as stored
 
-// Digits without separators, as officers type dates; a year of one digit is the
-// nearest one of its decade.
-ShortText SpreadDate(std::string_view value) {
-  if (!AllDigits(value)) return value;
-  if (value.size() != 5 && value.size() != 6 && value.size() != 8) return value;
-  ShortText dotted(value.substr(0, 2));
-  dotted += '.';
-  dotted += value.substr(2, 2);
-  dotted += '.';
-  if (value.size() == 5) dotted += value[4] >= '5' ? '9' : '0';
-  dotted += value.substr(4);
-  return dotted;
-}
+// The place of a field in a record.
+struct Cell {
+  char* to;
+  std::size_t width;
 
-ShortText FormattedDate(std::string_view value, int this_year) {
-  const ShortText dotted = SpreadDate(value);
-  static constexpr CharSet kBlank(" ");
-  const Date date = TextToDate(ExtractWord(1, dotted, kBlank), 0, this_year);
-  if (date == 0) return {};
-  const CalendarDay day = DayOf(date);
-  char text[8];
-  const int digits = day.year * 10000 + day.month * 100 + day.day;
-  for (int i = 7, rest = digits; i >= 0; --i, rest /= 10) {
-    text[i] = static_cast<char>('0' + rest % 10);
+  // Values of digits and signs are alike in both code pages. What is too long is cut
+  // on the right.
+  void Left(std::string_view value) const {
+    const std::size_t copied = value.copy(to, width);
+    std::memset(to + copied, ' ', width - copied);
   }
-  return std::string_view(text, sizeof text);
+  void Right(std::string_view value) const {
+    const std::size_t copied = std::min(value.size(), width);
+    std::memset(to, ' ', width - copied);
+    value.copy(to + width - copied, copied);
+  }
+};
+
+// Digits without separators, as officers type dates, get them; a year of one
+// digit is the nearest one of its decade. Other texts are empty here.
+std::string SpreadDate(std::string_view value) {
+  if (value.size() != 5 && value.size() != 6 && value.size() != 8) return {};
+  if (!AllDigits(value)) return {};
+  std::string dotted(value.substr(0, 2));
+  (dotted += '.').append(value.substr(2, 2)) += '.';
+  if (value.size() == 5) dotted += value[4] >= '5' ? '9' : '0';
+  return dotted.append(value.substr(4));
 }
 
-ShortText FormattedLogical(std::string_view value) {
+void StoreDate(Cell cell, std::string_view value, int this_year) {
+  const std::string dotted = SpreadDate(value);
+  if (!dotted.empty()) value = dotted;
+  const std::size_t start = std::min(value.find_first_not_of(' '), value.size());
+  const Date date = TextToDate(value.substr(start, value.find(' ', start) - start), 0, this_year);
+  if (date == 0) return cell.Left({});
+  const CalendarDay day = DayOf(date);
+  char digits[8];
+  int rest = day.year * 10000 + day.month * 100 + day.day;
+  for (int i = 7; i >= 0; --i, rest /= 10) digits[i] = static_cast<char>('0' + rest % 10);
+  cell.Left({digits, sizeof digits});
+}
+
+void StoreLogical(Cell cell, std::string_view value) {
   value = Trim(value);
-  if (value == "1") return "T";
-  if (value == "0") return "F";
-  if (value.size() != 1) return {};
-  const char letter = UpperCaseChar(value[0]);
-  return letter == 'T' || letter == 'F' ? ShortText(std::string_view(&letter, 1)) : ShortText();
+  const char letter = value.size() == 1 ? UpperCaseChar(value[0]) : ' ';
+  const bool yes = letter == '1' || letter == 'T';
+  const bool no = letter == '0' || letter == 'F';
+  cell.Left(yes ? "T" : no ? "F" : "");
 }
 
-ShortText RightAligned(std::string_view text, std::size_t width) {
-  if (text.size() >= width) return text;
-  char aligned[ShortText::kMaxSize];
-  width = std::min(width, sizeof aligned);
-  std::memset(aligned, ' ', width - text.size());
-  std::memcpy(aligned + width - text.size(), text.data(), text.size());
-  return std::string_view(aligned, width);
+// A number that only wants zeros behind it: an optional sign, digits without a
+// leading zero and not too many decimals. False for all others, which take the long way.
+bool StorePlainNumber(Cell cell, std::string_view value, std::size_t decimals) {
+  const std::size_t sign = value[0] == '-' ? 1 : 0;
+  const std::size_t point = std::min(value.find('.'), value.size());
+  const std::string_view whole = value.substr(sign, point - sign);
+  const std::string_view fraction = value.substr(std::min(point + 1, value.size()));
+  if (whole.empty() || !AllDigits(whole)) return false;
+  if (whole[0] == '0' && (sign > 0 || whole.size() > 1)) return false;
+  if (fraction.size() > decimals || !AllDigits(fraction)) return false;
+  const std::size_t size = point + (decimals > 0 ? 1 + decimals : 0);
+  if (size > cell.width || (decimals == 0 && point < value.size())) return false;
+  char* const start = cell.to + cell.width - size;
+  std::memset(cell.to, ' ', cell.width - size);
+  value.copy(start, point);
+  if (decimals == 0) return true;
+  start[point] = '.';
+  std::memset(start + point + 1, '0', decimals);
+  fraction.copy(start + point + 1, fraction.size());
+  return true;
 }
 
 // The digits as they are written, cut or filled up to `decimals`. Too long a number
 // loses its head.
-ShortText WrittenNumber(std::string_view value, std::size_t width, std::size_t decimals) {
+void StoreWrittenNumber(Cell cell, std::string_view value, std::size_t decimals) {
   std::string number(value);
   if (number.find('.') == std::string::npos) number += '.';
   number.resize(number.find('.') + 1 + decimals, '0');
-  if (number.size() > width) number.erase(0, number.size() - width);
-  return RightAligned(number, width);
+  cell.Right(std::string_view(number).substr(number.size() - std::min(number.size(), cell.width)));
 }
 
-ShortText FormattedNumber(const FieldDescriptor& field, std::string_view value) {
+void StoreNumber(Cell cell, std::string_view value, std::size_t decimals) {
   value = Trim(value);
-  if (value.empty()) return {};
+  if (value.empty()) return cell.Left({});
+  if (StorePlainNumber(cell, value, decimals)) return;
   double number = 0;
-  if (!TextToFloat(value, number) || !std::isfinite(number)) return "0";
-  if (field.decimals > kRoundedDecimals && number < kWrittenNumberLimit) {
-    return WrittenNumber(value, field.length, field.decimals);
+  if (!TextToFloat(value, number)) return cell.Left("0");
+  if (decimals > kRoundedDecimals && number < kWrittenNumberLimit) {
+    return StoreWrittenNumber(cell, value, decimals);
   }
-  const std::string rounded = RoundDecimalText(value, field.decimals);
-  if (rounded.size() <= field.length) return RightAligned(rounded, field.length);
+  const std::string rounded = RoundDecimalText(value, static_cast<int>(decimals));
   // What is cut from a number that is too wide depends on its decimals; older
   // workstations count on it.
-  const std::string_view text = rounded;
-  return field.decimals > kRoundedDecimals ? text.substr(text.size() - field.length)
-                                           : text.substr(0, field.length);
+  const bool keep_tail = decimals > kRoundedDecimals && rounded.size() > cell.width;
+  cell.Right(std::string_view(rounded).substr(keep_tail ? rounded.size() - cell.width : 0));
 }
 
 }  // namespace
 
 ShortText ShownValue(char type, std::uint8_t version, std::string_view stored) {
   stored = CutToShort(stored);
-  if (type == 'D' && IsCompactDate(stored)) {
-    const ShortText date = ShownDate(stored);
-    return WinFromDosShort(Trim(date));
-  }
+  if (type == 'D' && IsCompactDate(stored)) return ShownDate(stored);
   if (IsBinaryMemo(type, version)) return MemoNumber(stored);
   return WinFromDosShort(Trim(stored));
 }
@@ -148,26 +163,27 @@ std::string ShownLongValue(char type, std::uint8_t version, std::string_view sto
   return WinFromDos(Trim(stored));
 }
 
-ShortText FormattedValue(const FieldDescriptor& field, std::string_view value, int this_year) {
+void StoreValue(char* to, const FieldDescriptor& field, std::string_view value, int this_year) {
+  const Cell cell{to, field.length};
   value = TrimRight(CutToShort(value));
   switch (field.type) {
     case 'D':
-      return FormattedDate(value, this_year);
+      return StoreDate(cell, value, this_year);
     case 'L':
-      return FormattedLogical(value);
+      return StoreLogical(cell, value);
     case 'M':
-      return RightAligned(value, field.length);
+      return StoreText(to, cell.width, PadLeftBlanks(value, cell.width));
     case 'N':
-      return FormattedNumber(field, value);
+      return StoreNumber(cell, value, field.decimals);
     default:
-      return value;
+      return StoreText(to, cell.width, value);
   }
 }
 
 void StoreText(char* to, std::size_t width, std::string_view value) {
-  const ShortText dos = DosFromWinShort(value.substr(0, width));
-  std::memcpy(to, dos.data(), dos.size());
-  std::memset(to + dos.size(), ' ', width - dos.size());
+  value = CutToShort(value.substr(0, width));
+  DosFromWinTo(to, value);
+  std::memset(to + value.size(), ' ', width - value.size());
 }
 
 }  // namespace customsconv::dbf

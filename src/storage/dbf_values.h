@@ -20,11 +20,11 @@ namespace customsconv::dbf {
 // The same for a text of any length.
 [[nodiscard]] std::string ShownLongValue(char type, std::uint8_t version, std::string_view stored);
 
-// `value` by the rules of the field's type, still in code page 1251 and without
-// the padding on the right: a date as yyyymmdd, a number with its decimals at the right
-// of the width, a logical as T or F. What the type cannot hold is empty ("0" for a number).
-[[nodiscard]] ShortText FormattedValue(const FieldDescriptor& field, std::string_view value,
-                                       int this_year);
+// Writes `value` (at most 255 bytes) by the rules of the field's type to its place `to`
+// in a record, over the field's whole width: a date as yyyymmdd, a number with its
+// decimals at the right, a logical as T or F. What the type cannot hold becomes blank
+// ("0" for a number). `this_year` places dates with a short year.
+void StoreValue(char* to, const FieldDescriptor& field, std::string_view value, int this_year);
 
 // The first `width` bytes of `value` (at most 255) in code page 866 at `to`,
 // blanks behind them up to the width.
