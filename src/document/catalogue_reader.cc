@@ -41,10 +41,11 @@ class SectionMap {
   // `line` must stay alive. Lines that the second pass would cut are left to its own search.
   void Add(std::string_view line, std::size_t start) {
     if (line.size() > ShortText::kMaxSize) return;
-    exact_.emplace(line, static_cast<std::int64_t>(start));
     if (EndsWithHeader(line)) {
       headers_.Add(line, static_cast<int>(header_starts_.size()));
       header_starts_.push_back(static_cast<std::int64_t>(start));
+    } else if (line.ends_with(kFieldsSection) || line.ends_with(kFilesSection)) {
+      exact_.emplace(line, static_cast<std::int64_t>(start));
     }
   }
   [[nodiscard]] SectionPlaces PlacesOf(std::string_view code, FileStamp stamp) const {
