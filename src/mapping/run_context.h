@@ -19,7 +19,7 @@ struct RunContext {
   TDocument* source = nullptr;  // the document read from XML
   TDocument* target = nullptr;  // the table-set document being written
   // Normally customs code, "/", DDMMYY, "/", number: 23 characters.
-  ShortText registration_number;
+  ShortText registration_number{};
   // A transit header was met; its guarantee and carrier records wait for the
   // next goods record.
   bool transit = false;
