@@ -1,0 +1,295 @@
+#include "document/dbf_document.h"
+
+#include <gtest/gtest.h>
+
+#include "storage/dbf_cache.h"
+#include "storage/dbf_file.h"
+#include "support/catalogue_builder.h"
+#include "support/document_dump.h"
+#include "support/table_image.h"
+
+namespace customsconv {
+namespace {
+
+// A head table, its goods, their documents and their parts, which know their goods by
+// its number under another name.
+class TDbfDocumentTest : public ::testing::Test {
+ protected:
+  TDbfDocumentTest() {
+    world.Dcf(
+        "[SET.HEADER]\nDbfName=x\nMainBlock=GOODS\n[SET.Files]\n"
+        "HEAD = DBRHEAD [NOMER]\n"
+        "  GOODS = DBRTOV [NOMER]\n"
+        "    DOCS = DBRDOCS [NOMER,NUMTOV]\n"
+        "    PARTS = DBRPARTS [GOODSNUM|NUMTOV]\n"
+        "[PLAIN.HEADER]\nFullName=x\n[PLAIN.Fields]\nG01=C10 | x\n");
+    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+    Put("DBRHEAD", head);
+    Put("DBRTOV", goods);
+    Put("DBRDOCS", docs);
+    Put("DBRPARTS", parts);
+  }
+  static std::string Path(const std::string& name) { return "C:\\OUT\\" + name + ".DBF"; }
+  void Put(const std::string& name, const TableImage& table) {
+    world.host.files[Path(name)] = table.Bytes();
+  }
+  std::string TableOnDisk(const std::string& name) {
+    return TableDump(world.host.files[Path(name)].bytes());
+  }
+  std::unique_ptr<TDbfDocument> Create() {
+    return CreateDbfDocument("set", "C:\\OUT\\", *types, cache, world);
+  }
+  std::unique_ptr<TDbfDocument> Loaded(const std::string& row) {
+    auto document = Create();
+    document->Load("C:\\OUT\\" + row);
+    return document;
+  }
+
+  TableImage head = TableImage().Field("NOMER", 'C', 4).Field("G011", 'C', 20).Field("DAY", 'D', 8);
+  TableImage goods =
+      TableImage().Field("NOMER", 'C', 4).Field("NUMTOV", 'N', 3).Field("G31", 'C', 300);
+  TableImage docs =
+      TableImage().Field("NOMER", 'C', 4).Field("NUMTOV", 'N', 3).Field("NAME", 'C', 9);
+  TableImage parts = TableImage().Field("GOODSNUM", 'N', 3).Field("WHAT", 'C', 5);
+  CatalogueWorld world;
+  TDbfCache cache{world.host};
+  std::unique_ptr<TDocTypeList> types;
+};
+
+TEST_F(TDbfDocumentTest, LoadsAHeadRowWithTheRowsOfItsKey) {
+  const std::string text = "Сахар " + std::string(280, 'x');
+  Put("DBRHEAD", head.Row({"A", "first"}).Row({"B", "второй", "20260317"}));
+  Put("DBRTOV",
+      goods.Row({"B", "1", text}).Row({"A", "1", "other"}).Row({"B", "2"}).Row({"", "3"}));
+  Put("DBRDOCS",
+      docs.Row({"B", "2", "d1"}).Row({"A", "1", "dA"}).Row({"B", "2", "d2"}).Row({"B", "1", "d3"}));
+  Put("DBRPARTS", parts.Row({"2", "p2"}).Row({"3", "p3"}).Row({"1", "p1"}));
+  const auto document = Loaded("2");
+  EXPECT_EQ(Dump(document->RootRecord()),
+            "NOMER=\"B\" G011=\"второй\" DAY=\"17.03.26\" "
+            "GOODS{NOMER=\"B\" NUMTOV=\"1\" G31=\"" +
+                text +
+                "\" DOCS{NOMER=\"B\" NUMTOV=\"1\" NAME=\"d3\"} PARTS{GOODSNUM=\"1\" WHAT=\"p1\"}}"
+                "{NOMER=\"B\" NUMTOV=\"2\" DOCS{NOMER=\"B\" NUMTOV=\"2\" NAME=\"d1\"}"
+                "{NOMER=\"B\" NUMTOV=\"2\" NAME=\"d2\"} PARTS{GOODSNUM=\"2\" WHAT=\"p2\"}}");
+  EXPECT_EQ(document->RootRecNo(), 2);
+  EXPECT_EQ(document->RowCount(), 2);
+  EXPECT_EQ(document->DocKey(), "B");
+  EXPECT_FALSE(document->Modified);
+  const RecordList* list =
+      document->RootRecord().Records(document->RootBasis().IndexOfName("GOODS"));
+  EXPECT_EQ(list->Label(1) + "," + list->Label(2), "000,1");
+  EXPECT_EQ(list->Record(2).RecNo, 3);
+  EXPECT_EQ(world.host.dialogs.log,
+            (std::vector<std::string>{"status: Загружаю документ для просмотра...", "status: "}));
+}
+
+TEST_F(TDbfDocumentTest, ReadsTheHeadRowNumberFromThePath) {
+  Put("DBRHEAD", head.Row({"A"}).Row({"B"}));
+  const struct {
+    const char* path;
+    int row;
+    const char* content;
+  } cases[] = {{"", 1, "NOMER=\"A\" GOODS{}"},
+               {"2", 2, "NOMER=\"B\" GOODS{}"},
+               {"2x", 1, "NOMER=\"A\" GOODS{}"},
+               {"3", 3, "GOODS{}"},
+               {"0", 0, "GOODS{}"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.path);
+    const auto document = Loaded(c.path);
+    EXPECT_EQ(document->RootRecNo(), c.row);
+    // A head row without goods gets an empty goods record.
+    EXPECT_EQ(Dump(document->RootRecord()), c.content);
+  }
+}
+
+TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
+  Put("DBRHEAD", head.Row({"A", "first"}));
+  Put("DBRTOV", goods.Row({"A", "1"}));
+  const auto document = Create();
+  document->OpenBlock("", 0, false);
+  document->SetField("NOMER", "B");
+  document->SetField("DAY", "17.03.2026");
+  for (const char* number : {"1", "2"}) {
+    document->OpenBlock("\\\\GOODS", 0, false);
+    document->SetField("NUMTOV", number);
+    document->SetField("G31", std::string(290, 'x'));
+    document->OpenBlock(std::string("\\\\GOODS\\") + number + "\\PARTS", 0, false);
+    document->SetField("WHAT", "p");
+  }
+  document->OpenBlock("\\\\GOODS\\1\\DOCS", 0, false);
+  world.host.files.ResetCounts();
+  document->Save("C:\\OUT\\");
+  EXPECT_FALSE(document->Modified);
+  const std::string head_rows =
+      "NOMER C4, G011 C20, DAY D8\n1: NOMER=\"A\" G011=\"first\"\n2: NOMER=\"B\" "
+      "DAY=\"20260317\"\n";
+  const std::string x = std::string(290, 'x');
+  EXPECT_EQ(TableOnDisk("DBRHEAD"), head_rows);
+  EXPECT_EQ(TableOnDisk("DBRTOV"),
+            "NOMER C4, NUMTOV N3, G31 C300\n1: NOMER=\"A\" NUMTOV=\"  1\"\n"
+            "2: NOMER=\"B\" NUMTOV=\"  1\" G31=\"" +
+                x + "\"\n3: NOMER=\"B\" NUMTOV=\"  2\" G31=\"" + x + "\"\n");
+  EXPECT_EQ(TableOnDisk("DBRDOCS"),
+            "NOMER C4, NUMTOV N3, NAME C9\n1: NOMER=\"B\" NUMTOV=\"  1\"\n");
+  EXPECT_EQ(
+      TableOnDisk("DBRPARTS"),
+      "GOODSNUM N3, WHAT C5\n1: GOODSNUM=\"  1\" WHAT=\"p\"\n2: GOODSNUM=\"  2\" WHAT=\"p\"\n");
+  EXPECT_EQ(world.host.dialogs.progress_titles, (std::vector<std::string>{Win("Сохраняю файлы")}));
+  EXPECT_FALSE(world.host.files.Has("C:\\OUT\\veltlock.$$$"));
+
+  document->SetFieldEx("\\\\GOODS\\2\\G31", "short");
+  document->SetFieldEx("\\\\NOMER", "C");
+  document->Save("C:\\OUT\\");
+  EXPECT_EQ(TableOnDisk("DBRHEAD"),
+            "NOMER C4, G011 C20, DAY D8\n1: NOMER=\"A\" G011=\"first\"\n2: NOMER=\"C\" "
+            "DAY=\"20260317\"\n");
+  EXPECT_EQ(TableOnDisk("DBRTOV"),
+            "NOMER C4, NUMTOV N3, G31 C300\n1: NOMER=\"A\" NUMTOV=\"  1\"\n"
+            "2: NOMER=\"C\" NUMTOV=\"  1\" G31=\"" +
+                x + "\"\n3: NOMER=\"C\" NUMTOV=\"  2\" G31=\"short\"\n");
+}
+
+TEST_F(TDbfDocumentTest, OpensATableOnceInASave) {
+  const auto document = Create();
+  document->OpenBlock("", 0, false);
+  for (int i = 0; i < 500; ++i) document->OpenBlock("\\\\GOODS", 0, false);
+  world.host.files.ResetCounts();
+  document->Save("C:\\OUT\\");
+  EXPECT_LT(world.host.files.Count(FileOp::kStamp), 20);
+  TFileDbfFile table(cache);
+  table.Open(Path("DBRTOV"), kModeRead, OnError::kThrow);
+  EXPECT_EQ(table.RecordCount(), 500);
+}
+
+TEST_F(TDbfDocumentTest, DeletesRowsAndKeepsTheRowNumbersRight) {
+  Put("DBRHEAD", head.Row({"A"}));
+  for (int i = 1; i <= 10; ++i) goods.Row({"A", std::to_string(i)});
+  Put("DBRTOV", goods);
+  const auto document = Loaded("1");
+  document->OpenBlock("\\\\GOODS", 0, false);
+  document->DeleteRecord("\\\\GOODS\\11", false);
+  document->DeleteRecord("\\\\GOODS\\99", false);
+  document->SetCurrentPath("\\\\GOODS");
+  document->DeleteRecord("5", false);
+  document->DeleteRecord("2", false);
+  EXPECT_EQ(document->CurPath(), "GOODS\\");
+  for (const char* changed : {"five", "seven"}) {
+    document->SetFieldEx("\\\\GOODS\\5\\G31", changed);  // the seventh, now fifth
+    document->Save("");
+    EXPECT_EQ(TableOnDisk("DBRTOV"),
+              "NOMER C4, NUMTOV N3, G31 C300\n"
+              "1: NOMER=\"A\" NUMTOV=\"  1\"\n2: NOMER=\"A\" NUMTOV=\"  3\"\n"
+              "3: NOMER=\"A\" NUMTOV=\"  4\"\n4: NOMER=\"A\" NUMTOV=\"  6\"\n"
+              "5: NOMER=\"A\" NUMTOV=\"  7\" G31=\"" +
+                  std::string(changed) +
+                  "\"\n"
+                  "6: NOMER=\"A\" NUMTOV=\"  8\"\n7: NOMER=\"A\" NUMTOV=\"  9\"\n"
+                  "8: NOMER=\"A\" NUMTOV=\" 10\"\n");
+  }
+}
+
+TEST_F(TDbfDocumentTest, PostsNothingForAHeadRowBeyondItsTable) {
+  const auto document = Loaded("1");
+  document->SetField("G011", "new");
+  document->SetFieldEx("\\\\GOODS\\1\\NUMTOV", "7");
+  document->Save("");
+  EXPECT_EQ(TableOnDisk("DBRHEAD"), "NOMER C4, G011 C20, DAY D8\n");
+  EXPECT_EQ(TableOnDisk("DBRTOV"), "NOMER C4, NUMTOV N3, G31 C300\n1: NUMTOV=\"  7\"\n");
+}
+
+TEST_F(TDbfDocumentTest, SaysWhichTableCannotBeOpened) {
+  const auto document = Create();
+  document->OpenBlock("", 0, false);
+  document->SetField("NOMER", "B");
+  document->OpenBlock("\\\\GOODS", 0, false);
+  world.host.files.Remove(Path("DBRTOV"));
+  cache.DropCachedFile(Path("DBRTOV"));
+  EXPECT_EQ(Utf8(ErrorOf([&] { document->Save("C:\\OUT\\"); })),
+            "Не могу открыть файл C:\\OUT\\DBRTOV");
+  EXPECT_FALSE(world.host.files.Has("C:\\OUT\\veltlock.$$$"));
+  EXPECT_EQ(TableOnDisk("DBRHEAD"), "NOMER C4, G011 C20, DAY D8\n");
+  cache.Flush();
+  EXPECT_EQ(TableOnDisk("DBRHEAD"), "NOMER C4, G011 C20, DAY D8\n1: NOMER=\"B\"\n")
+      << "the rows written so far are in the images";
+  EXPECT_EQ(Utf8(ErrorOf([&] { document->Load("C:\\OUT\\1"); })),
+            "Не могу открыть dbf для загрузки C:\\OUT\\DBRTOV");
+  EXPECT_EQ(Utf8(ErrorOf([&] { document->Load("C:\\NONE\\1"); })),
+            "Не могу открыть dbf для загрузки C:\\NONE\\DBRHEAD");
+  EXPECT_EQ(world.host.dialogs.log.back(), "status: ");
+}
+
+// Whichever change of a file it is: the lock and the temporary files, the tables that take their
+// places, the lock again.
+TEST_F(TDbfDocumentTest, LosesNoRowWhereverASaveEnds) {
+  Put("DBRHEAD", head.Row({"A", "first"}));
+  const std::string before = TableOnDisk("DBRHEAD");
+  for (const bool dies : {true, false}) {
+    for (int change = 1; change <= 6; ++change) {
+      SCOPED_TRACE(change);
+      TDbfCache own(world.host);
+      auto document = CreateDbfDocument("SET", "C:\\OUT\\", *types, own, world);
+      document->OpenBlock("", 0, false);
+      document->OpenBlock("\\\\GOODS", 0, false);
+      dies ? world.host.files.DieAtChange(change) : world.host.files.FailChange(change);
+      try {
+        document->Save("C:\\OUT\\");
+      } catch (const SuddenDeath&) {
+      } catch (const FileError&) {
+        EXPECT_EQ(change, 1) << "only the lock's own failure reaches the caller";
+      }
+      EXPECT_EQ(TableOnDisk("DBRHEAD").substr(0, before.size()), before);
+      EXPECT_NO_THROW(TableOnDisk("DBRTOV"));
+      // A failure to delete the lock leaves it, as does death; nothing else may.
+      EXPECT_EQ(world.host.files.Has("C:\\OUT\\veltlock.$$$"), dies ? change > 1 : change == 6);
+      own.DropCachedFile(Path("DBRHEAD"));
+      own.DropCachedFile(Path("DBRTOV"));
+      world.host.files.Revive();
+      world.host.files.StopFailing();
+      world.host.files.Remove("C:\\OUT\\veltlock.$$$");
+    }
+  }
+}
+
+TEST_F(TDbfDocumentTest, LeavesTheTablesToTheStationThatHoldsTheLock) {
+  const auto document = Create();
+  document->OpenBlock("", 0, false);
+  world.host.files["C:\\OUT\\veltlock.$$$"] = "";
+  world.host.dialogs.lock_answers = {LockAnswer::kAbandon};
+  document->Save("C:\\OUT\\");
+  EXPECT_TRUE(document->Modified);
+  EXPECT_TRUE(world.host.files.Has("C:\\OUT\\veltlock.$$$"));
+  EXPECT_EQ(TableOnDisk("DBRHEAD"), "NOMER C4, G011 C20, DAY D8\n");
+  world.host.dialogs.lock_answers = {LockAnswer::kTakeOver};
+  document->Save("C:\\OUT\\");
+  EXPECT_FALSE(world.host.files.Has("C:\\OUT\\veltlock.$$$"));
+  EXPECT_EQ(TableOnDisk("DBRHEAD"), "NOMER C4, G011 C20, DAY D8\n1:\n");
+}
+
+TEST_F(TDbfDocumentTest, IsMadeOfTableSetTypesOnly) {
+  EXPECT_EQ(
+      Utf8(ErrorOf([&] { (void)CreateDbfDocument("PLAIN", "C:\\OUT\\", *types, cache, world); })),
+      "Документ не описан как набор таблиц: PLAIN");
+  EXPECT_EQ(
+      Utf8(ErrorOf([&] { (void)CreateDbfDocument("NONE", "C:\\OUT\\", *types, cache, world); })),
+      "Не описан документ NONE");
+}
+
+// A level with as many key names as the list that is asked for answers with its own.
+TEST_F(TDbfDocumentTest, MatchesChildrenByTheParentsOwnKeyNames) {
+  world.Dcf(
+      "[ODD.HEADER]\nDbfName=x\n[ODD.Files]\nHEAD = DBRHEAD [NOMER]\n"
+      "  ODD = DBRODD [CODE]\n  NOKEY = DBRDOCS\n  BOTH = DBRTOV [NOMER+NUMTOV]\n");
+  types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+  Put("DBRHEAD", head.Row({"A"}));
+  Put("DBRODD", TableImage().Field("CODE", 'C', 4).Row({"B"}).Row({"A"}));
+  Put("DBRDOCS", docs.Row({"A"}));
+  Put("DBRTOV", goods.Row({"A", ""}).Row({"A", "1"}));
+  const auto document = CreateDbfDocument("ODD", "C:\\OUT\\", *types, cache, world);
+  document->Load("C:\\OUT\\1");
+  EXPECT_EQ(Dump(document->RootRecord()), "NOMER=\"A\" ODD{CODE=\"A\"} BOTH{NOMER=\"A\"}");
+}
+
+}  // namespace
+}  // namespace customsconv
