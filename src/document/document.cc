@@ -1,11 +1,22 @@
 #include "document/document.h"
 
+#include <algorithm>
+
 #include "base/cp1251_literal.h"
 #include "base/error.h"
 #include "common/numbers.h"
 #include "common/words.h"
 
 namespace customsconv {
+namespace {
+
+// `path` without one closing separator.
+std::string_view WithoutSeparator(std::string_view path) {
+  if (path.ends_with('\\')) path.remove_suffix(1);
+  return path;
+}
+
+}  // namespace
 
 TDocument::TDocument(std::string_view code, TDocTypeList& types, Environment& environment)
     : info_(types.GetDocInfo(code)),
@@ -72,33 +83,27 @@ int TDocument::RecordCount(std::string_view path) {
 // ---- records
 
 void TDocument::OpenBlock(std::string_view path, int record_number, bool /*in_goods_order*/) {
+  Modified = true;
   const std::string kept(path);  // `path` may be a view of the path that we leave
   path = kept;
-  // A parent that is not there is opened first; only the block asked for is opened at
-  // `record_number`. The last path to be tried is the outermost one.
+  // A parent that is not there is opened first, and its own parent before it: the
+  // outermost record comes last here.
   struct Pending {
     std::string_view parent, block;
   };
   std::vector<Pending> pending;
   for (;;) {
-    Modified = true;
-    if (path.ends_with('\\')) path.remove_suffix(1);
+    path = WithoutSeparator(path);
     if (path.empty()) {
       StartAfresh();
       break;
     }
-    if (path.starts_with(kRootPrefix)) {
-      SetCurrentPath(kRootPrefix);
-      cur_path_.clear();
-      path.remove_prefix(kRootPrefix.size());
-    }
+    if (TakePrefix(path, kRootPrefix)) SetCurrentPath(kRootPrefix);
     const SplitPath split = SplitLastPart(path);
-    const std::string_view parent =
-        split.parent.substr(0, std::max<std::size_t>(split.parent.size(), 1) - 1);
+    const std::string_view parent = WithoutSeparator(split.parent);
     pending.push_back({parent, split.last});
     if (parent.empty() || SetCurrentPath(parent)) break;
-    path = SplitLastPart(parent).parent;
-    if (!path.empty()) path.remove_suffix(1);
+    path = WithoutSeparator(SplitLastPart(parent).parent);
   }
   for (; !pending.empty(); pending.pop_back()) {
     OpenRecord(pending.back().parent, pending.back().block,

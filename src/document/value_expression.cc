@@ -72,6 +72,7 @@ class Evaluation {
 
   std::string Group(std::string_view group);
   std::string FieldTerm(std::string_view term);
+  std::string ArgumentTerm(std::string_view term);
   std::optional<std::string> FieldValue(std::string_view name);
   std::string DateTerm(std::string_view term);
   std::string CopyTerm(std::string_view term);
@@ -147,20 +148,28 @@ std::optional<std::string> Evaluation::FieldValue(std::string_view name) {
   return StripControls(value, /*trim_end=*/true);
 }
 
-// DATE(format,field)
+// A term inside DATE or COPY: a literal or a field.
+std::string Evaluation::ArgumentTerm(std::string_view term) {
+  term = Trim(term);
+  if (term.empty()) return {};
+  if (std::optional<std::string> literal = LiteralText(term)) return *literal;
+  return FieldTerm(term);
+}
+
+// DATE(format,term)
 std::string Evaluation::DateTerm(std::string_view term) {
   const std::vector<std::string_view> words = Words(term, kArgumentSeparators);
   if (words.size() < 3) return {};
-  const std::string value = FieldTerm(Trim(words[2]));
+  const std::string value = ArgumentTerm(words[2]);
   const std::optional<Date> date = ParseLocalDate(value, document_.environment().ThisYear());
   return date ? FormatDateTime(words[1], *date) : std::string();
 }
 
-// COPY(field,start,length)
+// COPY(term,start,length)
 std::string Evaluation::CopyTerm(std::string_view term) {
   const std::vector<std::string_view> words = Words(term, kArgumentSeparators);
   if (words.size() < 4) return {};
-  const std::string value = FieldTerm(Trim(words[1]));
+  const std::string value = ArgumentTerm(words[1]);
   const auto start = static_cast<std::size_t>(std::max(IntOr(words[2], 0), 1)) - 1;
   const auto length = static_cast<std::size_t>(std::max(IntOr(words[3], 0), 0));
   return start < value.size() ? value.substr(start, length) : std::string();

@@ -1,0 +1,271 @@
+#include "document/document.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "support/catalogue_builder.h"
+
+namespace customsconv {
+namespace {
+
+constexpr std::string_view kCatalogue =
+    "[DS1.HEADER]\nMainBlock=TOVAR\n[DS1.Fields]\n"
+    "G011=C10\nFLAG=L1\nNOTE=40X3\nKIND_CHOICE=C5\nA1=C5 | CHOICE=\"1\"\nA2=C5 | CHOICE=\"2\"\n"
+    "TOVAR {\n"
+    "G33=C10\nG31=C250\nG31.NAME=NAME;0;N;\nG31.MAKER=MADE BY:;0;M;\n"
+    "DOCS {\nNUM=C5\nC1=C5 | CHOICE=\"7\"\n}\n"
+    "}\n"
+    "CARS {\nV1=C5 | CHOICE=\"1\"\n}\n"
+    "LAST_CHOICE=C5\nBUS {\nV1=C5 | CHOICE=\"1\"\n}\n"
+    "[PLAIN.HEADER]\nFullName=No main block\n[PLAIN.Fields]\nX=C5\n"
+    "[TAB.HEADER]\nDbfName=DBRHEAD\n";
+
+class DocumentTest : public testing::Test {
+ protected:
+  // Goods 1 to 2 with "g1" and "g2" in G33; the position is at the top.
+  DocumentTest() {
+    document.OpenBlock("", 0, false);
+    AddGoods({"g1", "g2"});
+  }
+
+  void AddGoods(const std::vector<const char*>& values) {
+    for (const char* value : values) {
+      document.OpenBlock(R"(\\TOVAR)", 0, false);
+      document.SetField("G33", value);
+    }
+    document.SetCurrentPath(R"(\\)");
+  }
+  std::string OpenError(std::string_view path, int number = 0) {
+    return Utf8(ErrorOf([&] { document.OpenBlock(path, number, false); }));
+  }
+
+  CatalogueWorld world;
+  TDocTypeList types{"Kordwin.dcf", false, world.Dcf(kCatalogue)};
+  TDocument document{"DS1", types, world};
+  std::vector<std::string>& messages = world.host.dialogs.messages;
+};
+
+TEST_F(DocumentTest, CreatesByCodeAndByNames) {
+  const auto error = [&](auto create, const char* code) {
+    return Utf8(ErrorOf([&] { (void)create(code, types, world); }));
+  };
+  EXPECT_EQ(CreateDocument("ds1", types, world)->DocInfo().Code, "DS1");
+  EXPECT_EQ(error(CreateDocument, "NONE"), "Не описан документ NONE");
+  EXPECT_EQ(error(CreateDocument, "TAB"), "Для DbfDocument-ов своя функция есть!");
+  EXPECT_EQ(CreateDocumentByNames("DS1_view; plain,DS1", types, world)->DocInfo().Code, "PLAIN");
+  EXPECT_EQ(error(CreateDocumentByNames, "A;B"), "Не описан документ B");
+}
+
+TEST_F(DocumentTest, WithoutSlotsValuesGoNowhereOrAreReported) {
+  TDocument bare("DS1", types, world);
+  bare.SetFieldByNum(1, "x");
+  bare.SetFieldByNum(-1, "x");
+  bare.SetField("UNKNOWN", "x");
+  bare.SetFieldById(900, 0, "x");
+  EXPECT_EQ(bare.GetField("G011") + bare.GetFieldById(1, 0), "");
+  EXPECT_EQ(bare.MainRecordCount(), 0);
+  EXPECT_TRUE(messages.empty());
+
+  bare.SetField("FLAG", "x");
+  bare.SetFieldById(1, 0, "x");
+  EXPECT_EQ(bare.GetFieldEx(R"(TOVAR\1\G33)"), "");
+  bare.SetFieldEx(R"(TOVAR\1\G33)", "x");
+  EXPECT_EQ(bare.GetFieldById(1000, 0), "");
+  EXPECT_EQ(messages,
+            (std::vector<std::string>{"Doc.SetField : List index out of bounds (1)",
+                                      "Doc.SetFieldById : List index out of bounds (0)",
+                                      Win("Doc.GetFieldEx : Неправильный номер поля 6 "),
+                                      Win("Doc.SetFieldEx : Неправильный номер поля 6 "),
+                                      "Doc.GetFieldById : List index out of bounds (6)"}));
+  EXPECT_EQ(ErrorOf([&] { bare.OpenBlock("TOVAR", 0, false); }), "List index out of bounds (6)");
+}
+
+TEST_F(DocumentTest, WalksPathsAndKeepsThePositionWhenTheyLeadNowhere) {
+  document.OpenBlock(R"(\\TOVAR\2\DOCS)", 0, false);
+  const auto walk = [this](std::string_view from, std::string_view path) {
+    document.SetCurrentPath(R"(\\)");
+    document.SetCurrentPath(from);
+    const std::string result = document.SetCurrentPath(path) ? "" : "stays at ";
+    return result + document.CurPath().str() + " " + std::to_string(document.GoodsIndex());
+  };
+  EXPECT_EQ(walk("", "TOVAR"), R"(TOVAR\ 0)");
+  EXPECT_EQ(walk("", R"(tovar\ 2)"), R"(tovar\ 2\ 0)");  // only the exact name counts as goods
+  EXPECT_EQ(walk("TOVAR", "2"), R"(TOVAR\2\ 1)");
+  EXPECT_EQ(walk(R"(TOVAR\2)", ""), R"(TOVAR\2\ 1)");
+  EXPECT_EQ(walk(R"(TOVAR\2)", R"(DOCS\1)"), R"(TOVAR\2\DOCS\1\ 1)");
+  EXPECT_EQ(walk(R"(TOVAR\2)", R"(\\TOVAR\1)"), R"(TOVAR\1\ 0)");
+  EXPECT_EQ(walk(R"(TOVAR\2)", R"(\\)"), " 0");
+  EXPECT_EQ(walk("", R"(TOVAR\\no further)"), R"(TOVAR\\no further\ 0)");
+  EXPECT_EQ(walk(R"(TOVAR\2)", R"(DOCS\2)"), R"(stays at TOVAR\2\ 1)");
+  EXPECT_EQ(walk(R"(TOVAR\2)", R"(\\TOVAR\0)"), R"(stays at TOVAR\2\ 1)");
+  EXPECT_EQ(walk("", R"(TOVAR\99999999999)"), "stays at  0");
+  EXPECT_EQ(walk("", "G011") + walk("", "CARS"), "stays at  0stays at  0");
+}
+
+TEST_F(DocumentTest, AtARecordListOnlyPathsFromTheTopRead) {
+  EXPECT_EQ(document.RecordCount(R"(TOVAR\1)"), 5);
+  EXPECT_EQ(document.RecordCount("CARS"), 0);
+  document.SetCurrentPath("TOVAR");
+  EXPECT_EQ(document.RecordCount(""), 2);
+  document.SetField("G33", "x");
+  EXPECT_EQ(document.GetField("G33") + document.GetFieldById(1000, 0), "");
+  EXPECT_EQ(document.GetFieldEx(R"(TOVAR\1\G33)"), "g1");
+}
+
+TEST_F(DocumentTest, SavedPositionsComeBackInTurn) {
+  document.PushPosition();
+  document.SetCurrentPath(R"(TOVAR\2)");
+  document.PushPosition();
+  document.OpenBlock("DOCS", 0, false);
+  EXPECT_EQ(document.CurPath(), R"(DOCS\1\)");
+  document.PopPosition();
+  EXPECT_EQ(document.CurPath(), R"(TOVAR\2\)");
+  document.PopPosition();
+  EXPECT_EQ(document.CurPath(), "");
+  EXPECT_EQ(document.GoodsIndex(), 1);  // is not part of what is saved
+  EXPECT_EQ(ErrorOf([&] { document.PopPosition(); }), Win("Стек путей пуст"));
+}
+
+TEST_F(DocumentTest, OpensAndInsertsRecords) {
+  document.OpenBlock("TOVAR", 1, false);
+  EXPECT_EQ(document.CurPath(), R"(TOVAR\1\)");
+  EXPECT_EQ(document.RootRecord().Records(6)->Label(2), "1");
+  EXPECT_EQ(document.GetFieldEx(R"(TOVAR\2\G33)"), "g1");
+  document.OpenBlock(R"(\\TOVAR\3\DOCS\)", 0, true);
+  EXPECT_EQ(document.CurPath(), R"(TOVAR\3\DOCS\1\)");
+  // There is no fifth, so the next one is opened.
+  document.OpenBlock(R"(\\TOVAR\5\DOCS)", 0, false);
+  EXPECT_EQ(document.CurPath(), R"(TOVAR\5\DOCS\1\)");
+  EXPECT_EQ(document.RecordCount(R"(\\TOVAR\4\DOCS)"), 1);
+
+  EXPECT_EQ(OpenError(R"(\\TOVAR)", 9), "List index out of bounds (8)");
+  EXPECT_EQ(OpenError(R"(\\NONE)"), R"(Не могу создать блок  \NONE)");
+  EXPECT_EQ(OpenError(R"(\\TOVAR\1\G33)"), R"(Не могу создать блок  TOVAR\1\TOVAR\1\G33)");
+  EXPECT_EQ(OpenError(R"(\\TOVAR\DOCS)"), "List index out of bounds (4)");  // no record there
+}
+
+TEST_F(DocumentTest, MissingParentWithoutNumberFallsBackToAFreshDocument) {
+  document.SetCurrentPath(R"(TOVAR\2)");
+  document.PushPosition();
+  document.SetCurrentPath(R"(\\)");
+  document.OpenBlock(R"(CARS\TOVAR)", 0, false);
+  EXPECT_EQ(document.CurPath(), R"(CARS\TOVAR\1\)");
+  EXPECT_EQ(document.MainRecordCount(), 1);
+  EXPECT_EQ(document.GetFieldEx(R"(TOVAR\1\G33)"), "");
+  document.PopPosition();  // into the old tree, which nobody else sees
+  EXPECT_EQ(document.GetField("G33"), "g2");
+}
+
+TEST_F(DocumentTest, ReadsAndStoresByPath) {
+  document.SetCurrentPath(R"(TOVAR\2)");
+  document.SetFieldEx("G31", "a");
+  document.SetFieldEx(R"(\\G011)", "b");
+  document.SetFieldEx(R"(\\TOVAR\1\G33)", "c");
+  document.SetFieldEx(R"(.\G33)", "d");
+  document.SetFieldEx(R"(\\TOVAR\3\G33)", "lost");
+  EXPECT_EQ(document.CurPath(), R"(TOVAR\2\)");
+  const std::pair<const char*, const char*> cases[] = {
+      {R"(\\TOVAR\1\G33)", "c"},   {R"(TOVAR\2\G33)", "d"}, {R"(.\G31)", "a"},  {"G011", "b"},
+      {R"(\\G011)", "b"},          {"FLAG", "0"},           {"TOVAR", "TOVAR"}, {"G33", "none"},
+      {R"(.\DOCS\1\NUM)", "none"}, {R"(TOVAR\G33)", "none"}};
+  for (const auto& [path, value] : cases) {
+    const std::string read = document.GetFieldEx(path);
+    EXPECT_EQ(document.LastField() == nullptr ? read + "none" : read, value) << path;
+  }
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(DocumentTest, LongTextReadsAsOneLineWhileFlattening) {
+  document.SetField("NOTE", "A\r\nB  ");
+  document.SetField("G011", "A\r\nB  ");
+  EXPECT_EQ(document.GetField("G011"), "A\r\nB  ");
+  EXPECT_EQ(document.GetFieldEx("NOTE", false), "A\r\nB  ");
+  EXPECT_EQ(document.GetFieldEx("NOTE"), "A B");
+}
+
+TEST_F(DocumentTest, AppendsAsReadingAndStoringWould) {
+  document.Modified = false;
+  document.AppendFieldByNum(0, "a");
+  document.AppendFieldByNum(0, ",b");
+  document.AppendFieldByNum(1, "1");  // an empty flag reads "0"
+  document.AppendFieldByNum(99, "lost");
+  EXPECT_EQ(document.GetField("G011") + document.GetField("FLAG"), "a,b01");
+  EXPECT_TRUE(document.Modified);
+}
+
+TEST_F(DocumentTest, IdentifiersReachTopAndGoods) {
+  document.SetFieldById(1, 5, "top");
+  document.SetFieldById(1000, 1, "second");
+  document.SetFieldByName("g31.maker", 0, "ACME");
+  for (const int nowhere : {-1, 0, 999, 6500}) document.SetFieldById(nowhere, 0, "lost");
+  EXPECT_EQ(document.GetFieldById(1, 0), "top");
+  EXPECT_EQ(document.GetFieldById(1000, 0) + document.GetFieldById(1000, 1), "g1second");
+  EXPECT_EQ(document.GetFieldById(1003, 0), "ACME");
+  for (const int identifier : {-1, 0, 999, 6500, 65001}) {
+    EXPECT_EQ(document.GetFieldById(identifier, 0), "") << identifier;
+  }
+  EXPECT_EQ(document.GetFieldById(1000, 2) + document.GetFieldById(1000, -1), "");
+  EXPECT_EQ(document.GetFieldByName("G33", 1), "second");
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(DocumentTest, OnlyAskingForAValueOfTheMainBlockOpensARecord) {
+  document.OpenBlock("", 0, false);
+  EXPECT_EQ(document.MainBlockBasis()->Item(0).name, "G33");
+  EXPECT_EQ(document.MainRecordCount(), 0);
+  EXPECT_EQ(document.GetFieldById(1000, 0), "");
+  EXPECT_EQ(document.MainRecordCount(), 1);
+  EXPECT_EQ(document.CurPath(), "");
+  TDocument plain("PLAIN", types, world);
+  EXPECT_EQ(&plain.GetMainBasis(), &plain.RootBasis());
+  EXPECT_EQ(plain.GetFieldById(1000, 0), "");
+}
+
+TEST_F(DocumentTest, CompositeFieldHoldsItsParts) {
+  document.SetCurrentPath(R"(TOVAR\1)");
+  document.SetField("G31.NAME", "bolts");
+  document.SetField("G31.MAKER", "ACME");
+  EXPECT_EQ(document.GetField("G31.NAME") + document.GetField("G31.MAKER"), "boltsACME");
+  EXPECT_EQ(document.GetFieldEx(R"(.\G31)", false),
+            "\x1E\x01NAME\x1F\x01 bolts\x1E\x02 MADE BY:\x1F\x02"
+            "ACME");
+  document.PartRange = {0, 0, 11};
+  EXPECT_EQ(document.GetField("G31.NAME") + document.GetField("G31.MAKER"), "bo");
+}
+
+TEST_F(DocumentTest, JoinsAFieldOfABlock) {
+  const struct {
+    std::vector<const char*> values;
+    const char *lines, *blanks, *both;
+  } cases[] = {{{"a", "", "b"}, "a\r\n\r\nb", "a b", "a \r\n\r\nb"},
+               {{"", "a"}, "\r\na", "a", "\r\na"},
+               {{"a\r", "b"}, "a\rb", "a\rb", "a\rb"},
+               {{"a ", "b"}, "a \r\nb", "a b", "a \r\nb"},
+               {{}, "", "", ""}};
+  for (const auto& c : cases) {
+    document.OpenBlock("", 0, false);
+    AddGoods(c.values);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kLines), c.lines);
+    EXPECT_EQ(document.JoinBlockField(R"(\\TOVAR)", "", JoinMode::kBlanks), c.blanks);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kBlanksAndLines), c.both);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "NONE", JoinMode::kLines), "");
+  }
+}
+
+TEST_F(DocumentTest, ChoiceGoesIntoTheMarkBeforeItOrBeforeItsBlock) {
+  const auto marks = [this](std::string_view block, int position, int choice) {
+    document.SetCurrentPath(R"(\\)");
+    if (!block.empty()) document.OpenBlock(block, 0, false);
+    document.SetChoice(position, choice);
+    return document.GetFieldEx("KIND_CHOICE") + "/" + document.GetFieldEx("LAST_CHOICE");
+  };
+  EXPECT_EQ(marks("", 5, 2), "2/");                 // past A1
+  EXPECT_EQ(marks("", 3, 9), "2/");                 // NOTE is no mark
+  EXPECT_EQ(marks(R"(TOVAR\1\DOCS)", 1, 7), "2/");  // nor is NUM
+  EXPECT_EQ(marks("CARS", 0, 3), "2/");             // nor TOVAR, which stands before the block
+  EXPECT_EQ(marks("BUS", 0, 4), "2/4");
+}
+
+}  // namespace
+}  // namespace customsconv

@@ -1,0 +1,158 @@
+#include "document/value_expression.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "document/document.h"
+#include "document/formula.h"
+#include "support/catalogue_builder.h"
+
+namespace customsconv {
+namespace {
+
+using Cases = std::vector<std::pair<const char*, const char*>>;
+
+// ---- formula
+
+TEST(EvaluateFormula, FollowsPrecedencePercentAndTheTextOfParts) {
+  const std::pair<const char*, double> cases[] = {
+      {" 1 0 + 2 ", 12},     {"10-2-3", 5},        {"2+3*4", 14},        {"20/2/5*3", 6},
+      {"2*(3+4)", 14},       {"((2))*(((3)))", 6}, {"100+18%", 118},     {"100-18%", 82},
+      {"200*50%", 100},      {"50%*200", 10000},   {"50/50%", 100},      {"10%+5%", 15},
+      {"100+(10%+5%)", 115}, {"100+10%+10%", 121}, {"(1/3)*3", 0.99999}, {"1e2+1", 101},
+      {"(2)3", 2.000003},    {"3(1-2)", 2},        {"2*3(1-2)", 5},      {"(2)%+1%", 3}};
+  for (const auto& [formula, value] : cases) {
+    EXPECT_DOUBLE_EQ(EvaluateFormula(formula).value, value) << formula;
+    EXPECT_FALSE(EvaluateFormula(formula).error) << formula;
+  }
+  EXPECT_TRUE(EvaluateFormula("50%*200").percent);
+  for (const char* formula :
+       {"",   "-1", "1+", "*2", "1++2", "10/0", "10/(1-1)", "10%+5",     "10%-5", "5%%",     "5%5",
+        "(1", "1)", ")(", "()", "2(3)", "x",    "2*(1-2)",  "(10%+5)*0", "1,5",   "1e308*10"}) {
+    EXPECT_TRUE(EvaluateFormula(formula).error) << formula;
+  }
+}
+
+TEST(EvaluateFormula, TakesLongAndDeepFormulas) {
+  constexpr std::size_t kMany = 200'000;
+  std::string sum = "0";
+  for (std::size_t i = 0; i < kMany; ++i) sum += " + 1*1";
+  EXPECT_EQ(EvaluateFormula(sum).value, kMany);
+  EXPECT_EQ(EvaluateFormula(std::string(kMany, '(') + "7" + std::string(kMany, ')')).value, 7);
+  EXPECT_TRUE(EvaluateFormula(std::string(kMany, '(')).error);
+}
+
+// ---- expressions
+
+class GetFieldValueTest : public testing::Test {
+ protected:
+  GetFieldValueTest() {
+    document.OpenBlock("", 0, false);
+    const Cases values = {
+        {"NAME", "Иванов"}, {"POST", "boss\r\n"}, {"D", "05.03.09"}, {"ISO", "2009-03-05"},
+        {"SUM", "10.5"},    {"LIST", "10,5"},     {"RATE", "18%"},   {"e", "3"}};
+    for (const auto& [name, value] : values) document.SetField(name, Win(value));
+    for (const char* code : {"7201", "7202", "7203", "7204"}) {
+      document.OpenBlock(R"(\\TOVAR)", 0, false);
+      document.SetField("G33", code);
+    }
+    document.OpenBlock(R"(\\CARS)", 0, false);
+    document.SetField("NUM", "A123");
+  }
+
+  std::string Value(std::string_view expression, int goods_index = 0, int mode = 0) {
+    return Utf8(GetFieldValue(document, Win(expression), goods_index, mode));
+  }
+  void ExpectValues(const Cases& cases) {
+    for (const auto& [expression, value] : cases) EXPECT_EQ(Value(expression), value) << expression;
+  }
+
+  CatalogueWorld world;
+  TDocTypeList types{
+      "Kordwin.dcf", false,
+      world.Dcf("[DS1.HEADER]\nXmlType=x\nMainBlock=TOVAR\n"
+                "BlocksOnMainPage=1\nBlocksOnExtraPage=3\n[DS1.Fields]\n"
+                "NAME=C40\nPOST=40X2\nEMPTY=C9\nD=D\nISO=C10\nSUM=C9\nLIST=C9\nRATE=C9\ne=C9\n"
+                "TOVAR {\nG33=C10\n}\nCARS {\nNUM=C10\n}\n")};
+  TDocument document{"DS1", types, world};
+};
+
+TEST_F(GetFieldValueTest, ReadsConcatenations) {
+  // A dropped group leaves its blank. NUM is a field of the current record.
+  const Cases cases = {{"", ""},
+                       {"POST+NAME", "boss Иванов"},
+                       {"NAME+EMPTY+POST", "Иванов  boss"},
+                       {"\"A+B\\C\"+NAME", "A+B\\C Иванов"},
+                       {"'It''s'+`x#y`", "It''s x\ry"},
+                       {"NAME+#+POST", "Иванов\rboss"},
+                       {"\"No. \"+NAME", "No.  Иванов"},
+                       {"\"No. \"+EMPTY", ""},
+                       {"\"label\"", "label"},
+                       {"NAME{\"No.\"+EMPTY}POST", "Иванов  boss"},
+                       {"{}NAME\\{}+POST+ +", "Иванов boss"},
+                       {"NUM+g33+name", "A123 7201 Иванов"},
+                       {"NOWHERE+REF(NAME)+IIF(1=1,NAME,POST)", ""}};
+  ExpectValues(cases);
+  EXPECT_EQ(Value("G33", 2) + "/" + Value("G33", 9), "7203/");
+  EXPECT_EQ(Value("\"No.\"+NAME+POST", 0, kNoBlanksBetweenPieces), "No.Ивановboss");
+}
+
+TEST_F(GetFieldValueTest, ReadsPathsFirst) {
+  const Cases cases = {{R"(TOVAR\3\G33)", "7203"},
+                       {R"(.\NUM)", "A123"},
+                       {R"(\\EMPTY)", ""},
+                       {R"(NAME\POST)", "Иванов boss"},
+                       {R"(TOVAR\3\G33+NAME)", "TOVAR  7201 Иванов"}};
+  ExpectValues(cases);
+}
+
+TEST_F(GetFieldValueTest, ReadsPartsOfDatesAndTexts) {
+  const Cases cases = {{"D.DD+D.mm+D.YY", "05 МАРТА 2009"},
+                       {"ISO.DD+D.XX+NAME.DD+EMPTY.YY", ""},
+                       {"ISO.YY", "2005"},
+                       {"DATE(yyyy-mm-dd,D)", "2009-03-05"},
+                       {"date(dd/mm/yy,ISO)+DATE(yyyy)", ""},
+                       {"COPY(G33,3,2)", "01"},
+                       {"COPY(G33, 0, 2)", "72"},
+                       {"COPY('abcd',2,2)", "bc"},
+                       {"COPY(G33,5,2)+COPY(G33,1,x)+COPY( ,2,2)", ""}};
+  ExpectValues(cases);
+}
+
+TEST_F(GetFieldValueTest, CountsPagesOfThePrintedForm) {
+  const int pages[] = {1, 2, 2, 2, 3, 3, 3, 4};
+  for (int goods = 0; goods < 8; ++goods) {
+    EXPECT_EQ(Value("&&PAGE", goods), std::to_string(pages[goods])) << goods;
+  }
+  EXPECT_EQ(Value("&&ALLPAGE"), "3");
+}
+
+TEST_F(GetFieldValueTest, Calculates) {
+  // A blank between signs is a name, too; a value goes to the first place that reads like
+  // its name (132+e); whatever stands last is dropped.
+  const Cases cases = {{"CALC(SUM*2)", "21"},    {"calc(SUM+SUM*(2-1))", "21"},
+                       {"CALC(100+18%)", "118"}, {"CALC(G33/3)", "2400.333333"},
+                       {"CALC(1-2)", "-1"},      {"CALC(2+35", "5"}};
+  ExpectValues(cases);
+  for (const char* formula : {"SUM-SUM)", "10/0)", "SUM*EMPTY)", "SUM*NAME)", "SUM*LIST)",
+                              "SUM*RATE)", "(SUM) *2)", "1e2+e)", ")", ""}) {
+    EXPECT_EQ(Value(std::string("CALC(") + formula), "") << formula;
+  }
+}
+
+TEST_F(GetFieldValueTest, TakesLongExpressions) {
+  constexpr int kMany = 50'000;
+  std::string sum = "CALC(0";
+  std::string names;
+  for (int i = 0; i < kMany; ++i) {
+    sum += "+SUM";
+    names += "+\"x\"";
+  }
+  EXPECT_EQ(Value(sum + ")"), "525000");
+  EXPECT_EQ(Value(names).size(), 2 * kMany - 1);
+}
+
+}  // namespace
+}  // namespace customsconv
