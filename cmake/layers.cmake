@@ -5,6 +5,10 @@ function(customsconv_settings target)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON
                         CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+    # Part of -Wconversion with clang only.
+    target_compile_options(${target} PRIVATE -Wno-sign-conversion)
+  endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # gcc 12 takes "literal" + std::string for overlapping copies (its bug 105651).
     target_compile_options(${target} PRIVATE -Wno-restrict)

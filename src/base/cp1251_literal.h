@@ -54,11 +54,20 @@ struct Cp1251Literal {
   }
 };
 
-// The view points into static storage and never dangles. (A class as template
-// argument rather than a plain consteval function: gcc 12 and clang 14 agree.)
+namespace internal {
+
 template <Cp1251Literal Text>
-consteval std::string_view operator""_cp1251() {
-  return {Text.bytes, Text.size};
+inline constexpr std::string_view kLiteralView{Text.bytes, Text.size};
+
+}  // namespace internal
+
+// The view points into static storage and never dangles. (A class as template
+// argument rather than a plain consteval function: gcc 12 and clang 14 agree. The
+// result is a reference because clang 14 crashes where it wants to name a view
+// made here, as in `std::string text("..."_cp1251);`.)
+template <Cp1251Literal Text>
+constexpr const std::string_view& operator""_cp1251() {
+  return internal::kLiteralView<Text>;
 }
 
 }  // namespace customsconv
