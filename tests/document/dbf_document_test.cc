@@ -237,7 +237,7 @@ TEST_F(TDbfDocumentTest, LosesNoRowWhereverASaveEnds) {
         document->Save("C:\\OUT\\");
       } catch (const SuddenDeath&) {
       } catch (const FileError&) {
-        EXPECT_EQ(change, 1) << "only the lock's own failure reaches the caller";
+        EXPECT_TRUE(change == 1 || change == 6) << "only the lock's own failures reach the caller";
       }
       EXPECT_EQ(TableOnDisk("DBRHEAD").substr(0, before.size()), before);
       EXPECT_NO_THROW(TableOnDisk("DBRTOV"));
