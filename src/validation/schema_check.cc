@@ -4,8 +4,8 @@
 
 #include "base/code_pages.h"
 #include "base/cp1251_literal.h"
+#include "common/pattern.h"
 #include "common/settings.h"
-#include "validation/pattern.h"
 #include "xml/xml_parser.h"
 
 namespace customsconv {
