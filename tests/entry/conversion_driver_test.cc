@@ -1,0 +1,157 @@
+#include "entry/conversion_driver.h"
+
+#include <gtest/gtest.h>
+
+#include "conversion_world.h"
+
+namespace customsconv {
+namespace {
+
+constexpr const char* kEmptyGoods = "G073 C7, G32 N5, G33 C10\n";
+
+// Notes what became of each document.
+class Notes : public ConversionObserver {
+ public:
+  void RegistrationNumber(std::string_view number) override { text += std::string(number) + "\n"; }
+  void Skipped(const DocumentReport& document, SkipReason reason) override {
+    text += Name(document) + " skipped " + std::to_string(static_cast<int>(reason)) + "\n";
+  }
+  void Converted(const DocumentReport& document) override {
+    text += Name(document) + " into " + std::string(document.table);
+    for (const auto& [table, rows] : document.rows_added) {
+      text += " " + table + "+" + std::to_string(rows);
+    }
+    text += "\n";
+  }
+  void Record(std::string_view) override {}
+  [[nodiscard]] bool WantsLines() const override { return false; }
+  void Line(const LineReport&) override {}
+
+  std::string text;
+
+ private:
+  static std::string Name(const DocumentReport& document) {
+    return std::string(document.kind) + " " + std::to_string(document.occurrence);
+  }
+};
+
+class ConversionDriverTest : public ConversionWorld, public testing::Test {};
+
+TEST_F(ConversionDriverTest, WritesAHeadRowAndItsGoods) {
+  ASSERT_TRUE(Convert({Declaration("AB")}));
+  EXPECT_EQ(Table("DBRHEAD.DBF"),
+            "G071 C8, G073 C7, G011 C4, G19 L1\n"
+            "1: G071=\"10702020\" G073=\"0001234\" G011=\"IM\" G19=\"F\"\n");
+  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) +
+                                     "1: G073=\"0001234\" G33=\"A\"\n"
+                                     "2: G073=\"0001234\" G33=\"B\"\n");
+  EXPECT_FALSE(host.files.Has("C:\\OUT\\veltlock.$$$"));
+}
+
+TEST_F(ConversionDriverTest, ASecondRunAppendsAndLeavesEarlierRows) {
+  ASSERT_TRUE(Convert({Declaration("A")}));
+  const std::string before = Table("DBRTOV.DBF");
+  ASSERT_TRUE(Convert({Declaration("B")}, "10702020_120615_0005678"));
+  EXPECT_EQ(Table("DBRTOV.DBF"), before + "2: G073=\"0005678\" G33=\"B\"\n");
+}
+
+TEST_F(ConversionDriverTest, TellsWhatItConvertsAndSkips) {
+  Notes notes;
+  observer = &notes;
+  ASSERT_TRUE(
+      Convert({Declaration("A"), Declaration("B"), Declaration("C", "KTDout"),
+               "<DTSout a=\"1\"><Proc>1</Proc></DTSout>", "<DTSout a=\"1\"><Proc>2</Proc></DTSout>",
+               "<Letter a=\"1\"><Text>t</Text></Letter>"}));
+  EXPECT_EQ(notes.text,
+            "10702020/110615/0001234\n"
+            "ESADout 1 into DBRHEAD.DBF DBRHEAD.DBF+1 DBRTOV.DBF+1\n"
+            "ESADout 2 skipped 0\n"
+            "KTDout 1 skipped 0\n"
+            "DTSout 1 into SBRHEAD.DBF SBRHEAD.DBF+1\n"
+            "DTSout 2 skipped 3\n"
+            "Letter 1 skipped 1\n");
+}
+
+TEST_F(ConversionDriverTest, AnAdjustmentIsServedByTheDeclarationsSection) {
+  ASSERT_TRUE(Convert({Declaration("A", "KTDout")}));
+  EXPECT_EQ(Table("DBRHEAD.DBF"),
+            "G071 C8, G073 C7, G011 C4, G19 L1\n"
+            "1: G071=\"КT000001\" G073=\"0001234\" G011=\"КТ\" G19=\"F\"\n");
+}
+
+TEST_F(ConversionDriverTest, ComponentsJoinTheFirstHeadRow) {
+  const std::string list =
+      "<GoodsComponentList a=\"1\"><Part><Name>bolt</Name></Part></GoodsComponentList>";
+  ASSERT_TRUE(Convert({Declaration("A"), list}));
+  EXPECT_EQ(Table("DBRCMP.DBF"), "G073 C7, NAME C10\n1: G073=\"0001234\" NAME=\"bolt\"\n");
+  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) + "1: G073=\"0001234\" G33=\"A\"\n");
+  EXPECT_NE(Table("DBRHEAD.DBF").find("1: "), std::string::npos);
+  EXPECT_EQ(Table("DBRHEAD.DBF").find("2: "), std::string::npos);
+}
+
+TEST_F(ConversionDriverTest, AnErrorInTheMappingIsShownAndTheRestSaved) {
+  host.files["C:\\RULES\\armti.txt"] =
+      "[DBRHEAD]\r\n=ESADout\r\n[DBRTOV]\r\nGoods{\r\nG33=Code\r\n[NOTAB]\r\nx{\r\n[DBRTOV]";
+  ASSERT_TRUE(Convert({Declaration("A")}));
+  EXPECT_EQ(host.dialogs.log[0], "message: Не описана таблица NOTAB в документе TD5");
+  EXPECT_EQ(host.dialogs.log[1], "exception: List index out of bounds (8)");
+  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) + "1: G073=\"0001234\" G33=\"A\"\n");
+}
+
+TEST_F(ConversionDriverTest, TellsOfValuesUnderUnknownNames) {
+  ASSERT_TRUE(Convert({"<ESADout a=\"1\"><Old>x</Old></ESADout>"}));
+  ASSERT_EQ(host.dialogs.messages.size(), 1U);
+  EXPECT_EQ(Utf8(host.dialogs.messages[0]),
+            "В документе 10702020_110615_0001234.xml были найдены неверные идентифиаторы "
+            "(устаревший формат?).\n\rВозможно при конвертации XML файла часть информации была "
+            "потеряна");
+}
+
+TEST_F(ConversionDriverTest, TroubleWithFilesIsAQuietNoAndTheTablesStay) {
+  const struct {
+    const char* what;
+    const char* path;
+    FileOp op;
+  } cases[] = {{"rules", "C:\\RULES\\armti.txt", FileOp::kRead},
+               {"lock", "C:\\OUT\\veltlock.$$$", FileOp::kCreateNew}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    host.files.FailPath(c.path, c.op, FileError::Kind::kCreate);
+    EXPECT_FALSE(Convert({Declaration("A")}));
+    EXPECT_NE(library.quiet_failure(), "");
+    EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
+    host.files.StopFailing();
+  }
+}
+
+// Every file operation of a run in turn is the one at which the machine stops.
+TEST_F(ConversionDriverTest, AKilledRunLeavesEveryTableWithItsEarlierRows) {
+  ASSERT_TRUE(Convert({Declaration("A")}));
+  const char* names[] = {"DBRHEAD.DBF", "DBRTOV.DBF", "DBRCMP.DBF", "SBRHEAD.DBF"};
+  std::vector<std::string> before;
+  for (const char* name : names) before.push_back(Table(name));
+  bool died = true;
+  for (int n = 1; died && n < 100; ++n) {
+    SCOPED_TRACE(n);
+    died = false;
+    host.files.DieAtChange(n);
+    try {
+      Library fresh(host, services);
+      host.files["C:\\IN\\10702020_130615_0000001.xml"] =
+          "<DocBody>" + Declaration("Z") + "</DocBody>";
+      (void)fresh.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt",
+                            "C:\\IN\\10702020_130615_0000001.xml", "C:\\OUT\\");
+    } catch (const SuddenDeath&) {
+      died = true;
+    }
+    host.files.Revive();
+    host.files.Delete("C:\\OUT\\veltlock.$$$");
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      EXPECT_EQ(Table(names[i]).rfind(before[i], 0), 0U) << names[i];
+    }
+  }
+  EXPECT_FALSE(died);
+}
+
+}  // namespace
+}  // namespace customsconv

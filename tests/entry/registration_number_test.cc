@@ -1,0 +1,68 @@
+#include "entry/registration_number.h"
+
+#include <gtest/gtest.h>
+
+#include "support/environment_builder.h"
+#include "support/table_image.h"
+
+namespace customsconv {
+namespace {
+
+constexpr const char* kXml =
+    "<R><GTDNumber><a:CustomsCode>10702020</a:CustomsCode>"
+    "<a:RegistrationDate>2015-06-11</a:RegistrationDate><a:GTDNumber>0001234</a:GTDNumber>"
+    "</GTDNumber></R>";
+constexpr const char* kNumber = "10702020/110615/0001234";
+// What the numbering gives first, on the fake clock's day.
+constexpr const char* kFresh = "00000000/170326/0000002";
+
+class RegistrationNumberTest : public testing::Test {
+ protected:
+  RegistrationNumberTest() { world.host.clock.Set({2026, 3, 17}); }
+
+  std::string Number(const std::string& base_name, std::string_view text = "<R/>") {
+    return Utf8(RegistrationNumberOf(Win("C:\\IN\\" + base_name + ".xml"), text, tables,
+                                     world.environment));
+  }
+
+  TestEnvironment world;
+  TDbfCache tables{world.host};
+};
+
+TEST_F(RegistrationNumberTest, ComesFromTheFileName) {
+  for (const char* name :
+       {"DT_10702020201506110001234", "10702020_110615_0001234", "Копия 10702020_110615_0001234",
+        "X_10702020_110615_0001234", "__10702020_110615__0001234"}) {
+    // Runs of "_" separate words once, but every "_" of the number becomes "/".
+    const bool complete = std::string_view(name).find("__") == std::string_view::npos;
+    EXPECT_EQ(Number(name), complete ? kNumber : kFresh) << name;
+  }
+}
+
+TEST_F(RegistrationNumberTest, ComesFromTheTextWhenTheNameHasNone) {
+  EXPECT_EQ(Number("decl", kXml), kNumber);
+  EXPECT_EQ(Number("a_b_c_d_e", kXml), kNumber);
+}
+
+TEST_F(RegistrationNumberTest, ComesFromTheRegisterBesideTheFile) {
+  world.host.files["C:\\IN\\G07ESAD.DBF"] = TableImage()
+                                                .Field("FLDNAME", 'C', 20)
+                                                .Field("G071", 'C', 8)
+                                                .Field("G072", 'D', 8)
+                                                .Field("G073", 'C', 7)
+                                                .Row({"other", "1", "20150611", "2"})
+                                                .Row({"DECL", "10702020", "20150611", "0001234"})
+                                                .Row({"half", "10702020", "", "0001234"})
+                                                .Bytes();
+  EXPECT_EQ(Number("decl"), kNumber);
+  EXPECT_EQ(Number("half"), kFresh);
+}
+
+TEST_F(RegistrationNumberTest, AnIncompleteNumberIsReplacedByAFreshOne) {
+  EXPECT_EQ(Number("10702020_110615_1234"), kFresh);
+  EXPECT_EQ(Number("DT_1070202020150611000123"), "00000000/170326/0000003");
+  EXPECT_EQ(Number("decl"), "00000000/170326/0000004");
+}
+
+}  // namespace
+}  // namespace customsconv

@@ -1,0 +1,64 @@
+#include "entry/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include "base/error.h"
+#include "support/environment_builder.h"
+
+namespace customsconv {
+namespace {
+
+constexpr const char* kProgram = "C:\\PROG\\";
+
+// A program folder whose catalogue has one type in each place.
+class StartUpTest : public testing::Test {
+ protected:
+  StartUpTest() {
+    host.files["C:\\PROG\\kord.ini"] = "";
+    host.files["C:\\PROG\\DOCUMENT.DCF"] = "[DOS.HEADER]\r\nFullName=x\r\n";
+    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = "[WIN.HEADER]\r\nFullName=x\r\n";
+    host.files["C:\\RULES\\more.dcf"] = "[MORE.HEADER]\r\nFullName=x\r\n";
+  }
+
+  FakeHost host;
+  StartUpState state{host};
+};
+
+TEST_F(StartUpTest, ReadsTheFoldersOfBothArguments) {
+  ASSERT_TRUE(state.StartUp(kProgram, "C:\\RULES\\"));
+  EXPECT_EQ(state.environment().base_path, kProgram);
+  EXPECT_EQ(state.environment().data_path, "C:\\PROG\\Data\\");
+  EXPECT_EQ(state.environment().aux_path, "C:\\RULES\\");
+  for (const char* code : {"WIN", "_DOS", "MORE"})
+    EXPECT_GE(state.types().IndexOf(code), 0) << code;
+}
+
+TEST_F(StartUpTest, EachStartReplacesTheOneBefore) {
+  ASSERT_TRUE(state.StartUp(kProgram, "C:\\RULES\\"));
+  ASSERT_TRUE(state.StartUp(kProgram, "C:\\OTHER\\"));
+  EXPECT_EQ(state.types().IndexOf("MORE"), -1);
+  state.TearDown();
+  EXPECT_EQ(state.environment().config, nullptr);
+}
+
+TEST_F(StartUpTest, AMissingConfigurationReachesTheHost) {
+  const struct {
+    const char* program;
+    const char* message;
+  } cases[] = {{"C:\\NONE\\", "Не найден файл C:\\NONE\\Kord.ini"},
+               {"C:\\PROG", "Не найден файл C:\\PROGKord.ini"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(Utf8(ErrorOf([&] { (void)state.StartUp(c.program, ""); })), c.message);
+  }
+}
+
+TEST_F(StartUpTest, ACatalogueThatCannotBeLoadedIsAQuietNo) {
+  host.files.Delete("C:\\PROG\\DOCUMENT.DCF");
+  EXPECT_FALSE(state.StartUp(kProgram, "C:\\RULES\\"));
+  EXPECT_EQ(state.environment().config, nullptr);
+  ASSERT_EQ(host.dialogs.messages.size(), 1U);
+  EXPECT_EQ(Utf8(host.dialogs.messages[0]), "Не найден системный файл C:\\PROG\\document.dcf");
+}
+
+}  // namespace
+}  // namespace customsconv
