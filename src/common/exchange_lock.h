@@ -26,6 +26,13 @@ class ExchangeLock {
   void Release();
 
  private:
+  // Waits until the marker is gone or the waiting ends; the stamp of the marker that
+  // may be taken over, kNoStamp when it is gone. Throws SilentAbort.
+  [[nodiscard]] FileStamp Wait();
+  // Makes the marker, or takes over the one of the stamp `seen`. False when
+  // another station's marker is there.
+  [[nodiscard]] bool Take(FileStamp seen);
+
   Host& host_;
   std::string path_;
   bool held_ = false;

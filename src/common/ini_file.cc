@@ -268,6 +268,11 @@ void TVeltIni::UpdateFile() {
   BuildIndex();
 }
 
+void TVeltIni::Reload() {
+  modified_ = false;
+  UpdateFile();
+}
+
 void TVeltIni::Refresh() {
   if (file_name_.empty() || !host_.files.Exists(file_name_)) return;
   if (host_.files.Stamp(file_name_) != file_age_) UpdateFile();

@@ -69,6 +69,9 @@ class TVeltIni {
   // Reads the file again. A change whose writing failed is written first; a file
   // that cannot be read goes to the exception display and the lines stay.
   void UpdateFile();
+  // Reads the file again; a change whose writing failed is forgotten: what others
+  // wrote since would be lost with it.
+  void Reload();
   // UpdateFile when the file's stamp differs from the one at construction.
   void Refresh();
   // Writes all lines, each with CR LF, in the file's code page. A file that could
