@@ -47,6 +47,7 @@ void DosFromWinInPlace(std::string& text);
 // the start is dropped; a character that code page 1251 lacks becomes "?".
 [[nodiscard]] std::optional<std::string> WinFromUtf8(std::string_view utf8);
 [[nodiscard]] std::string Utf8FromWin(std::string_view win);
+void AppendUtf8FromWin(std::string& utf8, std::string_view win);
 
 // Little-endian UTF-16; a surrogate pair is one character, a lone surrogate or
 // a character that code page 1251 lacks becomes "?", an odd last byte is dropped.

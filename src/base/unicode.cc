@@ -86,17 +86,19 @@ std::size_t PieceSize(std::string_view text, std::size_t limit) {
   return size;
 }
 
-// UTF-8 form of a byte of the upper half of code page 1251.
+// UTF-8 form of a byte of code page 1251.
 struct Utf8Form {
   std::array<char, 3> bytes;
   unsigned char length;
 };
 
-constexpr std::array<Utf8Form, 128> kUtf8Forms = [] {
-  std::array<Utf8Form, 128> forms{};
+constexpr std::array<Utf8Form, 256> kUtf8Forms = [] {
+  std::array<Utf8Form, 256> forms{};
   for (unsigned i = 0; i < forms.size(); ++i) {
-    const unsigned c = internal::UnicodeOf1251(static_cast<unsigned char>(i + 0x80));
-    if (c < 0x800) {
+    const unsigned c = internal::UnicodeOf1251(static_cast<unsigned char>(i));
+    if (c < 0x80) {
+      forms[i] = {{static_cast<char>(c), 0, 0}, 1};
+    } else if (c < 0x800) {
       forms[i] = {{static_cast<char>(0xC0 | c >> 6), static_cast<char>(0x80 | (c & 0x3F)), 0}, 2};
     } else {
       forms[i] = {{static_cast<char>(0xE0 | c >> 12), static_cast<char>(0x80 | (c >> 6 & 0x3F)),
@@ -107,7 +109,7 @@ constexpr std::array<Utf8Form, 128> kUtf8Forms = [] {
   return forms;
 }();
 
-const Utf8Form& Utf8FormOf(char c) { return kUtf8Forms[static_cast<unsigned char>(c) & 0x7Fu]; }
+const Utf8Form& Utf8FormOf(char c) { return kUtf8Forms[static_cast<unsigned char>(c)]; }
 
 }  // namespace
 
@@ -130,18 +132,27 @@ std::optional<std::string> WinFromUtf8(std::string_view utf8) {
 
 std::string Utf8FromWin(std::string_view win) {
   std::size_t size = 0;
-  for (const char c : win) size += IsAscii(c) ? 1u : Utf8FormOf(c).length;
-  std::string utf8(size, '\0');
-  char* to = utf8.data();
-  for (const char c : win) {
-    if (IsAscii(c)) {
-      *to++ = c;
-    } else {
-      const Utf8Form& form = Utf8FormOf(c);
-      to = std::copy_n(form.bytes.begin(), form.length, to);
-    }
-  }
+  for (const char c : win) size += Utf8FormOf(c).length;
+  std::string utf8;
+  utf8.reserve(size);
+  AppendUtf8FromWin(utf8, win);
   return utf8;
+}
+
+void AppendUtf8FromWin(std::string& utf8, std::string_view win) {
+  constexpr std::size_t kChars = 256;
+  // One place more than needed: every form is copied as three bytes.
+  std::array<char, 3 * (kChars + 1)> piece;
+  while (!win.empty()) {
+    char* to = piece.data();
+    for (const char c : win.substr(0, kChars)) {
+      const Utf8Form& form = Utf8FormOf(c);
+      std::copy_n(form.bytes.begin(), form.bytes.size(), to);
+      to += form.length;
+    }
+    utf8.append(piece.data(), static_cast<std::size_t>(to - piece.data()));
+    win.remove_prefix(std::min(win.size(), kChars));
+  }
 }
 
 std::string WinFromUtf16(std::string_view utf16) {
