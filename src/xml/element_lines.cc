@@ -13,12 +13,6 @@ constexpr std::string_view kLineEnd = "\r\n";
 // Stands in the start tag of an element that stays when it is empty.
 constexpr std::string_view kMark = " P=1";
 
-bool IsAscii(std::string_view text) {
-  unsigned char bits = 0;
-  for (const char c : text) bits |= static_cast<unsigned char>(c);
-  return bits < 0x80;
-}
-
 // `line` holds the start tag of the element, marked or not.
 bool HoldsStartTag(std::string_view line, std::string_view name) {
   for (std::size_t at = line.find('<'); at != line.npos; at = line.find('<', at + 1)) {
@@ -83,19 +77,9 @@ std::string WithEqualLineEnds(std::string_view text) {
 }  // namespace
 
 void ElementLines::StartLine(std::size_t depth) {
-  if (!starts_.empty()) text_.append(kLineEnd);
-  starts_.push_back(text_.size());
+  if (!text_.empty()) text_.append(kLineEnd);
+  last_line_ = text_.size();
   text_.append(indent_ + 2 * depth, ' ');
-}
-
-std::string_view ElementLines::LastLine() const {
-  return std::string_view(text_).substr(starts_.back());
-}
-
-void ElementLines::DropLastLine() {
-  const std::size_t start = starts_.back();
-  starts_.pop_back();
-  text_.resize(start < kLineEnd.size() ? 0 : start - kLineEnd.size());
 }
 
 void ElementLines::AddLine(std::string_view line) {
@@ -110,7 +94,8 @@ void ElementLines::Open(std::string_view name, bool marked) {
 
 void ElementLines::WriteStartTags() {
   for (; written_ < open_.size(); ++written_) {
-    const Element& element = open_[written_];
+    Element& element = open_[written_];
+    element.line_before = last_line_;
     StartLine(written_);
     text_.append("<").append(element.name);
     if (element.marked) text_.append(kMark);
@@ -119,14 +104,15 @@ void ElementLines::WriteStartTags() {
 }
 
 void ElementLines::Close() {
-  const std::string_view name = open_.back().name;
+  const auto [name, marked, line_before] = open_.back();
   open_.pop_back();
   if (written_ <= open_.size()) return;  // its start tag was never written
   written_ = open_.size();
-  const std::string_view last = LastLine();
+  const std::string_view last = std::string_view(text_).substr(last_line_);
   if (HoldsStartTag(last, name)) {
     if (IsStartTag(Trim(last), name)) {
-      DropLastLine();
+      text_.resize(last_line_ - kLineEnd.size());
+      last_line_ = line_before;
       return;
     }
   } else {
@@ -136,11 +122,15 @@ void ElementLines::Close() {
 }
 
 void ElementLines::AppendValueText(std::string_view text) {
-  if (!has_breaks_inside_) {
-    has_breaks_inside_ = text.find('\r') != text.npos || text.find('\n') != text.npos;
+  unsigned char bits = 0;
+  bool has_breaks = false;
+  for (const char c : text) {
+    bits |= static_cast<unsigned char>(c);
+    has_breaks |= c == '\r' || c == '\n';
   }
-  if (utf8_ && !IsAscii(text)) {
-    text_.append(Utf8FromWin(text));
+  has_breaks_inside_ |= has_breaks;
+  if (utf8_ && bits >= 0x80) {
+    AppendUtf8FromWin(text_, text);
   } else {
     text_.append(text);
   }
@@ -150,14 +140,9 @@ void ElementLines::AddValue(std::string_view name, std::string_view attribute,
                             std::string_view value) {
   WriteStartTags();
   StartLine(open_.size());
-  text_.append("<");
-  AppendValueText(name);
-  AppendValueText(attribute);
-  text_.append(">");
+  text_.append("<").append(name).append(attribute).append(">");
   AppendValueText(value);
-  text_.append("</");
-  AppendValueText(name);
-  text_.append(">");
+  text_.append("</").append(name).append(">");
 }
 
 void ElementLines::AddToLastLine(std::string_view value) {

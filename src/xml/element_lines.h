@@ -32,6 +32,7 @@ class ElementLines {
   [[nodiscard]] std::size_t Depth() const { return open_.size(); }
 
   // One element with its value on a line; `attribute` begins with a blank or is empty.
+  // Both are in the encoding of the values already.
   void AddValue(std::string_view name, std::string_view attribute, std::string_view value);
   // Adds `value` to the line written last.
   void AddToLastLine(std::string_view value);
@@ -45,18 +46,17 @@ class ElementLines {
   struct Element {
     std::string_view name;
     bool marked;
+    std::size_t line_before = 0;  // the line in front of its start tag, once that is written
   };
 
+  // The line that is written last begins at last_line_ from now on.
   void StartLine(std::size_t depth);
   void WriteStartTags();
   void AppendValueText(std::string_view text);
-  [[nodiscard]] std::string_view LastLine() const;
-  void DropLastLine();
-
   bool utf8_;
   std::size_t indent_ = 0;
-  std::string text_;                 // lines with CR LF between them
-  std::vector<std::size_t> starts_;  // where each line begins
+  std::string text_;  // lines with CR LF between them
+  std::size_t last_line_ = 0;
   std::vector<Element> open_;
   std::size_t written_ = 0;         // how many of the open elements' start tags are in the text
   bool has_breaks_inside_ = false;  // a value brought line breaks of its own

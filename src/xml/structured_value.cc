@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 
 #include "common/xml_escape.h"
@@ -26,23 +27,20 @@ class PartReader {
       rest_.remove_prefix(1);
     }
     first_ = false;
-    part.value = TakeUpTo(kPartMark);
-    if (const std::size_t mark = part.value.find(kPartValueMark); mark != part.value.npos) {
-      part.prefix = part.value.substr(0, mark);
-      part.value = part.value.substr(std::min(mark + 2, part.value.size()));
+    std::size_t end = rest_.find(kPartMark);
+    std::size_t value = 0;
+    if (const std::size_t mark = rest_.find(kPartValueMark); mark < end) {
+      part.prefix = rest_.substr(0, mark);
+      value = std::min(mark + 2, rest_.size());
+      end = rest_.find(kPartMark, value);
     }
+    done_ = end == rest_.npos;
+    part.value = rest_.substr(value, done_ ? end : end - value);
+    if (!done_) rest_.remove_prefix(end + 1);
     return true;
   }
 
  private:
-  std::string_view TakeUpTo(char mark) {
-    const std::size_t end = rest_.find(mark);
-    const std::string_view taken = rest_.substr(0, end);
-    done_ = end == rest_.npos;
-    if (!done_) rest_.remove_prefix(end + 1);
-    return taken;
-  }
-
   std::string_view rest_;
   bool first_ = true;
   bool done_ = false;

@@ -15,6 +15,7 @@ namespace customsconv {
 namespace {
 
 constexpr std::size_t kMostDecimals = 6;
+constexpr std::size_t kMostPlainDigits = 15;
 // A point at this offset or behind it: the number has more digits than a
 // floating point number is trusted with, so its text is handed on.
 constexpr std::size_t kLongNumberPoint = 9;
@@ -30,8 +31,9 @@ std::size_t CountDigits(std::string_view text) {
 // decimals and no needless zero in front: most numbers are, and need no more.
 std::optional<std::string_view> PlainNumber(std::string_view text) {
   const std::size_t whole = CountDigits(text);
-  if (whole == 0 || whole >= kLongNumberPoint || (text[0] == '0' && whole > 1)) return std::nullopt;
+  if (whole == 0 || whole > kMostPlainDigits || (text[0] == '0' && whole > 1)) return std::nullopt;
   if (whole == text.size()) return text;
+  if (whole >= kLongNumberPoint) return std::nullopt;
   const std::string_view fraction = text.substr(whole + 1);
   if (text[whole] != '.' || fraction.empty() || fraction.size() > kMostDecimals ||
       CountDigits(fraction) != fraction.size()) {
