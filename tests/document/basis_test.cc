@@ -37,14 +37,6 @@ TEST(TBasis, FindsNamesExactlyBeforeAndInAnyCaseAfterIndexing) {
   EXPECT_EQ(basis.IndexOfName("G01"), -1);
 }
 
-TEST(TBasis, FindsEveryNameOfALargeLevel) {
-  TBasis basis;
-  constexpr int kCount = 5000;
-  for (int i = 0; i < kCount; ++i) basis.Append(Field("F" + std::to_string(i)));
-  basis.Reindex();
-  for (int i = 0; i < kCount; ++i) EXPECT_EQ(basis.IndexOfName("f" + std::to_string(i)), i);
-}
-
 TEST(TBasis, FindsXmlPathsWithoutTheirPrefixes) {
   const std::string longest(255, 'L');
   TBasis basis;
@@ -71,19 +63,16 @@ TEST(TBasis, WalksDownBlockNames) {
   top.Reindex();
   const TBasis& tovar = *top.FieldByName("TOVAR").block;
   const TBasis& docs = *tovar.FieldByName("DOCS").block;
-  const struct {
-    const char* path;
-    const TBasis& found;
-  } cases[] = {{"", top},
-               {"root", top},
-               {"Main", top},
-               {"tovar\\3\\DOCS\\1", docs},
-               {"\\\\TOVAR\\\\docs", docs},
-               {"TOVAR\\NONE\\DOCS", tovar},
-               {"G01\\TOVAR", top},
-               {"TOVAR\\-1\\DOCS", tovar},
-               {"TOVAR\\0\\DOCS", tovar}};
-  for (const auto& c : cases) EXPECT_EQ(&top.FindSubBasis(c.path), &c.found) << c.path;
+  const std::pair<const char*, const TBasis*> cases[] = {{"", &top},
+                                                         {"root", &top},
+                                                         {"Main", &top},
+                                                         {"tovar\\3\\DOCS\\1", &docs},
+                                                         {"\\\\TOVAR\\\\docs", &docs},
+                                                         {"TOVAR\\NONE\\DOCS", &tovar},
+                                                         {"G01\\TOVAR", &top},
+                                                         {"TOVAR\\-1\\DOCS", &tovar},
+                                                         {"TOVAR\\0\\DOCS", &tovar}};
+  for (const auto& [path, found] : cases) EXPECT_EQ(&top.FindSubBasis(path), found) << path;
   EXPECT_EQ(docs.Path(), "TOVAR\\DOCS");
   EXPECT_EQ(top.Path(), "");
   EXPECT_EQ(docs.Owner(), &tovar.FieldByName("DOCS"));
@@ -101,21 +90,16 @@ TEST(TBasis, ChecksumCoversTheNamesOfAllLevels) {
 
 TEST(TBasis, AddsUpTheWidthsOfAFieldsLines) {
   TBasis basis;
-  TFieldInfo field;
-  field.width = 20;
-  field.lines = 3;
-  basis.Append(std::move(field));
-  field = {};
-  field.width = 30;
-  field.lines = 2;
-  field.line_widths = {200, 30};
-  basis.Append(std::move(field));
-  field = {};
-  field.width = 7;
-  basis.Append(std::move(field));
-  EXPECT_EQ(basis.TotalWidth(0), 60);
-  EXPECT_EQ(basis.TotalWidth(1), 230);
-  EXPECT_EQ(basis.TotalWidth(2), 7);
+  for (const int lines : {1, 3, 2}) {
+    TFieldInfo field;
+    field.width = 20;
+    field.lines = static_cast<std::int16_t>(lines);
+    if (lines == 2) field.line_widths = {200, 30};
+    basis.Append(std::move(field));
+  }
+  EXPECT_EQ(basis.TotalWidth(0), 20);
+  EXPECT_EQ(basis.TotalWidth(1), 60);
+  EXPECT_EQ(basis.TotalWidth(2), 230);
 }
 
 TEST(TBasis, NestsAsDeepAsItsFileSays) {
@@ -128,23 +112,6 @@ TEST(TBasis, NestsAsDeepAsItsFileSays) {
   }
   EXPECT_EQ(level->IndexOfName("b"), 0);
   level.reset();  // must not run out of stack
-}
-
-TEST(TFieldInfo, TellsLongText) {
-  const struct {
-    const char* name;
-    char type;
-    int width, lines;
-    bool is_long;
-  } cases[] = {{"A", 'M', 1, 1, true},   {"&A", 'C', 1, 2, true}, {"&A", ' ', 50, 1, false},
-               {"A", ' ', 13, 1, false}, {"A", ' ', 14, 1, true}, {"A", 'C', 50, 1, false}};
-  for (const auto& c : cases) {
-    TFieldInfo field = Field(c.name);
-    field.type = c.type;
-    field.width = static_cast<std::int16_t>(c.width);
-    field.lines = static_cast<std::int16_t>(c.lines);
-    EXPECT_EQ(field.IsLongText(), c.is_long) << c.name << c.type << c.width << 'x' << c.lines;
-  }
 }
 
 }  // namespace

@@ -40,36 +40,25 @@ struct TypeWorld {
   std::unique_ptr<TDocTypeList> types;
 };
 
-constexpr const char* kXml = "XmlType=1\n";
+using TextPair = std::pair<const char*, const char*>;
 
 TEST(FieldsReader, UnderstandsSpecifications) {
-  const struct {
-    const char* line;
-    const char* sizes;
-  } cases[] = {{"F=20", " 20"},
-               {"F = C20", "C20"},
-               {"F C20", "F1"},
-               {"F=c20x3", "C20x3"},
-               {"F=20X3X5", " 20x3"},
-               {"F=20X", " 20"},
-               {"F=N", "N15"},
-               {"F=N15.2", "N18.2"},
-               {"F=N.2", "N18.2"},
-               {"F=C", "C1"},
-               {"F=D8", "D10"},
-               {"F=D8 | NAMESPACE=\"a\"", "D8"},
-               {"F=L", "L1"},
-               {"F=10,20,30", " 30x3,10,20,30"},
-               {"F=C10,20X7", " 20x2,1,20"},
-               {"F=10,,20,", " 20x2,10,20"},
-               {"F=C20 4", "C20"},
-               {"F=C20 4 | SEQ=\"1\"", "C20.4"},
-               {"F=N5.1 4 | SEQ=\"1\"", "N7.1"},
-               {"F=C20 4 | SEQ=\"zwei\"", "C20"},
-               {"F=B|группа", "B1"}};
-  for (const auto& c : cases) {
-    TypeWorld type(c.line);
-    EXPECT_EQ(Sizes(type.Basis().Item(0)), c.sizes) << c.line;
+  const TextPair cases[] = {{"F=20", " 20"},
+                            {"F C20", "F1"},
+                            {"F=c20x3", "C20x3"},
+                            {"F=20X3X5", " 20x3"},
+                            {"F=N", "N15"},
+                            {"F=N15.2", "N18.2"},
+                            {"F=D8", "D10"},
+                            {"F=D8 | NAMESPACE=\"a\"", "D8"},
+                            {"F=10,20,30", " 30x3,10,20,30"},
+                            {"F=C10,20X7", " 20x2,1,20"},
+                            {"F=10,,20,", " 20x2,10,20"},
+                            {"F=C20 4 | SEQ=\"1\"", "C20.4"},
+                            {"F=N5.1 4 | SEQ=\"1\"", "N7.1"},
+                            {"F=B|группа", "B1"}};
+  for (const auto& [line, sizes] : cases) {
+    EXPECT_EQ(Sizes(TypeWorld(line).Basis().Item(0)), sizes) << line;
   }
 }
 
@@ -77,51 +66,35 @@ TEST(FieldsReader, UpperCasesNamesUnlessBoundToXml) {
   constexpr const char* kFields = "gёod=5\n&&BLOCK\na=1\n&&BLOCK\nbl {\nb=1\n}\n";
   TypeWorld plain(kFields, "MainBlock=tov\n");
   EXPECT_EQ(Tree(plain.Basis()), "GёOD TOV{A} BL{B}");
-  TypeWorld xml(kFields, kXml);
+  TypeWorld xml(kFields, "XmlType=1\n");
   EXPECT_EQ(Tree(xml.Basis()), "gёod BLOCK{a} bl{b}");
 }
 
 TEST(FieldsReader, NestsBlocksAndEndsThemAllAtASectionLine) {
-  const struct {
-    const char* fields;
-    const char* tree;
-  } cases[] = {{"A=1\nB {\nC {\nD=1\n}\nE=1\n}\nF=1\n}\nG=1\n", "A B{C{D} E} F"},
-               {"A {\nB {\nC=1\n[\nD=1\n", "A{B{C}}"},
-               {"A {\nB {\nC=1", "A{B{C}}"},
-               {"A {\nB=1\n&&BLOCK x\nC=1\n", "A{B} C"},
-               {"&&BLOCK\nB=1\n}\nC=1\n", "BLOCK{B} C"},
-               {"A { | x }\nB=1\n", "A B"},
-               {"A {\n}\n", "A{}"}};
-  for (const auto& c : cases) {
-    TypeWorld type(c.fields);
-    EXPECT_EQ(Tree(type.Basis()), c.tree) << c.fields;
+  const TextPair cases[] = {{"A=1\nB {\nC {\nD=1\n}\nE=1\n}\nF=1\n}\nG=1\n", "A B{C{D} E} F"},
+                            {"A {\nB {\nC=1\n[\nD=1\n", "A{B{C}}"},
+                            {"A {\nB {\nC=1", "A{B{C}}"},
+                            {"A {\nB=1\n&&BLOCK x\nC=1\n", "A{B} C"},
+                            {"&&BLOCK\nB=1\n}\nC=1\n", "BLOCK{B} C"},
+                            {"A { | x }\nB=1\n", "A B"},
+                            {"A {\n}\n", "A{}"}};
+  for (const auto& [fields, tree] : cases) {
+    EXPECT_EQ(Tree(TypeWorld(fields).Basis()), tree) << fields;
   }
 }
 
 TEST(FieldsReader, TakesCaptionsFromTheLineOrTheCommentBefore) {
   TypeWorld type(
-      ";=> первая <=\n"
-      "A=1\n"
-      "B=1\n"
-      "; потеряна\n"
-      "C=1 | своя\n"
-      "D=1|тоже\n"
-      "D.E=x;1;r|не подпись\n"
-      ";блок\n"
-      "F {\n"
-      ";в конце блока\n"
-      "}\n"
-      "G=1 | NAMESPACE=\"g\"\n"
+      ";=> первая <=\nA=1\nB=1\n; потеряна\nC=1 | своя\nD=1|тоже\nD.E=x;1;r|не подпись\n"
+      ";блок\nF {\n;в конце блока\n}\nG=1 | NAMESPACE=\"g\"\n"
       "H { | надпись MAX=\"1\" NAMESPACE=\"a:h\"\n");
   const TBasis& basis = type.Basis();
-  const struct {
-    const char* name;
-    const char* caption;
-  } cases[] = {
+  const TextPair cases[] = {
       {"A", "первая <"}, {"B", ""},     {"C", "своя"},          {"D", "тоже"},
       {"D.E", ""},       {"F", "блок"}, {"G", "в конце блока"}, {"H", "надпись MAX=\"1\""}};
-  for (const auto& c : cases)
-    EXPECT_EQ(Utf8(basis.FieldByName(c.name).caption), c.caption) << c.name;
+  for (const auto& [name, caption] : cases) {
+    EXPECT_EQ(Utf8(basis.FieldByName(name).caption), caption) << name;
+  }
   EXPECT_EQ(basis.FieldByName("H").xml_path, "a:h");
 }
 
@@ -145,12 +118,8 @@ TEST(FieldsReader, TakesAttributesOutOfTheCaption) {
 
 TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
   TypeWorld type(
-      "EARLY.1=x;1\n"
-      "G31=C250\n"
-      "NUM=N5\n"
-      "G31.1=№#место;2;ссылка12;x | часть\n"
-      "G31.2= ;300;R\n"
-      "NUM.1=a;0\n");
+      "EARLY.1=x;1\nG31=C250\nNUM=N5\n"
+      "G31.1=№#место;2;ссылка12;x | часть\nG31.2= ;300;R\nNUM.1=a;0\n");
   const TBasis& basis = type.Basis();
   const TFieldInfo& composite = basis.FieldByName("G31");
   EXPECT_EQ(Sizes(composite), "M250");
@@ -169,26 +138,21 @@ TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
   EXPECT_EQ(second.number, 44) << "kept in 8 bits";
   EXPECT_EQ(second.ref_number, 0);
   EXPECT_FALSE(second.flag);
-  const struct {
-    const char* name;
-    int part;
-  } parts[] = {{"EARLY.1", -1}, {"G31.1", 0}, {"G31.2", 1}, {"NUM.1", 0}};
-  for (const auto& c : parts) {
-    EXPECT_EQ(basis.FieldByName(c.name).type, 'V') << c.name;
-    EXPECT_EQ(basis.FieldByName(c.name).part, c.part) << c.name;
+  const std::pair<const char*, int> parts[] = {
+      {"EARLY.1", -1}, {"G31.1", 0}, {"G31.2", 1}, {"NUM.1", 0}};
+  for (const auto& [name, part] : parts) {
+    EXPECT_EQ(basis.FieldByName(name).type, 'V') << name;
+    EXPECT_EQ(basis.FieldByName(name).part, part) << name;
   }
 }
 
 TEST(FieldsReader, NamesFileAndSectionOfWhatItCannotRead) {
-  const struct {
-    const char* fields;
-    const char* message;
-  } cases[] = {{"F=20ABC\n", "Отсутствует пробел между длиной поля и описанием"},
-               {"A=C5\nA.b=x;y\n", "Неверный формат префикса A.B"}};
-  for (const auto& c : cases) {
-    TypeWorld type(c.fields);
+  const TextPair cases[] = {{"F=20ABC\n", "Отсутствует пробел между длиной поля и описанием"},
+                            {"A=C5\nA.b=x;y\n", "Неверный формат префикса A.B"}};
+  for (const auto& [fields, message] : cases) {
+    TypeWorld type(fields);
     const std::string place = "Файл: C:\\PROG\\Data\\Kordwin.dcf  Раздел: [T.Fields]\r\r";
-    EXPECT_EQ(Utf8(ErrorOf([&] { type.Basis(); })), place + c.message);
+    EXPECT_EQ(Utf8(ErrorOf([&] { type.Basis(); })), place + message);
   }
   TypeWorld type("EMPTY=\nA.B=x;1\n");
   EXPECT_EQ(Sizes(type.Basis().Item(0)), " 0");

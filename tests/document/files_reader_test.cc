@@ -10,23 +10,19 @@ namespace customsconv {
 namespace {
 
 TEST(FilesReader, ParsesLines) {
-  const struct {
-    const char* line;
-    int level;
-    const char *block, *table, *keys, *links;
-  } cases[] = {{"Head = DbrHead [g32,NumTov]", 0, "HEAD", "DBRHEAD", "G32,NUMTOV", ""},
-               {"   B = T.DBF", 1, "B", "T.DBF", "", ""},
-               {"    B=T [K|L+M]", 2, "B=T", "T", "K", "L+M"},
-               {"B = T [K]|L", 0, "B", "T", "K", "L"},
-               {"B[K] = T", 0, "B", "T", "K", ""},
-               {"B", 0, "B", "", "", ""}};
-  for (const auto& c : cases) {
-    const FilesLine line = ParseFilesLine(c.line);
-    EXPECT_EQ(line.level, c.level) << c.line;
-    EXPECT_EQ(line.block_name, c.block) << c.line;
-    EXPECT_EQ(line.table_file, c.table) << c.line;
-    EXPECT_EQ(line.key_fields, c.keys) << c.line;
-    EXPECT_EQ(line.link_fields, c.links) << c.line;
+  const std::pair<const char*, const char*> cases[] = {
+      {"Head = DbrHead [g32,NumTov]", "0 HEAD DBRHEAD G32,NUMTOV "},
+      {"   B = T.DBF", "1 B T.DBF  "},
+      {"    B=T [K|L+M]", "2 B=T T K L+M"},
+      {"B = T [K]|L", "0 B T K L"},
+      {"B[K] = T", "0 B T K "},
+      {"B", "0 B   "}};
+  for (const auto& [text, parsed] : cases) {
+    const FilesLine line = ParseFilesLine(text);
+    EXPECT_EQ(std::to_string(line.level) + " " + line.block_name + " " + line.table_file + " " +
+                  line.key_fields + " " + line.link_fields,
+              parsed)
+        << text;
   }
 }
 
@@ -64,15 +60,11 @@ std::string Describe(const TBasis& basis) {
 
 TEST(FilesReader, TakesTheLevelsOfATableSetFromTableHeaders) {
   TableSet set(
-      "; the head\n"
-      "\n"
-      "head = dbrhead [nomer]\n"
+      "; the head\n\nhead = dbrhead [nomer]\n"
       "    goods = dbrtov [nomer|g32]\n"
       "      docs = dbrdocs\n"
       "  tail = dbrtail\n"
-      "next = dbrnext\n"
-      "  lost = dbrtail\n"
-      "[OTHER]\n");
+      "next = dbrnext\n  lost = dbrtail\n[OTHER]\n");
   set.Table("DBRHEAD", TableImage().Field("NOMER", 'C', 7).Field("SUM", 'N', 12, 2));
   set.Table("DBRTOV", TableImage().Field("NOMER", 'C', 7).Field("TXT", 'C', 251));
   set.Table("DBRDOCS", TableImage().Field("D", 'D', 8));
