@@ -148,7 +148,7 @@ void CatalogueReader::StoreLine(std::string_view line) {
   }
 }
 
-void CatalogueReader::Abort(std::string message) {
+void CatalogueReader::Abort(const std::string& message) {
   environment_.host.dialogs.Message(message);
   throw SilentAbort();
 }

@@ -33,7 +33,7 @@ class CatalogueReader {
   // False when the code is in the catalogue already.
   [[nodiscard]] bool StartType(std::string_view section_line);
   void StoreLine(std::string_view line);
-  [[noreturn]] void Abort(std::string message);
+  [[noreturn]] void Abort(const std::string& message);
 
   TypeCollection& types_;
   Environment& environment_;
