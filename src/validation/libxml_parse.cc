@@ -62,7 +62,8 @@ class ValidatingParse {
 
  private:
   void Open(std::string_view utf8) {
-    xmlParserInputBufferPtr buffer = xmlParserInputBufferCreateStatic(
+    // A copy: libxml2 loses its place in a buffer that it may not shrink.
+    xmlParserInputBufferPtr buffer = xmlParserInputBufferCreateMem(
         utf8.data(), static_cast<int>(utf8.size()), XML_CHAR_ENCODING_NONE);
     if (buffer == nullptr) throw std::bad_alloc();
     xmlParserInputPtr input = xmlNewIOInputStream(parser_.get(), buffer, XML_CHAR_ENCODING_NONE);

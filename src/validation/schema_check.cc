@@ -88,7 +88,7 @@ void SchemaCheck::Check(std::string_view text, const Environment& environment,
   document->SetValidateOnParse(true);
   const XmlParseReport& report = document->ParseError();
   if (report.error_code == 0) return;
-  verdict.reason = kBracedNamespace.RemoveAll(report.reason);
+  verdict.reason = report.reason;
   verdict.line = report.line;
   verdict.line_text = report.src_text;
   verdict.error_text = kBracedNamespace.RemoveAll(ComposeErrorText(report, schema_name));
