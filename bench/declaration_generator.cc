@@ -11,7 +11,7 @@ namespace customsconv::bench {
 namespace {
 
 // One element a line: its depth in blanks, its name, and the kind of its value
-// (see AppendValue) or, for a group, "*n" when it is a block that occurs n times.
+// (see AppendValue) or, for a group that occurs n times, "*n".
 constexpr std::string_view kHead = R"(cat_ru:DocumentID W
 CustomsProcedure K
 CustomsModeCode K
@@ -119,7 +119,7 @@ struct Element {
   std::size_t depth = 0;
   std::string_view name;
   char kind = '\0';  // of a value; '\0' for a group
-  int times = 0;     // of a block; 0 for what is none
+  int times = 1;
 };
 
 std::vector<Element> ParseOutline(std::string_view outline) {
@@ -168,7 +168,7 @@ class Generator {
       const Element& element = elements[from];
       std::size_t end = from + 1;
       while (end < to && elements[end].depth > element.depth) ++end;
-      for (int i = 0; i < std::max(element.times, 1); ++i) {
+      for (int i = 0; i < element.times; ++i) {
         const std::size_t blanks = indent + element.depth;
         to_.append(blanks, ' ').append("<").append(element.name).append(">");
         if (element.kind != '\0') {
@@ -230,33 +230,6 @@ class Generator {
   std::minstd_rand random_;
 };
 
-// Fields of one level of the catalogue: groups that do not repeat only lengthen the paths
-// of what is in them.
-void AppendFields(const std::vector<Element>& elements, std::size_t from, std::size_t to,
-                  const std::string& path, const std::string& name, std::string& catalogue) {
-  std::string_view previous;
-  while (from < to) {
-    const Element& element = elements[from];
-    std::size_t end = from + 1;
-    while (end < to && elements[end].depth > element.depth) ++end;
-    const std::string element_path = path + std::string(element.name);
-    const std::string field = name + std::string(element.name.substr(element.name.find(':') + 1));
-    if (element.times > 0) {
-      catalogue += field + " { NAMESPACE=\"" + element_path + "\"\r\n";
-      AppendFields(elements, from + 1, end, "", "", catalogue);
-      catalogue += "}\r\n";
-    } else if (element.kind == '\0') {
-      AppendFields(elements, from + 1, end, element_path + "#", field + "_", catalogue);
-    } else if (element.name != previous) {
-      const bool is_date = element.kind == 'D';
-      catalogue += field + (is_date ? " = D10" : " = C250") + " |NAMESPACE=\"" + element_path +
-                   "\" SEQ=\"1\"\r\n";
-    }
-    previous = element.name;
-    from = end;
-  }
-}
-
 }  // namespace
 
 DeclarationShape ShapeOfSize(std::size_t bytes, int documents) {
@@ -281,20 +254,6 @@ std::string GenerateDeclarations(const DeclarationShape& shape) {
     text += "</DocBody></ContainerDoc>\n";
   }
   return text + "</ED_Container>\n";
-}
-
-std::string DeclarationCatalogue() {
-  std::string catalogue =
-      "[ESADout_CU.HEADER]\r\nShortName = ESADout_CU\r\nMainBlock = ESADout_CUGoods\r\n"
-      "XmlType = ESADout_CU\r\n";
-  catalogue += "Prefix=<" + std::string(kRootTag) + ">\r\n\r\n[ESADout_CU.Fields]\r\n";
-  const std::vector<Element> head = ParseOutline(kHead);
-  AppendFields(head, 0, head.size(), "", "", catalogue);
-  const std::string goods_path = "ESADout_CUGoodsShipment#" + std::string(kGoodsElement);
-  catalogue += std::string(kGoodsElement) + " { NAMESPACE=\"" + goods_path + "\"\r\n";
-  const std::vector<Element> goods = ParseOutline(kGoods);
-  AppendFields(goods, 0, goods.size(), "", "", catalogue);
-  return catalogue + "}\r\n";
 }
 
 }  // namespace customsconv::bench

@@ -19,10 +19,6 @@ struct DeclarationShape {
 // invented values; the same shape gives the same bytes. Several documents stand in envelopes.
 [[nodiscard]] std::string GenerateDeclarations(const DeclarationShape& shape);
 
-// The catalogue section (code page 1251, CR LF) of the type "ESADout_CU" that has a
-// field for each value of such a declaration and a block for each group that repeats.
-[[nodiscard]] std::string DeclarationCatalogue();
-
 }  // namespace customsconv::bench
 
 #endif  // CUSTOMSCONV_BENCH_DECLARATION_GENERATOR_H_
