@@ -121,7 +121,7 @@ Error SchemaError(std::string_view schema_file, const FirstXmlError& error) {
   if (error.line() > 0) {
     text.append(", строка "_cp1251).append(std::to_string(error.line()));
   }
-  return Error(text.append(": ").append(error.Message()));
+  return Error(text.append(": ").append(ReplaceAll(error.Message(), kScheme, "")));
 }
 
 }  // namespace
