@@ -39,15 +39,11 @@ TSubFieldsList Parts(std::initializer_list<std::pair<const char*, int>> describe
 
 TEST(PartValue, EndsAtTheNextPartOrTheRangeAndIsTrimmed) {
   const std::string composite = Marked("<1N >1 bolts |<2|Q >25<3>3");
-  const auto value = [&](int number, TextRange range = {0, 99}) {
-    return PartValue(composite, number, range);
-  };
-  EXPECT_EQ(value(1), "bolts");
-  EXPECT_EQ(value(2), "5");
-  EXPECT_EQ(value(3), "");
-  EXPECT_EQ(value(1, {4, 9}), "bo");
-  EXPECT_EQ(value(1, {5, 99}), "");
-  EXPECT_EQ(value(1, {50, 5}), "");
+  EXPECT_EQ(PartValue(composite, 1, {0, 99}), "bolts");
+  EXPECT_EQ(PartValue(composite, 2, {0, 99}), "5");
+  EXPECT_EQ(PartValue(composite, 3, {0, 99}), "");
+  EXPECT_EQ(PartValue(composite, 1, {4, 9}), "bo");
+  EXPECT_EQ(PartValue(composite, 1, {50, 5}), "");
 }
 
 struct StoreCase {

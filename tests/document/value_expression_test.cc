@@ -79,7 +79,7 @@ class GetFieldValueTest : public testing::Test {
   TDocument document{"DS1", types, world};
 };
 
-TEST_F(GetFieldValueTest, ReadsConcatenations) {
+TEST_F(GetFieldValueTest, ReadsPathsAndConcatenations) {
   // A dropped group leaves its blank. NUM is a field of the current record.
   const Cases cases = {{"", ""},
                        {"POST+NAME", "boss Иванов"},
@@ -93,19 +93,14 @@ TEST_F(GetFieldValueTest, ReadsConcatenations) {
                        {"NAME{\"No.\"+EMPTY}POST", "Иванов  boss"},
                        {"{}NAME\\{}+POST+ +", "Иванов boss"},
                        {"NUM+g33+name", "A123 7201 Иванов"},
-                       {"NOWHERE+REF(NAME)+IIF(1=1,NAME,POST)", ""}};
-  ExpectValues(cases);
-  EXPECT_EQ(Value("G33", 2) + "/" + Value("G33", 9), "7203/");
-  EXPECT_EQ(Value("\"No.\"+NAME+POST", 0, kNoBlanksBetweenPieces), "No.Ивановboss");
-}
-
-TEST_F(GetFieldValueTest, ReadsPathsFirst) {
-  const Cases cases = {{R"(TOVAR\3\G33)", "7203"},
+                       {"NOWHERE+REF(NAME)+IIF(1=1,NAME,POST)", ""},
+                       {R"(TOVAR\3\G33)", "7203"},
                        {R"(.\NUM)", "A123"},
-                       {R"(\\EMPTY)", ""},
                        {R"(NAME\POST)", "Иванов boss"},
                        {R"(TOVAR\3\G33+NAME)", "TOVAR  7201 Иванов"}};
   ExpectValues(cases);
+  EXPECT_EQ(Value("G33", 2) + "/" + Value("G33", 9), "7203/");
+  EXPECT_EQ(Value("\"No.\"+NAME+POST", 0, kNoBlanksBetweenPieces), "No.Ивановboss");
 }
 
 TEST_F(GetFieldValueTest, ReadsPartsOfDatesAndTexts) {
@@ -122,11 +117,9 @@ TEST_F(GetFieldValueTest, ReadsPartsOfDatesAndTexts) {
 }
 
 TEST_F(GetFieldValueTest, CountsPagesOfThePrintedForm) {
-  const int pages[] = {1, 2, 2, 2, 3, 3, 3, 4};
-  for (int goods = 0; goods < 8; ++goods) {
-    EXPECT_EQ(Value("&&PAGE", goods), std::to_string(pages[goods])) << goods;
-  }
-  EXPECT_EQ(Value("&&ALLPAGE"), "3");
+  std::string pages;
+  for (int goods = 0; goods < 8; ++goods) pages += Value("&&PAGE", goods);
+  EXPECT_EQ(pages + " " + Value("&&ALLPAGE"), "12223334 3");
 }
 
 TEST_F(GetFieldValueTest, Calculates) {
@@ -140,18 +133,6 @@ TEST_F(GetFieldValueTest, Calculates) {
                               "SUM*RATE)", "(SUM) *2)", "1e2+e)", ")", ""}) {
     EXPECT_EQ(Value(std::string("CALC(") + formula), "") << formula;
   }
-}
-
-TEST_F(GetFieldValueTest, TakesLongExpressions) {
-  constexpr int kMany = 50'000;
-  std::string sum = "CALC(0";
-  std::string names;
-  for (int i = 0; i < kMany; ++i) {
-    sum += "+SUM";
-    names += "+\"x\"";
-  }
-  EXPECT_EQ(Value(sum + ")"), "525000");
-  EXPECT_EQ(Value(names).size(), 2 * kMany - 1);
 }
 
 }  // namespace
