@@ -28,8 +28,8 @@ enum class JoinMode : std::uint8_t { kLines = 0, kBlanks = 1, kBlanksAndLines = 
 // Paths alternate block names and record numbers (from 1): TOVAR\3\DOCS\1. A path that begins
 // with "\\" starts at the top record, any other at the current position (but see GetFieldEx).
 //
-// The public value operations never throw: an error inside one is shown as a
-// message ("Doc.GetField : " and so on, followed by its text).
+// Operations that read or store one value never throw: an error inside one is shown as
+// a message ("Doc.GetField : " and so on, followed by its text).
 class TDocument {
  public:
   // The type's entry, its basis and its numbering; the document has no field
@@ -67,6 +67,8 @@ class TDocument {
   std::string GetFieldEx(std::string_view path, bool flatten = true);
   virtual std::string GetFieldById(int identifier, int goods_index);
   std::string GetFieldByName(std::string_view name, int goods_index);
+  // The field (the first one for an empty name) of all records of the block, in one text.
+  // Leaves FlattenLongText on. Throws Error where the path leads through a record without slots.
   std::string JoinBlockField(std::string_view block_path, std::string_view field_name,
                              JoinMode mode);
 
@@ -97,7 +99,7 @@ class TDocument {
 
   bool FlattenLongText = true;
   bool Modified = false;
-  // Part look-ups in composite values search characters start..end-1 only.
+  // Part look-ups in composite values search characters start..end-1 (from 0) only.
   struct PartRangeType {
     int flag = -1;  // below 0: off
     int start = 0;
@@ -138,8 +140,6 @@ class TDocument {
   void StoreFieldEx(std::string_view path, std::string_view value);
   void StoreFieldById(int identifier, int goods_index, std::string_view value);
   [[nodiscard]] std::optional<TextRange> SearchedRange() const;
-  void JoinRecords(std::string_view block_path, std::string_view field_name, JoinMode mode,
-                   std::string& text);
 
   // Stores `choice` in the choice mark that stands before `position`, past other choices and
   // groups; false when the level has none of its entries in front of it that is neither.
