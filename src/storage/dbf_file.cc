@@ -26,10 +26,9 @@ ShortText ShownName(std::string_view path) {
   return name;
 }
 
-std::string ReadWhole(FileStream& file) {
-  std::string bytes(static_cast<std::size_t>(file.Size()), '\0');
-  bytes.resize(file.Read(bytes.data(), bytes.size()));
-  return bytes;
+void ReadWhole(FileStream& file, GrowingBytes& bytes) {
+  bytes.Resize(static_cast<std::size_t>(file.Size()));
+  bytes.Resize(file.Read(bytes.data(), bytes.size()));
 }
 
 }  // namespace
@@ -97,7 +96,7 @@ bool TFileDbfFile::Attach() {
       return true;
     }
     auto loaded = std::make_unique<TDbfMemoryStream>();
-    loaded->bytes = ReadWhole(*file);
+    ReadWhole(*file, loaded->bytes);
     loaded->path = path_;
     loaded->name = file_name_;
     loaded->file_age = file_time_;
@@ -247,7 +246,7 @@ DbfStatus TFileDbfFile::DeleteRecord(std::int64_t record) {
 // Everything behind the record moves into its place.
 void TFileDbfFile::MoveRecordsForward(std::int64_t record) {
   if (const auto image = bytes_.image()) {
-    image->bytes.erase(static_cast<std::size_t>(layout_->RecordAt(record)),
+    image->bytes.Erase(static_cast<std::size_t>(layout_->RecordAt(record)),
                        layout_->header.record_length);
     return;
   }

@@ -71,14 +71,14 @@ void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* p
   std::size_t done = 0;
   for (TDbfMemoryStream* image : due) {
     std::unique_ptr<PendingFile> pending;
-    if (TryToWrite(*image, [&] { pending = files.Stage(image->path, image->bytes); })) {
+    if (TryToWrite(*image, [&] { pending = files.Stage(image->path, image->bytes.view()); })) {
       staged.emplace_back(image, std::move(pending));
     }
     if (progress != nullptr) progress->Show(++done);
   }
   for (auto& [image, pending] : staged) {
     const auto put_in_place = [&files, image = image, &pending = pending] {
-      if (!pending) pending = files.Stage(image->path, image->bytes);
+      if (!pending) pending = files.Stage(image->path, image->bytes.view());
       // A file that cannot be put in place is of no use to the next attempt.
       const std::unique_ptr<PendingFile> ready = std::move(pending);
       ready->Commit();

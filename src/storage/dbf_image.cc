@@ -24,9 +24,7 @@ bool TableBytes::Read(std::int64_t at, char* to, std::size_t count) const {
 
 void TableBytes::Write(std::int64_t at, std::string_view bytes) {
   if (image_ != nullptr) {
-    // Replacing up to the end grows the text geometrically and writes each byte once.
-    const auto start = std::min(static_cast<std::size_t>(at), image_->bytes.size());
-    image_->bytes.replace(start, bytes.size(), bytes);
+    image_->bytes.Overwrite(std::min(static_cast<std::size_t>(at), image_->bytes.size()), bytes);
   } else if (file_) {
     file_->Seek(at, SeekOrigin::kBegin);
     file_->Write(bytes.data(), bytes.size());
@@ -35,7 +33,7 @@ void TableBytes::Write(std::int64_t at, std::string_view bytes) {
 
 void TableBytes::Truncate(std::int64_t size) {
   if (image_ != nullptr) {
-    image_->bytes.resize(static_cast<std::size_t>(size));
+    image_->bytes.Resize(static_cast<std::size_t>(size));
   } else if (file_) {
     file_->Truncate(size);
   }

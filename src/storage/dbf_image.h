@@ -11,6 +11,7 @@
 #include "base/date_time.h"
 #include "base/short_text.h"
 #include "platform/files.h"
+#include "storage/growing_bytes.h"
 
 namespace customsconv {
 
@@ -22,7 +23,7 @@ inline constexpr DateTime kNoFailureSinceWrite = 1000000.0;
 
 // The bytes of one table file in memory, and what the cache knows about the file.
 struct TDbfMemoryStream {
-  std::string bytes;
+  GrowingBytes bytes;
   std::string path;                    // the file, by the name that opened it first
   ShortText name;                      // the same in upper case, for messages and order
   std::string identity;                // Files::Identity of the file
