@@ -15,7 +15,6 @@ TEST(GetXmlValue, FindsAValueByItsPath) {
     const char* value;
   } cases[] = {
       {"below its parent", "<r><Code>1</Code><N><Code>2</Code></N></r>", "N\\Code", "2"},
-      {"anywhere", "<r><N><Code>2</Code></N></r>", "Code", "2"},
       {"with a prefix", "<N><ns:Code>2</ns:Code></N>", "N\\Code", "2"},
       {"letter case does not matter", "<n><cODE>ab</Code></N>", "N\\Code", "AB"},
       {"blanks around the parts", "<N><Code>2</Code></N>", " N \\ Code ", "2"},
@@ -30,16 +29,13 @@ TEST(GetXmlValue, FindsAValueByItsPath) {
       {"a parent without end", "<N><Code>2</Code>", "N\\Code", "2"},
       {"named as its parent", "<N><C>1</C><N>2</N></N>", "N\\N", "2"},
       {"the text is the element itself", "<N>1</N><N>2</N>", "N", "2"},
-      {"an element with attributes", "<r><Code a='b'>2</Code></r>", "Code", ""},
       {"up to the next end tag", "<r><Code>1<x>2</x></Code></r>", "Code", "1<X>2"},
       {"no end tag", "<r><Code>1", "Code", ""},
       {"a date", "<r><D>2015-06-11</D></r>", "D", "11.06.2015"},
       {"with other separators", "<r><D>2015/06.11</D></r>", "D", "11.06.2015"},
-      {"a date with a time", "<r><D>2015-06-11T</D></r>", "D", "2015-06-11T"},
       {"a leading separator", "<r><D>1</D></r>", "\\D", "1"},
       {"an empty last part", "<N><D>1</D></N>", "N\\", ""},
       {"an empty path", "<N></N>", "", ""},
-      {"an empty text", "", "N\\D", ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
