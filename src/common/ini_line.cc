@@ -1,5 +1,8 @@
 #include "common/ini_line.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "base/short_text.h"
 #include "common/blanks.h"
 
@@ -32,13 +35,14 @@ std::optional<std::string_view> ParseCommentedKey(std::string_view line) {
 }
 
 std::list<std::string> SplitIniLines(std::string_view text) {
+  constexpr auto kEndsLine = [](char c) { return c == '\r' || c == '\n'; };
   std::list<std::string> lines;
   while (!text.empty()) {
-    const std::size_t end = text.find_first_of("\r\n");
-    lines.emplace_back(text.substr(0, end));
-    if (end == std::string_view::npos) break;
-    const bool pair = text.substr(end, 2) == "\r\n";
-    text.remove_prefix(end + (pair ? 2 : 1));
+    const auto* const end = std::find_if(text.begin(), text.end(), kEndsLine);
+    const auto size = static_cast<std::size_t>(end - text.begin());
+    lines.emplace_back(text.substr(0, size));
+    const bool pair = text.substr(size, 2) == "\r\n";
+    text.remove_prefix(std::min(size + (pair ? 2 : 1), text.size()));
   }
   return lines;
 }

@@ -12,66 +12,47 @@ namespace {
 constexpr const char* kFile = "C:\\PROG\\kord.ini";
 
 struct World {
-  explicit World(std::string_view bytes) { host.files[kFile] = bytes; }
-  TConfiguration Open() {
-    return TConfiguration(host, kFile, CreateMode::kMustExist, CodePage::kWindows);
-  }
+  explicit World(std::string_view bytes)
+      : config((host.files.Put(kFile, bytes), host), kFile, CreateMode::kMustExist,
+               CodePage::kWindows) {}
   FakeHost host;
+  TConfiguration config;
 };
 
 TEST(TConfiguration, ReadsFlagsInWords) {
-  const struct {
-    const char* value;
-    bool with_false, with_true;
-  } cases[] = {{" yes ", true, true}, {"да", true, true},   {"-1", true, true},
-               {"TRUE", true, true},  {"y", true, true},    {"1", true, true},
-               {"0", false, false},   {"no", false, false}, {"2", false, false},
-               {"нет", false, false}, {"", false, true}};
-  for (const auto& c : cases) {
-    World world("[S]\nk=" + Win(c.value) + "\n");
-    const TConfiguration config = world.Open();
-    EXPECT_EQ(config.GetBool("S", "k", false), c.with_false) << c.value;
-    EXPECT_EQ(config.GetBool("S", "k", true), c.with_true) << c.value;
-  }
+  const World world("[S]\na= yes \nb=" + Win("да") + "\nc=-1\nd=no\ne=2\nf=\n");
+  for (const char* key : {"a", "b", "c"}) EXPECT_TRUE(world.config.GetBool("S", key, false)) << key;
+  for (const char* key : {"d", "e"}) EXPECT_FALSE(world.config.GetBool("S", key, true)) << key;
+  for (const char* key : {"f", "g"}) EXPECT_TRUE(world.config.GetBool("S", key, true)) << key;
 }
 
 TEST(TConfiguration, ReadsWordsAndAppendsValues) {
   World world("[S]\nlist=,one; two,,three\n");
-  TConfiguration config = world.Open();
-  EXPECT_EQ(config.GetWord("S", "list", 2), " two");
-  EXPECT_EQ(config.GetWord("S", "list", 3), "three");
-  EXPECT_EQ(config.GetWord("S", "list", 4), "");
-  config.AppendValue("S", "list", "four");
-  config.AppendValue("S", "new", "one");
+  EXPECT_EQ(world.config.GetWord("S", "list", 2) + world.config.GetWord("S", "list", 3),
+            " twothree");
+  EXPECT_EQ(world.config.GetWord("S", "list", 4), "");
+  world.config.AppendValue("S", "list", "four");
+  world.config.AppendValue("S", "new", "one");
   EXPECT_EQ(world.host.files[kFile], "[S]\r\nlist=,one; two,,three,four\r\nnew=,one\r\n");
 }
 
 TEST(TConfiguration, KeepsLongValuesInPieces) {
   const std::string a(240, 'a'), b(240, 'b'), c(20, 'c');
   World world("[S]\r\nk=old\r\nk(4)=x\r\nk(5)=y\r\nk(6)=\r\nk(7)=z\r\n");
-  TConfiguration config = world.Open();
+  TConfiguration& config = world.config;
+  EXPECT_EQ(ErrorOf([&] { config.SetLongString("S", "k", a + "b\tb"); }),
+            Win("TVeltIni: Недопустимое значение S_k(2)=b\tb"));
+  EXPECT_EQ(config.GetLongString("S", "k", ""), "old");
   config.SetLongString("S", "k", a + b + c);
   EXPECT_EQ(world.host.files[kFile],
             "[S]\r\nk(6)=\r\nk(7)=z\r\nk(1)=" + a + "\r\nk(2)=" + b + "\r\nk(3)=" + c + "\r\n");
   EXPECT_EQ(world.host.files.Count(FileOp::kCommit), 1) << "nobody sees half of the pieces";
   EXPECT_EQ(config.GetLongString("S", "k", ""), a + b + c);
-
   config.SetLongString("S", "k", a);
   EXPECT_EQ(config.ReadSection("S"), (std::vector<std::string>{"k(6)", "k(7)", "k(1)"}));
   config.SetLongString("S", "k", "short");
   EXPECT_EQ(config.ReadSection("S"), (std::vector<std::string>{"k(6)", "k(7)", "k"}));
   EXPECT_EQ(config.GetLongString("S", "k", ""), "short");
-  EXPECT_EQ(config.GetLongString("S", "none", "default"), "default");
-}
-
-TEST(TConfiguration, ALongValueWithAControlCharacterChangesNothing) {
-  World world("[S]\r\nk=old\r\n");
-  TConfiguration config = world.Open();
-  const std::string piece = std::string(10, 'b') + '\t';
-  EXPECT_EQ(ErrorOf([&] { config.SetLongString("S", "k", std::string(240, 'a') + piece); }),
-            Win("TVeltIni: Недопустимое значение S_k(2)=") + piece);
-  EXPECT_EQ(config.GetLongString("S", "k", ""), "old");
-  EXPECT_EQ(world.host.files.changes(), 0);
 }
 
 TEST(SharedConfigurations, HandsOutOneObjectUntilTheFileChanges) {
@@ -84,39 +65,32 @@ TEST(SharedConfigurations, HandsOutOneObjectUntilTheFileChanges) {
   world.host.files.Remove(kFile);
   EXPECT_EQ(ErrorOf([&] { shared.Get(kFile, CodePage::kWindows); }),
             Win("Не могу открыть ini-файл \"C:\\PROG\\kord.ini\""));
-  EXPECT_EQ(ErrorOf([&] { shared.Get("C:\\none.ini", CodePage::kDos); }),
-            Win("Не могу открыть ini-файл \"C:\\none.ini\""));
 }
 
-TEST(Settings, DefaultsOfAnEmptyConfiguration) {
-  World world("");
-  const TConfiguration config = world.Open();
+// Every setting in one line, by its accessor.
+std::string AllSettings(const TConfiguration& config) {
   using namespace settings;
-  EXPECT_TRUE(CollapsePatternBlanks(config) && CheckXsd(config) && NewYearNumber(config) &&
-              RegNumsYear2Digit(config) && ResetPrinterIndex(config) && !SqlLastNum(config));
-  EXPECT_TRUE(Country31(config, false) && !Country31(config, true));
-  EXPECT_EQ(CustomHouseCode(config) + RegNumStructure(config) + LastNumsFile(config),
-            "00000000%CODE/%DATE/%GNUM");
-  EXPECT_EQ(UpCaseDocs(nullptr), "Kord,DS1,DS2,KTS,KTD,OPN,KUT,NGA,");
-  EXPECT_EQ(ArchiveId(config), "1");
-  EXPECT_EQ(ArcNum(config) + MinOrdNumber(config), 2);
+  std::string flags;
+  for (const bool flag : {CollapsePatternBlanks(config), CheckXsd(config), NewYearNumber(config),
+                          RegNumsYear2Digit(config), ResetPrinterIndex(config),
+                          Country31(config, false), Country31(config, true), SqlLastNum(config)}) {
+    flags += flag ? '1' : '0';
+  }
+  return flags + " " + CustomHouseCode(config) + " " + RegNumStructure(config) + " " +
+         LastNumsFile(config) + " " + ArchiveId(config) + " " + UpCaseDocs(&config) + " " +
+         std::to_string(ArcNum(config)) + " " + std::to_string(MinOrdNumber(config));
 }
 
-TEST(Settings, StandUnderTheirSectionsAndKeys) {
+TEST(Settings, HaveTheirDefaultsAndTheirPlaces) {
+  EXPECT_EQ(AllSettings(World("").config),
+            "11111100 00000000 %CODE/%DATE/%GNUM  1 Kord,DS1,DS2,KTS,KTD,OPN,KUT,NGA, 1 1");
   World world(
       "[ed]\nNDSp=0\nCheckXSD=no\n[KORD.ARMTI]\nCustomHouseCode=10\nMinOrdNumber=5\n"
       "RegNumStructure=%N\nNewYearNumber=0\nCountry31=0\n[System]\nRegNumsYear2Digit=0\n"
       "LastNumsFile=n.ini\n[Print]\nResetPrinterIndex=0\n[Kord]\nSQLLastNum=1\n[Tmr]\nArcNum=7\n"
       "Id=8\n[Common]\nUpCaseDocs=A\n");
-  const TConfiguration config = world.Open();
-  using namespace settings;
-  EXPECT_FALSE(CollapsePatternBlanks(config) || CheckXsd(config) || NewYearNumber(config) ||
-               RegNumsYear2Digit(config) || ResetPrinterIndex(config) || Country31(config, false));
-  EXPECT_TRUE(SqlLastNum(config));
-  EXPECT_EQ(CustomHouseCode(config) + RegNumStructure(config) + LastNumsFile(config) +
-                ArchiveId(config) + UpCaseDocs(&config),
-            "10%Nn.ini8A");
-  EXPECT_EQ(ArcNum(config) + MinOrdNumber(config), 12);
+  EXPECT_EQ(AllSettings(world.config), "00000001 10 %N n.ini 8 A 7 5");
+  EXPECT_EQ(settings::UpCaseDocs(nullptr), "Kord,DS1,DS2,KTS,KTD,OPN,KUT,NGA,");
 }
 
 }  // namespace

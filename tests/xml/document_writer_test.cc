@@ -2,345 +2,211 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "common/words.h"
 #include "support/catalogue_builder.h"
 
 namespace customsconv {
 namespace {
 
-constexpr std::string_view kHead = "<?xml version=\"1.0\" encoding=\"windows-1251\"?>\n";
-
 // A type with the given Fields section, and one document of it.
-class WriterWorld {
- public:
+struct WriterWorld {
   explicit WriterWorld(std::string_view fields, std::string_view header = "FullName=T\n",
                        std::string_view kord_ini = {})
-      : world_(kord_ini),
-        types_("Kordwin.dcf", false,
-               world_.Dcf("[T.HEADER]\n" + std::string(header) + "[T.Fields]\n" +
-                          std::string(fields))),
-        document_("T", types_, world_) {
-    document_.OpenBlock("", 0, false);
+      : world(kord_ini),
+        types("Kordwin.dcf", false,
+              world.Dcf("[T.HEADER]\n" + std::string(header) + "[T.Fields]\n" +
+                        std::string(fields) + "\n")),
+        document("T", types, world) {
+    document.OpenBlock("", 0, false);
   }
-
-  TDocFieldList& Root() { return document_.RootRecord(); }
   // Stores `value` (UTF-8) as it is, past the rules of the document.
-  WriterWorld& Set(int position, std::string_view value) {
-    Root().SetText(position, Win(value));
-    return *this;
+  void Set(int position, std::string_view value) {
+    document.RootRecord().SetText(position, Win(value));
   }
-  // A new record of the top-level block at `position`.
-  TDocFieldList& AddRecord(int position) { return Root().EnsureRecords(position).Append(1); }
-
-  // The text as it is written, "\n" in place of CR LF.
-  std::string Bytes() {
-    std::string text = DocumentWriter().Text(document_);
-    for (std::size_t end = text.find("\r\n"); end != text.npos; end = text.find("\r\n", end)) {
-      text.erase(end, 1);
-    }
-    return text;
+  TDocFieldList& AddRecord(int position) {
+    return document.RootRecord().EnsureRecords(position).Append(1);
   }
-  // The same as UTF-8, without the first line.
+  // The text with "|" for each CR LF.
+  std::string Bytes() { return ReplaceAll(DocumentWriter().Text(document), "\r\n", "|"); }
+  // As UTF-8, without the first line and the indentation.
   std::string Body() {
-    const std::string bytes = Bytes();
-    return Utf8(std::string_view(bytes).substr(bytes.find('\n') + 1));
+    std::string text = Utf8(Bytes());
+    text.erase(0, text.find('|'));
+    while (Contains(text, "|  ")) text = ReplaceAll(text, "|  ", "|");
+    return text.substr(1);
   }
-  TDocument& document() { return document_; }
 
- private:
-  CatalogueWorld world_;
-  TDocTypeList types_;
-  TDocument document_;
+  CatalogueWorld world;
+  TDocTypeList types;
+  TDocument document;
 };
 
 // What one field with one value becomes.
-std::string Written(std::string_view field, std::string_view value,
-                    std::string_view kord_ini = {}) {
-  WriterWorld world(std::string(field) + "\n", "FullName=T\n", kord_ini);
-  return world.Set(0, value).Body();
+std::string Written(std::string_view field, std::string_view value, std::string_view ini = {}) {
+  WriterWorld world(field, "FullName=T\n", ini);
+  world.Set(0, value);
+  return world.Body();
 }
 
 TEST(DocumentWriter, NestsElementsByTheNamesOfTheFields) {
+  const std::string inner = "A#B#C1=9\nA#B#C2=9\nA#D=9", twins = "A#B#C=9\nA#BB#C=9\nA=9\nA#E=9";
+  const std::string marks = "A#B#C=9 | PRNT=\"1\"\nA#D=9\nE#F=9 | PRNT=\"1\"";
+  const std::string own_path = "A=9 | NAMESPACE=\"c:P#c:Q\"\nB=9 | NAMESPACE=\"NOP\"\nNOP=9";
+  const std::string text_of_x =
+      "A#B=9\nX=9 | NAMESPACE=\"X#NodeText\"\nY=9 | NAMESPACE=\"X#Y#NodeText\"";
   const struct {
     const char* what;
-    const char* fields;
-    std::vector<const char*> values;
+    std::string fields;
+    std::string_view values;  // "," between them, "-" for none
     const char* body;
   } cases[] = {
-      {"inner elements close before the next one opens",
-       "A#B#C1=C5\nA#B#C2=C5\nA#D=C5\n",
-       {"1", "2", "3"},
-       "  <A>\n    <B>\n      <C1>1</C1>\n      <C2>2</C2>\n    </B>\n    <D>3</D>\n  </A>\n"},
-      {"the path is left word by word",
-       "A#B#C=C5\nA#BB#C=C5\nA=C5\nA#E=C5\n",
-       {"1", "2", "3", "4"},
-       "  <A>\n    <B>\n      <C>1</C>\n    </B>\n    <BB>\n      <C>2</C>\n    </BB>\n  </A>\n"
-       "  <A>3</A>\n  <A>\n    <E>4</E>\n  </A>\n"},
-      {"empty elements vanish", "A#B#C=C5\nD#E=C5\nF=C5\n", {"", "", "1"}, "  <F>1</F>\n"},
-      {"but marked ones stay",
-       "A#B#C=C5 | PRNT=\"1\"\nA#D=C5\nE#F=C5 | PRNT=\"1\"\n",
-       {"", "1", "2"},
-       "  <A>\n    <B></B>\n    <D>1</D>\n  </A>\n  <E>\n    <F>2</F>\n  </E>\n"},
-      {"a marked element around empty ones",
-       "A=C5\nX#Y=C5 | PRNT=\"1\"\nX#Z#W=C5\n",
-       {"", "", ""},
-       "  <X></X>\n"},
-      {"a path of its own",
-       "A1=C5 | NAMESPACE=\"c:P#c:Q\"\nA2=C5 | NAMESPACE=\"NOP\"\nNOP=C5\n",
-       {"1", "2", "3"},
-       "  <c:P>\n    <c:Q>1</c:Q>\n  </c:P>\n"},
-      {"NOP is a name like others where the path replaces it",
-       "NOP=C5 | NAMESPACE=\"A\"\n",
-       {"1"},
-       "  <A>1</A>\n"},
-      {"the last line tells whether an element is closed on it",
-       "A#A=C5\nB=C5\n",
-       {"1", "2"},
-       "  <A>\n    <A>1</A></A>\n  <B>2</B>\n"},
-      {"text of the enclosing element",
-       "A#B=C5\nX#NT=C5 | NAMESPACE=\"X#NodeText\"\nX#Y#N=C5 | NAMESPACE=\"X#Y#NodeText\"\n",
-       {"", "x", ""},
-       "  <X>x</X>\n"},
-      {"text behind a value",
-       "A#B=C5\nA#N=C5 | NAMESPACE=\"A#NodeText\"\n",
-       {"1", "x"},
-       "  <A>\n    <B>1</B>x\n  </A>\n"},
-      {"text of nothing but blanks",
-       "A#B#N=C5 | NAMESPACE=\"A#B#NodeText\"\nC=C5\n",
-       {"  ", "1"},
-       "  <C>1</C>\n"},
-      {"marks are deleted everywhere, values included",
-       "A#B=C9\n",
-       {"x P=1 P=1y"},
-       "  <A>\n    <B>xy</B>\n  </A>\n"},
-      {"a mark deleted leaves what then looks like one",
-       "A=C9\n",
-       {"P= P= P=11"},
-       "  <A>P= P=1</A>\n"},
-      {"a CR inside a value ends the line",
-       "A#B=C9\nA#C=C9\n",
-       {"1\r2\n\r\r\n3", "4"},
-       "  <A>\n    <B>1\n2 \n\n 3</B>\n    <C>4</C>\n  </A>\n"},
+      {"inner ones close first", inner, "1,2,3",
+       "<A>|<B>|<C1>1</C1>|<C2>2</C2>|</B>|<D>3</D>|</A>|"},
+      {"left word by word", twins, "1,2,3,4",
+       "<A>|<B>|<C>1</C>|</B>|<BB>|<C>2</C>|</BB>|</A>|<A>3</A>|<A>|<E>4</E>|</A>|"},
+      {"empty elements vanish", "A#B#C=9\nD#E=9\nF=9", "-,-,1", "<F>1</F>|"},
+      {"marked ones stay", marks, "-,1,2", "<A>|<B></B>|<D>1</D>|</A>|<E>|<F>2</F>|</E>|"},
+      {"a path of its own", own_path, "1,2,3", "<c:P>|<c:Q>1</c:Q>|</c:P>|"},
+      {"NOP only by the name in use", "NOP=9 | NAMESPACE=\"A\"", "1", "<A>1</A>|"},
+      {"a child of the same name", "A#A=9\nB=9", "1,2", "<A>|<A>1</A></A>|<B>2</B>|"},
+      {"text of an element", text_of_x, "-,x", "<X>x</X>|"},
+      {"text behind a value", text_of_x, "1,x,y", "<A>|<B>1</B>|</A>|<X>x|<Y>y</Y>|</X>|"},
+      {"text of blanks", "N=9 | NAMESPACE=\"A#B#NodeText\"\nC=9", "  ,1", "<C>1</C>|"},
+      {"marks go from values, too", "A=19", "x P=1 P=1y P= P=11", "<A>xy P=1</A>|"},
+      {"a CR ends the line", "A=9\nB=9", "1\r2\n\r\r\n3,4", "<A>1|2 || 3</A>|<B>4</B>|"},
+      {"line ends of raw text", "A=Z9", "1\n2\r\n3\r", "<A>1|2|3|</A>|"},
   };
   for (const auto& c : cases) {
     WriterWorld world(c.fields);
     int position = 0;
-    for (const char* value : c.values) world.Set(position++, value);
+    for (const std::string_view value : Words(c.values, ",")) {
+      world.Set(position++, value == "-" ? "" : value);
+    }
     EXPECT_EQ(world.Body(), c.body) << c.what;
   }
 }
 
 TEST(DocumentWriter, WritesTheRecordsOfBlocks) {
   WriterWorld world(
-      "HEAD=C5\n"
-      "G { | NAMESPACE=\"List#Goods\"\n"
-      "  N#NO=C5\n"
-      "  D {\n"
-      "    X=C5\n"
-      "  }\n"
-      "  Z=C5\n"
-      "}\n"
-      "E {\n"
-      "  Y=C5\n"
-      "}\n"
-      "TAIL=C5 | NAMESPACE=\"List#Tail\"\n");
+      "H=9\nG { | NAMESPACE=\"List#Goods\"\nN#NO=9\nD {\nX=9\n}\nZ=9\n}\nE {\nY=9\n}\n"
+      "T=9 | NAMESPACE=\"List#Tail\"");
   TDocFieldList& first = world.AddRecord(1);
   first.SetText(0, "1");
   first.EnsureRecords(1).Append(1).SetText(0, "a");
   first.EnsureRecords(1).Append(2).SetText(0, "b");
   first.SetText(2, "z");
-  world.AddRecord(1);
-  world.AddRecord(1).SetText(2, "3");
+  world.AddRecord(1);  // empty ones leave nothing
   world.AddRecord(2);
+  world.AddRecord(1).SetText(2, "3");
   world.Set(3, "end");
-  EXPECT_EQ(world.Body(),
-            "  <List>\n"
-            "    <Goods>\n"
-            "      <N>\n        <NO>1</NO>\n      </N>\n"
-            "      <D>\n        <X>a</X>\n      </D>\n"
-            "      <D>\n        <X>b</X>\n      </D>\n"
-            "      <Z>z</Z>\n"
-            "    </Goods>\n"
-            "    <Goods>\n      <Z>3</Z>\n    </Goods>\n"
-            "  </List>\n"
-            "  <List>\n    <Tail>end</Tail>\n  </List>\n");
+  EXPECT_EQ(world.Bytes(),
+            "<?xml version=\"1.0\" encoding=\"windows-1251\"?>|"
+            "  <List>|    <Goods>|      <N>|        <NO>1</NO>|      </N>|"
+            "      <D>|        <X>a</X>|      </D>|      <D>|        <X>b</X>|      </D>|"
+            "      <Z>z</Z>|    </Goods>|    <Goods>|      <Z>3</Z>|    </Goods>|  </List>|"
+            "  <List>|    <Tail>end</Tail>|  </List>|");
 }
 
 TEST(DocumentWriter, FormatsValuesByTheirType) {
-  const struct {
-    const char* field;
-    const char* value;
-    const char* written;  // null: no element
-  } cases[] = {
-      {"A=C9", "<ё & \"я\">\x01\t", "&lt;ё &amp; \"я\"&gt;  "},
-      {"A=S9", "a>b", "a&gt;b"},
-      {"A=9", "a<b", "a&lt;b"},
-      {"A=Z9", "<x/>&", "<x/>&"},
-      {"A=B9", "x", nullptr},
-      {"A=Q9", "x", nullptr},
-      {"A=L", "да", "true"},
-      {"A=L", "0", "false"},
-      {"A=N9", "12,50", "12.5"},
-      {"A=N9", "12.500000", "12.5"},
-      {"A=N9", "100", "100"},
-      {"A=N9", "100.0", "100"},
-      {"A=N9", "007", "7"},
-      {"A=N9", "-0,05", "-0.05"},
-      {"A=N9", " .5", "0.5"},
-      {"A=N9", "1.2345675", "1.234568"},
-      {"A=N9", "1e3", "1000"},
-      {"A=N9", "1 000", "0"},
-      {"A=N9", "12345678.1234567", "12345678.123457"},     // the point in ninth place
-      {"A=N9", "123456789.1234567", "123456789.1234567"},  // in tenth: the text itself
-      {"A=N9", "000000001,5000000", "1.5000000"},
-      {"A=N9", "000000000.1", "0.1"},
-      {"A=N9", "000000000.0", "0"},
-      {"A=D", "11.06.2015", "2015-06-11"},
-      {"A=D", " 1.6.15", "2015-06-01"},
-      {"A=D", "11/06/2015", "2015-06-11"},
-      {"A=D", "11-06-15", "2015-06-11"},
-      {"A=D", "110615", "2015-06-11"},
-      {"A=D", "11062015", "2015-06-11"},
-      {"A=D", "2015-06-11", nullptr},
-      {"A=D", "30.02.2015", nullptr},
+  // "stored=written"; nothing behind the "=": no element.
+  const std::pair<const char*, std::vector<std::string_view>> types[] = {
+      {"A=C9", {"<ё & \"я\">\x01\t=&lt;ё &amp; \"я\"&gt;  "}},
+      {"A=S9", {"a>b=a&gt;b"}},
+      {"A=9", {"a<b=a&lt;b"}},
+      {"A=Z9", {"<x/>&=<x/>&"}},
+      {"A=B9", {"x="}},
+      {"A=L", {"да=true", "0=false", "x=false"}},
+      // From a point in tenth place on the text itself is written.
+      {"A=N9",
+       {"12,50=12.5", "12.500000=12.5", "100=100", "100.0=100", "007=7", "-0,05=-0.05", " .5=0.5",
+        "1.2345675=1.234568", "1e3=1000", "1 000=0", "12345678.1234567=12345678.123457",
+        "123456789.1234567=123456789.1234567", "000000001,5000000=1.5000000", "000000000.1=0.1",
+        "000000000.0=0"}},
+      {"A=D",
+       {"11.06.2015=2015-06-11", " 1.6.15=2015-06-01", "11/06/2015=2015-06-11",
+        "11-06-15=2015-06-11", "110615=2015-06-11", "11062015=2015-06-11",
+        "2015-06-11=", "30.02.2015="}},
   };
-  for (const auto& c : cases) {
-    const std::string body =
-        c.written == nullptr ? "" : "  <A>" + std::string(c.written) + "</A>\n";
-    EXPECT_EQ(Written(c.field, c.value), body) << c.field << " " << c.value;
+  for (const auto& [field, values] : types) {
+    for (const std::string_view value : values) {
+      const std::size_t equals = value.find('=');
+      std::string body(value.substr(equals + 1));
+      if (!body.empty()) body = "<A>" + body + "</A>|";
+      EXPECT_EQ(Written(field, value.substr(0, equals)), body) << value;
+    }
   }
 }
 
 TEST(DocumentWriter, CollapsesBlanksOfValuesThatMissTheirPattern) {
   const char* field = "A=C20 | PATTERN=\"^\\d+ <\"";
-  const struct {
-    const char* field;
-    const char* value;
-    const char* written;
-    const char* ini;
-  } cases[] = {
-      {field, " a  b   c ", "a b c", ""},
-      {field, "12 <  x", "12 &lt;  x", ""},  // the raw text matches
-      {field, " a  b ", " a  b ", "[ED]\nNDSp=0\n"},
-      {"A=C20", " a  b ", " a  b ", ""},
-      {"A=C20 | PATTERN=\"(\"", " a  b", "a b", ""},  // no pattern at all matches nothing
-      {"A=C20 | PATTERN=\"b\"", " a  b", " a  b", ""},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Written(c.field, c.value, c.ini), "  <A>" + std::string(c.written) + "</A>\n")
-        << c.field << c.value;
-  }
+  EXPECT_EQ(Written(field, " a  b   c "), "<A>a b c</A>|");
+  EXPECT_EQ(Written(field, "12 <  x"), "<A>12 &lt;  x</A>|") << "the raw text matches";
+  EXPECT_EQ(Written(field, " a  b ", "[ED]\nNDSp=0\n"), "<A> a  b </A>|");
+  EXPECT_EQ(Written("A=C20", " a  b "), "<A> a  b </A>|");
+  EXPECT_EQ(Written("A=C20 | PATTERN=\"b\"", " a  b"), "<A> a  b</A>|");
+  EXPECT_EQ(Written("A=C20 | PATTERN=\"(\"", " a  b"), "<A>a b</A>|") << "no expression";
 }
 
 TEST(DocumentWriter, CutsValuesIntoPieces) {
-  const struct {
-    const char* field;
-    const char* value;
-    std::vector<const char*> pieces;
-  } cases[] = {
-      {"A=C10 | SEQ=\"1\"", "one two three", {"one two", "three"}},
-      {"A=C10X2 | SEQ=\"1\"", "one two three", {"one two three"}},
-      {"A=5,5 | SEQ=\"1\"", "one two three", {"one two", "three"}},
-      {"A=C20 | SEQ=\"1\"", "one\r\rtwo", {"one", "two"}},
-      {"A=C20 | SEQ=\"1\"", "\rtwo", {"two"}},
-      {"A=C0 | SEQ=\"1\"", "one two", {"one two"}},
-  };
-  for (const auto& c : cases) {
-    std::string body;
-    for (const char* piece : c.pieces) body += "  <A>" + std::string(piece) + "</A>\n";
-    EXPECT_EQ(Written(c.field, c.value), body) << c.field << " " << c.value;
+  for (const char* field : {"A=C10", "A=5,5", "A=C5X2"}) {
+    const std::string in_pieces = std::string(field) + " | SEQ=\"1\"";
+    EXPECT_EQ(Written(in_pieces, "\rone two three"), "<A>one two</A>|<A>three</A>|") << field;
   }
+  EXPECT_EQ(Written("A=C0 | SEQ=\"1\"", "one two three"), "<A>one two three</A>|");
 }
 
 TEST(DocumentWriter, MakesNamesValid) {
-  const struct {
-    const char* word;
-    const char* name;
-  } cases[] = {{"Total Sum", "_Total_Sum"},
-               {"1st", "G_1st"},
-               {"a\"b&c'd<e>", "_a_b_c_d_e_"},
-               {"_a", "_a"},
-               {"Ёлка", "Ёлка"},
-               {"яма", "яма"},
-               {"-a", "G_-a"},
-               {"1 a", "_1_a"},
-               {"", "G_"}};
-  for (const auto& c : cases) EXPECT_EQ(Utf8(ValidElementName(Win(c.word))), c.name) << c.word;
-  EXPECT_EQ(Written("P#A<=C5", "1"), "  <P>\n    <_A_ Name=\"P#A&lt;\">1</_A_>\n  </P>\n");
+  EXPECT_EQ(ValidElementName("Total Sum"), "_Total_Sum");
+  EXPECT_EQ(ValidElementName("1\"2&3'4<5>"), "_1_2_3_4_5_");
+  EXPECT_EQ(ValidElementName("1st") + ValidElementName("-a"), "G_1stG_-a");
+  for (const char* valid : {"_a", "Ёлка", "ёлка", "яма"}) {
+    EXPECT_EQ(Utf8(ValidElementName(Win(valid))), valid);
+  }
+  EXPECT_EQ(Written("P#A<=C5", "1"), "<P>|<_A_ Name=\"P#A&lt;\">1</_A_>|</P>|");
 }
 
 TEST(DocumentWriter, WritesThePartsOfStructuredValues) {
-  const std::string plain = "G=C50\nG.NAME=p;0;N;\nG.MAKER=q;0;M;\n";
-  const std::string multi = "G=C50\nG.NAME=p;0;MULTI;\nG.MAKER=q;0;M;\n";
-  const struct {
-    const char* what;
-    const std::string& fields;
-    std::string value;
-    const char* body;
-  } cases[] = {
-      {"a prefix and a value", plain, "\x1E\x01pre<\x1F\x01v&\x1E\x02\x1F\x02w",
-       "  <G><NAME Pref=\"pre&lt;\">\nv&amp;\n</NAME><MAKER>\nw\n</MAKER></G>\n"},
-      {"text in front, a part without mark, an empty part", plain, "x\x1E\x02y\x1E\x01\x1F\x01",
-       "  <G><Unknown>\nx\n</Unknown><MAKER>\ny\n</MAKER></G>\n"},
-      {"a number that no part has", plain, "\x1E\x07z\x1E", "  <G><Unknown>\nz\n</Unknown></G>\n"},
-      {"a part number that looks like a mark", plain, "\x1E\x1Ep\x1F\x1Ez\x1E\x1F",
-       "  <G><Unknown Pref=\"p\">\nz\n</Unknown></G>\n"},
-      {"several lines", multi,
-       "\x1E\x01\x1F\x01"
-       "a\x1E\x02\x1F\x02"
-       "b\x1E\x01\x1F\x01"
-       "c",
-       "  <G><Line>\n</Line>\n<Line>\n<NAME>\na\n</NAME><MAKER>\nb\n</MAKER></Line>\n<Line>\n"
-       "<NAME>\nc\n</NAME>\n</Line></G>\n"},
-  };
-  for (const auto& c : cases) {
-    WriterWorld world(c.fields);
-    world.Root().SetText(0, c.value);
-    EXPECT_EQ(world.Body(), c.body) << c.what;
-  }
+  const char* plain = "G=C50\nG.NAME=p;0;N;\nG.MAKER=q;0;M;";
+  EXPECT_EQ(Written(plain, "\x1E\x01pre<\x1F\x01v&\x1E\x02\x1F\x02w"),
+            "<G><NAME Pref=\"pre&lt;\">|v&amp;|</NAME><MAKER>|w|</MAKER></G>|");
+  EXPECT_EQ(Written(plain, "x\x1E\x02y\x1E\x01\x1F\x01\x1E\x07z\x1E"),
+            "<G><Unknown>|x|</Unknown><MAKER>|y|</MAKER><Unknown>|z|</Unknown></G>|");
+  EXPECT_EQ(Written(plain, "\x1E\x1Ep\x1F\x1Ez\x1E\x1F"),  // part 30, and 31 cut short
+            "<G><Unknown Pref=\"p\">|z|</Unknown></G>|");
+  EXPECT_EQ(
+      Written("G=C50\nG.NAME=p;0;MULTI;\nG.MAKER=q;0;M;", "\x1E\x01\x1F\x01v\x1E\x02w\x1E\x01x"),
+      "<G><Line>|</Line>|<Line>|<NAME>|v|</NAME><MAKER>|w|</MAKER></Line>|<Line>|<NAME>|x|"
+      "</NAME>|</Line></G>|");
 }
 
 TEST(DocumentWriter, TheHeaderDecidesFormAndEncoding) {
-  const std::string value = Win("Я");
-  const std::string utf8_head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-  const std::string rowset =
-      "<ROWSET>\n <ROW xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" doctype=\"KIND\">\n";
+  const std::string win = Win("Я"), cyrillic = Win("Ы");
+  const std::string xml = "<?xml version=\"1.0\" encoding=";
   const struct {
-    const char* what;
-    const char* fields;
-    const char* header;
+    const char *fields, *header;
     std::string text;
   } cases[] = {
-      {"no root", "A=C5\n", "XmlCoding=UTF-8\n", std::string(kHead) + "  <A>" + value + "</A>\n"},
-      {"a root", "A=C5\n", "Prefix=<d:R x=\"1\">\nXmlCoding=Win-1251\n",
-       std::string(kHead) + "<d:R x=\"1\">\n  <A>" + value + "</A>\n</d:R>\n"},
-      {"UTF-8 values in elements that stay as they are", "Ы#Ю=C5\n", "Prefix=<R>\n",
-       utf8_head + "<R>\n  <" + Win("Ы") + ">\n    <Ю>Я</Ю>\n  </" + Win("Ы") + ">\n</R>\n"},
-      {"a signature block", "A=C5\nSDS_SIGNATURE#SDS_SIGNATURE_ITEM=C5\n",
-       "Prefix=<R>\nXmlType=KIND\n", utf8_head + rowset + "    <A>Я</A>\n  </ROW>\n</ROWSET>\n"},
-      {"an empty document", "B=B5\n", "Prefix=<R>\n", utf8_head + "<R>\n</R>\n"},
+      {"A=C5", "XmlCoding=UTF-8\n", xml + "\"windows-1251\"?>|  <A>" + win + "</A>|"},
+      {"A=C5", "Prefix=<d:R x=\"1\">\nXmlCoding=Win-1251\n",
+       xml + "\"windows-1251\"?>|<d:R x=\"1\">|  <A>" + win + "</A>|</d:R>|"},
+      // Only lines with values are converted.
+      {"Ы#Ю=C5", "Prefix=<R>\n",
+       xml + "\"UTF-8\"?>|<R>|  <" + cyrillic + ">|    <Ю>Я</Ю>|  </" + cyrillic + ">|</R>|"},
+      {"A=C5\nSDS_SIGNATURE#SDS_SIGNATURE_ITEM=C5", "Prefix=<R>\nXmlType=KIND\n",
+       xml + "\"UTF-8\"?>|<ROWSET>| <ROW xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+             "doctype=\"KIND\">|    <A>Я</A>|  </ROW>|</ROWSET>|"},
+      {"B=B5", "Prefix=<R>\n", xml + "\"UTF-8\"?>|<R>|</R>|"},
   };
   for (const auto& c : cases) {
     WriterWorld world(c.fields, c.header);
-    EXPECT_EQ(world.Set(0, "Я").Bytes(), c.text) << c.what;
+    world.Set(0, "Я");
+    EXPECT_EQ(world.Bytes(), c.text);
+    EXPECT_EQ(ExportXml(&world.document).size(),
+              static_cast<std::size_t>(std::count(c.text.begin(), c.text.end(), '|')));
   }
-}
-
-TEST(DocumentWriter, GivesLinesToCallersWhoWantThem) {
-  WriterWorld world("A=C9\n", "Prefix=<R>\n");
-  world.Set(0, "1\r2");
-  EXPECT_EQ(ExportXml(&world.document()),
-            (std::vector<std::string>{"<?xml version=\"1.0\" encoding=\"UTF-8\"?>", "<R>", "  <A>1",
-                                      "2</A>", "</R>"}));
   EXPECT_TRUE(ExportXml(nullptr).empty());
-}
-
-TEST(DocumentWriter, WritesADocumentWithoutSlots) {
-  CatalogueWorld world;
-  TDocTypeList types("Kordwin.dcf", false,
-                     world.Dcf("[T.HEADER]\n[T.Fields]\nA=C5\nB {\nC=C5\n}\n"));
-  const TDocument document("T", types, world);
-  EXPECT_EQ(DocumentWriter().Text(document),
-            std::string(kHead.substr(0, kHead.size() - 1)) + "\r\n");
 }
 
 }  // namespace
