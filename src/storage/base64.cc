@@ -51,7 +51,7 @@ class Group {
 
 }  // namespace
 
-bool Base64DecodeInPlace(std::string& text) {
+bool Base64DecodeInPlace(std::string& text, std::size_t* decoded_size) {
   Group group(text.data());
   bool second_padding_due = false;
   std::size_t read = 0;
@@ -71,6 +71,7 @@ bool Base64DecodeInPlace(std::string& text) {
   const bool well_formed = read == text.size() && !second_padding_due;
   const auto decoded = static_cast<std::size_t>(group.out() - text.data());
   text.erase(decoded, read - decoded);
+  if (decoded_size != nullptr) *decoded_size = decoded;
   return well_formed;
 }
 

@@ -70,8 +70,9 @@ class Deflater {
 // Content that is no base64 from some point on is packed as far as it got decoded.
 std::string_view ConvertBinary(std::string_view value, std::string& buffer) {
   std::string bytes(value);
-  static_cast<void>(Base64DecodeInPlace(bytes));
-  return buffer = Deflater().Compress(bytes);
+  std::size_t size = 0;
+  static_cast<void>(Base64DecodeInPlace(bytes, &size));
+  return buffer = Deflater().Compress(std::string_view(bytes).substr(0, size));
 }
 
 }  // namespace
