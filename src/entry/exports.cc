@@ -1,34 +1,28 @@
+#include <cfenv>
 #include <exception>
-#include <memory>
 #include <string>
+#include <string_view>
 
 #include "base/error.h"
 #include "base/short_text.h"
 #include "customsconv.h"
-#include "entry/library.h"
-#include "entry/library_host.h"
-#include "validation/libxml_services.h"
+#include "entry/exported_functions.h"
 
 // Defined by hosts that are not written in C++; unresolved in all others.
 extern "C" void customsconv_raise(const char* message, size_t size) __attribute__((weak));
 
+#if defined(__i386__)
+// Hosts of the register convention keep the stack at multiples of four bytes, our code
+// counts on sixteen.
+#define CUSTOMSCONV_EXPORT __attribute__((visibility("default"), force_align_arg_pointer))
+#else
+#define CUSTOMSCONV_EXPORT __attribute__((visibility("default")))
+#endif
+
 namespace customsconv {
 namespace {
 
-// The one state of the process behind the exports: what the last call loaded, and the
-// table images until they are written back.
-struct ProcessState {
-  LibraryHost host;
-  LibXmlServices xml_services{host.host().files};
-  Library library{host.host(), xml_services};
-};
-
-ProcessState& State() {
-  static ProcessState state;
-  return state;
-}
-
-ShortText Copy(const customsconv_text& text) { return std::string_view(text.bytes, text.length); }
+ShortText Copy(const customsconv_text* text) { return std::string_view(text->bytes, text->length); }
 
 // The host's list, reached through the function that it gave.
 class HostLines : public LineList {
@@ -40,84 +34,86 @@ class HostLines : public LineList {
   customsconv_lines* lines_;
 };
 
+// Floating point as this library and those below it expect it. Some hosts (Pascal ones among
+// them) let an invalid operation raise a signal, which a computation with NaN would be.
+class QuietFloatingPoint {
+ public:
+  QuietFloatingPoint() { std::feholdexcept(&of_the_host_); }
+  ~QuietFloatingPoint() { std::fesetenv(&of_the_host_); }
+  QuietFloatingPoint(const QuietFloatingPoint&) = delete;
+  QuietFloatingPoint& operator=(const QuietFloatingPoint&) = delete;
+
+ private:
+  std::fenv_t of_the_host_;
+};
+
 // The message that a host's own error carries; it outlives the call.
 std::string& PendingMessage() {
   static std::string message;
   return message;
 }
 
+enum class Outcome : unsigned char { kFalse = 0, kTrue = 1, kRaised };
+
 // Runs `call`; an error goes on to a C++ host as it is, and is left in
 // PendingMessage for any other host, which takes it when nothing of ours is on the
-// stack any more. `raised` tells the two apart.
+// stack any more.
 template <typename Call>
-unsigned char RunFor(const Call& call, bool& raised) {
-  raised = false;
-  if (customsconv_raise == nullptr) return call() ? 1 : 0;
+Outcome RunFor(const Call& call) {
+  const QuietFloatingPoint quiet;
+  if (customsconv_raise == nullptr) return call() ? Outcome::kTrue : Outcome::kFalse;
   try {
-    return call() ? 1 : 0;
+    return call() ? Outcome::kTrue : Outcome::kFalse;
   } catch (const Error& error) {
     PendingMessage() = error.text();
   } catch (const std::exception& error) {
     PendingMessage() = error.what();
   }
-  raised = true;
-  return 0;
+  return Outcome::kRaised;
 }
 
-unsigned char Convert(const customsconv_text& program_dir, const customsconv_text& rules_file,
-                      const customsconv_text& xml_file, const customsconv_text& output_dir,
-                      bool& raised) {
+Outcome Convert(const customsconv_text* program_dir, const customsconv_text* rules_file,
+                const customsconv_text* xml_file, const customsconv_text* output_dir) {
   const ShortText program = Copy(program_dir);
   const ShortText rules = Copy(rules_file);
   const ShortText xml = Copy(xml_file);
   const ShortText output = Copy(output_dir);
-  return RunFor(
-      [&] {
-        State().host.StartLog(program);
-        return State().library.Xml2ArmTi(program, rules, xml, output);
-      },
-      raised);
+  return RunFor([&] { return exported::Xml2ArmTi(program, rules, xml, output); });
 }
 
-unsigned char Check(const customsconv_text& program_dir, const customsconv_text& schema_path,
-                    const customsconv_text& xml_file, customsconv_lines* errors, bool& raised) {
+Outcome Check(const customsconv_text* program_dir, const customsconv_text* schema_path,
+              const customsconv_text* xml_file, customsconv_lines* errors) {
   const ShortText program = Copy(program_dir);
   const ShortText schemas = Copy(schema_path);
   const ShortText xml = Copy(xml_file);
-  return RunFor(
-      [&] {
-        State().host.StartLog(program);
-        HostLines lines(errors);
-        return State().library.CheckXsd(program, schemas, xml, lines);
-      },
-      raised);
+  HostLines lines(errors);
+  return RunFor([&] { return exported::CheckXsd(program, schemas, xml, lines); });
 }
 
-void RaisePending() { customsconv_raise(PendingMessage().data(), PendingMessage().size()); }
+// The export's result; does not return when an error waits for the host.
+unsigned char Answer(Outcome outcome) {
+  if (outcome != Outcome::kRaised) return static_cast<unsigned char>(outcome);
+  customsconv_raise(PendingMessage().data(), PendingMessage().size());
+  return 0;
+}
 
 }  // namespace
 }  // namespace customsconv
 
 extern "C" {
 
-__attribute__((visibility("default"))) unsigned char CUSTOMSCONV_CALL
-Xml2ArmTi(const customsconv_text* program_dir, const customsconv_text* rules_file,
-          const customsconv_text* xml_file, const customsconv_text* output_dir) {
-  bool raised = false;
-  const unsigned char result =
-      customsconv::Convert(*program_dir, *rules_file, *xml_file, *output_dir, raised);
-  if (raised) customsconv::RaisePending();
-  return result;
+CUSTOMSCONV_EXPORT unsigned char CUSTOMSCONV_CALL Xml2ArmTi(const customsconv_text* program_dir,
+                                                            const customsconv_text* rules_file,
+                                                            const customsconv_text* xml_file,
+                                                            const customsconv_text* output_dir) {
+  return customsconv::Answer(customsconv::Convert(program_dir, rules_file, xml_file, output_dir));
 }
 
-__attribute__((visibility("default"))) unsigned char CUSTOMSCONV_CALL
-CheckXSD(const customsconv_text* program_dir, const customsconv_text* schema_path,
-         const customsconv_text* xml_file, customsconv_lines* errors) {
-  bool raised = false;
-  const unsigned char result =
-      customsconv::Check(*program_dir, *schema_path, *xml_file, errors, raised);
-  if (raised) customsconv::RaisePending();
-  return result;
+CUSTOMSCONV_EXPORT unsigned char CUSTOMSCONV_CALL CheckXSD(const customsconv_text* program_dir,
+                                                           const customsconv_text* schema_path,
+                                                           const customsconv_text* xml_file,
+                                                           customsconv_lines* errors) {
+  return customsconv::Answer(customsconv::Check(program_dir, schema_path, xml_file, errors));
 }
 
 }  // extern "C"

@@ -5,18 +5,12 @@
 #include <string_view>
 
 #include "entry/conversion_report.h"
+#include "entry/line_list.h"
 #include "entry/start_up.h"
 #include "storage/dbf_cache.h"
 #include "validation/schema_check.h"
 
 namespace customsconv {
-
-// The caller's list that CheckXsd appends its lines to.
-class LineList {
- public:
-  virtual ~LineList() = default;
-  virtual void Append(std::string_view line_1251) = 0;
-};
 
 // Watches a schema check for whoever runs it.
 class CheckObserver {
