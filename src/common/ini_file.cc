@@ -58,6 +58,7 @@ void TVeltIni::LoadLines() {
     if (code_page_ != CodePage::kWindows) text = ToWindows(text, code_page_);
     text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
     lines_ = SplitIniLines(text);
+    likely_size_ = text.size() + text.size() / 16;
   } catch (const FileError& error) {
     unread_ = error.kind() != FileError::Kind::kMissing;
     host_.dialogs.Exception(error.text());
@@ -237,10 +238,8 @@ void TVeltIni::EraseSection(std::string_view section) {
 // ---- the file
 
 std::string TVeltIni::JoinedLines() const {
-  std::size_t size = 0;
-  for (const std::string& line : lines_) size += line.size() + kLineEnd.size();
   std::string text;
-  text.reserve(size);
+  text.reserve(likely_size_);
   for (const std::string& line : lines_) text.append(line).append(kLineEnd);
   return text;
 }
@@ -255,6 +254,7 @@ void TVeltIni::Flush() {
   std::string text = JoinedLines();
   if (code_page_ == CodePage::kDos) DosFromWinInPlace(text);
   host_.files.Replace(file_name_, text);
+  likely_size_ = text.size() + text.size() / 16;
   modified_ = false;
 }
 

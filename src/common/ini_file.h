@@ -125,6 +125,7 @@ class TVeltIni {
   std::unordered_map<std::string, std::size_t, NoCaseHash, NoCaseEqual> first_sections_;
   KeyIndex keys_;
   KeyIndex commented_keys_;
+  std::size_t likely_size_ = 0;  // of the text when it is written next
   bool modified_ = false;
   bool unread_ = false;  // the file is there, but the last reading of it failed
   FileStamp file_age_ = kNoStamp;
