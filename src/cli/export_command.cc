@@ -18,22 +18,16 @@ struct ExportOptions {
   int document = 0;  // from 1 in the order of the dump; 0 for all
 };
 
-// The document's XML exactly as it is handed to validation.
-void WriteDocument(const TDocument& document, Output& output) {
-  for (const std::string& line : ExportXml(&document)) {
-    output.Result(line);
-    output.Result("\r\n");
-  }
-}
-
+// The XML exactly as it is handed to validation.
 ExitStatus WriteDocuments(const ExportOptions& options, TXMLContainer& container,
                           CommandContext& context) {
+  DocumentWriter writer;
   int number = 0;
   while (const std::unique_ptr<TDocument> document = container.Next()) {
     StopIfInterrupted();
     ++number;
     if (options.document == 0 || options.document == number) {
-      WriteDocument(*document, context.output);
+      context.output.Result(writer.Text(*document));
     }
     if (options.document == number) return ExitStatus::kDone;
   }

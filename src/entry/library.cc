@@ -9,15 +9,6 @@
 namespace customsconv {
 namespace {
 
-std::string Joined(const std::vector<std::string>& lines) {
-  std::size_t size = 0;
-  for (const std::string& line : lines) size += line.size() + 2;
-  std::string text;
-  text.reserve(size);
-  for (const std::string& line : lines) text.append(line).append("\r\n");
-  return text;
-}
-
 std::string ErrorLine(std::string_view short_name, std::string_view error_text) {
   std::string line(short_name);
   return line.append(":").append(error_text.substr(0, error_text.find('\r')));
@@ -62,11 +53,12 @@ bool Library::CheckXsd(const ShortText& program_dir, const ShortText& schema_pat
 
 bool Library::CheckDocuments(const ShortText& xml_file, LineList& errors, CheckObserver* observer) {
   TXMLContainer container(xml_file, state_.types(), state_.environment());
+  DocumentWriter writer;
   while (const std::unique_ptr<TDocument> document = container.Next()) {
-    const std::vector<std::string> lines = ExportXml(document.get());
-    if (lines.empty()) continue;
+    const std::string text = writer.Text(*document);
+    if (text.empty()) continue;
     try {
-      const SchemaVerdict verdict = schema_check_.ValidateXml(Joined(lines), state_.environment());
+      const SchemaVerdict verdict = schema_check_.ValidateXml(text, state_.environment());
       const std::string_view short_name = document->DocInfo().ShortName;
       if (!verdict.error_text.empty()) errors.Append(ErrorLine(short_name, verdict.error_text));
       if (observer != nullptr) observer->Checked(short_name, container.CurOccurrence(), verdict);
