@@ -31,7 +31,7 @@ bool IsCompactDate(std::string_view stored) {
 // yyyymmdd as dd.mm.yy, without blanks around it
 ShortText ShownDate(std::string_view stored) {
   std::string shown;
-  for (const std::size_t at : {6, 4, 2}) {
+  for (const std::size_t at : {6UL, 4UL, 2UL}) {
     if (at < stored.size()) shown += stored.substr(at, 2);
     if (at > 2) shown += kDateSeparator;
   }

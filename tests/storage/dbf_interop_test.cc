@@ -1,37 +1,26 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <sstream>
 
 #include "base/code_pages.h"
 #include "storage/dbf_file.h"
 #include "support/fake_host.h"
+#include "support/temp_folder.h"
 #include "support/text.h"
 
 // Programs that others wrote read our tables as we do.
 namespace customsconv {
 namespace {
 
-struct Output {
-  int status;
-  std::string text;
-};
-Output OutputOf(const std::string& command) {
-  std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-  Output output{-1, {}};
-  if (pipe == nullptr) return output;
-  std::array<char, 4096> piece{};
-  while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), pipe)) {
-    output.text.append(piece.data(), size);
-  }
-  output.status = WEXITSTATUS(pclose(pipe));
-  return output;
+// Standard output of a command; empty when it failed.
+std::string OutputOf(const std::string& command) {
+  std::FILE* const pipe = popen(command.c_str(), "r");
+  std::string output;
+  for (int c = 0; pipe != nullptr && (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
+  return pipe != nullptr && pclose(pipe) == 0 ? output : "";
 }
 
 // "record.FIELD=value", in UTF-8.
@@ -44,13 +33,7 @@ std::string Expected(const std::string& description) {
 
 class DbfInterop : public ::testing::Test {
  protected:
-  DbfInterop() {
-    host.files.AddFolder("C:\\OUT");
-    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-    path = std::filesystem::temp_directory_path() /
-           (std::string("customsconv_") + test->name() + std::to_string(getpid()) + ".dbf");
-  }
-  ~DbfInterop() override { std::filesystem::remove(path); }
+  DbfInterop() { host.files.AddFolder("C:\\OUT"); }
 
   void WriteTable(std::uint16_t width, const std::string& description) {
     TDbfCache cache(host);
@@ -74,11 +57,12 @@ class DbfInterop : public ::testing::Test {
   }
 
   FakeHost host;
-  std::filesystem::path path;
+  TempFolder folder;
+  const std::filesystem::path path = folder.path() / "T.DBF";
 };
 
 TEST_F(DbfInterop, ReadsAlikeInDbfread) {
-  if (OutputOf("/usr/bin/python3 -c 'import dbfread'").status != 0) {
+  if (OutputOf("/usr/bin/python3 -c 'import dbfread; print(1)' 2>&1") != "1\n") {
     GTEST_SKIP() << "python3-dbfread is not installed";
   }
   const std::string description = "Сахар " + std::string(340, 'x') + " тростниковый";
@@ -94,22 +78,16 @@ for number, record in enumerate(dbfread.DBF(sys.argv[1], raw=True), 1):
         text = "%d.%s=%s\n" % (number, name, value.decode("cp866").strip())
         sys.stdout.buffer.write(text.encode("utf-8"))
 )";
-  const std::filesystem::path file = path.string() + ".py";
-  std::ofstream(file) << script;
-  const Output output = OutputOf("/usr/bin/python3 " + file.string() + " " + path.string());
-  std::filesystem::remove(file);
-  EXPECT_EQ(output.status, 0);
-  EXPECT_EQ(output.text, Expected(description));
+  std::ofstream(path.string() + ".py") << script;
+  const std::string command = "/usr/bin/python3 " + path.string() + ".py " + path.string();
+  EXPECT_EQ(OutputOf(command), Expected(description));
 }
 
 TEST_F(DbfInterop, ReadsAlikeInShapelib) {
-  if (OutputOf("command -v dbfdump").status != 0)
-    GTEST_SKIP() << "shapelib's dbfdump is not installed";
+  if (OutputOf("command -v dbfdump").empty()) GTEST_SKIP() << "dbfdump (shapelib) is missing";
   // That program knows no texts longer than 255.
   WriteTable(250, "Сахар тростниковый");
-  const Output output = OutputOf("dbfdump -m -r " + path.string());
-  ASSERT_EQ(output.status, 0) << output.text;
-  const std::string text = Utf8(WinFromDos(output.text));
+  const std::string text = Utf8(WinFromDos(OutputOf("dbfdump -m -r " + path.string())));
   std::string cells;
   int record = 0;
   std::stringstream lines(text);
