@@ -252,14 +252,15 @@ void TDocument::StorePart(const TBasis& basis, TDocFieldList& record, int positi
 }
 
 void TDocument::StoreFieldEx(std::string_view path, std::string_view value) {
-  SplitPath split = SplitLastPart(path);
-  TakePrefix(split.parent, kCurrentPrefix);
-  if (split.parent.empty()) {
-    SetField(split.last, value);
+  std::string_view record = SplitLastPart(path).parent;
+  const std::string_view name = path.substr(record.size());  // whole, however long it is
+  TakePrefix(record, kCurrentPrefix);
+  if (record.empty()) {
+    SetField(name, value);
     return;
   }
   const PositionKeeper keeper(*this);
-  if (SetCurrentPath(split.parent)) SetField(split.last, value);
+  if (SetCurrentPath(record)) SetField(name, value);
 }
 
 void TDocument::StoreFieldById(int identifier, int goods_index, std::string_view value) {

@@ -118,7 +118,13 @@ class DeclarationRules : public testing::Test {
     return at == std::string::npos ? "" : all.substr(at + name.size());
   }
 
-  MappingWorld world{"ESADout", std::string(kDeclaration) + kTarget, kRules};
+  // A name that the persons in front of it make longer than 100 bytes.
+  const std::string long_name = std::string(60, 'x');
+  MappingWorld world{"ESADout",
+                     kDeclaration + ("ESADoutDeclarant#" + long_name) +
+                         "=C5\nESADoutFinancialAdjustingResponsiblePerson#" + long_name + "=C5\n" +
+                         kTarget,
+                     kRules};
 };
 
 TEST_F(DeclarationRules, HeaderGetsItsTransportRecordsInOrder) {
@@ -137,6 +143,7 @@ TEST_F(DeclarationRules, TransitMovesThePersonsOfTheSource) {
   world.Source("CustomsProcedure", "ТТ");
   world.Source("TransitDirectionCode", "ИМ");
   world.Source("ESADoutDeclarant#Name", "Declarant");
+  world.Source("ESADoutDeclarant#" + long_name, "long");
   world.Source("ESADoutDeclarant#ESADoutFilledPerson#Name", "Former");
   world.Source("ESADoutCarrier#Name", "Carrier");
   world.Source("ESADoutCarrier#Only", "stays");
@@ -148,7 +155,9 @@ TEST_F(DeclarationRules, TransitMovesThePersonsOfTheSource) {
             "ESADoutDeclarant#ESADoutFilledPerson#Name=\"Person\" ESADoutCarrier#Only=\"stays\" "
             "ESADoutFinancialAdjustingResponsiblePerson#Name=\"Declarant\" "
             "ESADoutFinancialAdjustingResponsiblePerson#Flag=\"0\" "
-            "ESADoutPrincipal#ESADPrincipalRepresentative{}");
+            "ESADoutPrincipal#ESADPrincipalRepresentative{} "
+            "ESADoutFinancialAdjustingResponsiblePerson#" +
+                long_name + "=\"long\"");
   EXPECT_TRUE(world.run.transit);
 }
 
@@ -164,9 +173,10 @@ TEST_F(DeclarationRules, TransitRecordsComeWithTheFirstGoodsRecordOnce) {
   world.Map("ESADoutGoods\\1", "TOVAR");
   world.Map("ESADoutGoods\\2", "TOVAR");
   // Each group of the driver text that falls away leaves its blank.
-  EXPECT_EQ(Block("TOVAR"),
-            "{TECHD{G4402=\"7\" G444=\"|123| |RU\"}{G4402=\"8\" G44020=\"1\" G444=\"10702020\"}"
-            "{G4402=\"8\" G44020=\"6\" G444=\"V1\"}{G4402=\"9\" G444=\"Водитель : Иванов     \"}}{}");
+  EXPECT_EQ(
+      Block("TOVAR"),
+      "{TECHD{G4402=\"7\" G444=\"|123| |RU\"}{G4402=\"8\" G44020=\"1\" G444=\"10702020\"}"
+      "{G4402=\"8\" G44020=\"6\" G444=\"V1\"}{G4402=\"9\" G444=\"Водитель : Иванов     \"}}{}");
   EXPECT_FALSE(world.run.transit);
 }
 
