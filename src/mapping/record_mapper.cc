@@ -64,7 +64,7 @@ void RecordMapper::MapBlockRecord(std::string_view source_path, std::string_view
   RecordScope record(run_, source_path, target_block, header);
   if (record.PathHolds("GoodsGroupDescription") &&
       WordCount(record.source_path, kPathSeparator) == 4) {
-    MapGoodsGroup(record);
+    if (!ApplyGoodsGroupRule(record)) MapNestedRecords(record, "GoodsGroupInformation");
     return;
   }
   AdjustTarget(record);
@@ -87,18 +87,10 @@ void RecordMapper::MapBlockRecord(std::string_view source_path, std::string_view
   }
 }
 
-void RecordMapper::MapGoodsGroup(RecordScope& record) {
-  if (ApplyGoodsGroupRule(record)) return;
-  const ShortText block = JoinShort({record.source_path, "\\GoodsGroupInformation\\"});
-  const int records =
-      record.source.RecordCount(JoinShort({"\\\\", record.source_path, "\\GoodsGroupInformation"}));
-  for (int m = 1; m <= records; ++m) {
-    MapBlockRecord(JoinShort({block, std::to_string(m)}), record.target_block, record.header);
-  }
-}
-
 void RecordMapper::MapNestedRecords(const RecordScope& record, std::string_view block) {
   const ShortText path = JoinShort({record.source_path, "\\", block});
+  // A path that was cut could lead back to this record, without end.
+  if (path.size() == ShortText::kMaxSize) return;
   const int records = record.source.RecordCount(JoinShort({"\\\\", path}));
   for (int m = 1; m <= records; ++m) {
     MapBlockRecord(JoinShort({path, "\\", std::to_string(m)}), record.target_block, record.header);

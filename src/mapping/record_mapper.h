@@ -29,7 +29,7 @@ class RecordMapper {
   void MapBlockRecord(std::string_view source_path, std::string_view target_block, int header);
 
  private:
-  void MapGoodsGroup(RecordScope& record);
+  // Maps the records of a block inside the source record into the same target block.
   void MapNestedRecords(const RecordScope& record, std::string_view block);
   void ApplyLines(RecordScope& record);
   void ApplyLine(RecordScope& record, MappingLine& line);

@@ -171,6 +171,18 @@ TEST(RecordMapper, ProcessingProductsStandUnderTheirGoodsWithWasteAndHeels) {
             "{GU01=\"9\" GU02=\"4\" GU03=\"XYCode\" TYPEINFO=\"3\" G32=\"7\"}}");
 }
 
+// A path keeps 255 bytes and a block's name in it 100, so this one's nested blocks
+// seem to be the block itself.
+TEST(RecordMapper, APathThatWasCutIsNotFollowed) {
+  const std::string block = "ESADoutCustomsConditions" + std::string(76, 'x');
+  MappingWorld world("S",
+                     "[S.HEADER]\nXmlType=x\n[S.Fields]\n" + block +
+                         " {\n  X=C1\n}\n[OUT.HEADER]\n[OUT.Fields]\nFLAT {\n  G32=C5\n}\n",
+                     Rules(""));
+  world.Source(block + "\\1\\X", "x");
+  EXPECT_EQ(world.Map(block + std::string(153, 'y') + "\\1", "FLAT"), "FLAT{}");
+}
+
 TEST(RecordMapper, ABlockBesideTheGoodsTableNamesItsGoodsItem) {
   MappingWorld world("ESADout", kCatalogue, Rules("G33=Part"));
   world.Source("ESADoutGoods\\2\\Description\\1\\Part", "P");
