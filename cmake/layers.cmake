@@ -26,11 +26,15 @@ endfunction()
 
 # One static library per folder of src/. It may link only the layers that stand
 # below it; the order of the calls is the order of the layers. A folder of
-# headers alone passes on what it uses.
+# headers alone passes on what it uses. WITHOUT leaves out sources that a build has no
+# library for.
 set(CUSTOMSCONV_LAYERS "" CACHE INTERNAL "folders of src/, lowest first")
 function(customsconv_layer name)
-  cmake_parse_arguments(ARG "OUTSIDE_CORE" "" "USES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "OUTSIDE_CORE" "" "USES;LIBRARIES;WITHOUT" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${name}/*.cc)
+  foreach(source ${ARG_WITHOUT})
+    list(REMOVE_ITEM sources ${PROJECT_SOURCE_DIR}/src/${name}/${source})
+  endforeach()
   list(FILTER sources EXCLUDE REGEX "/main\\.cc$")
   list(TRANSFORM ARG_USES PREPEND customsconv_)
   if(NOT sources)

@@ -32,6 +32,13 @@ extern "C" {
 #define CUSTOMSCONV_CALL
 #endif
 
+/* Visible to the library even in a host that hides its functions. */
+#if defined(__GNUC__)
+#define CUSTOMSCONV_OF_HOST __attribute__((visibility("default")))
+#else
+#define CUSTOMSCONV_OF_HOST
+#endif
+
 /* A text of `length` bytes. */
 typedef struct customsconv_text {
   unsigned char length;
@@ -64,12 +71,16 @@ unsigned char CUSTOMSCONV_CALL CheckXSD(const customsconv_text* program_dir,
                                         const customsconv_text* xml_file,
                                         customsconv_lines* errors);
 
-/* To be defined and exported by a host that is not written in C++ (never by the
- * library): raises the error in the host's own way and does not return. `message` is code
- * page 1251 text of `size` bytes that stays valid. It is called when everything of the
- * library's is off the stack but the exported function itself, so a host may leave it by
- * a non-local jump. */
-void customsconv_raise(const char* message, size_t size);
+/* To be defined by a host that is not written in C++ (never by the library): raises the
+ * error in the host's own way and does not return. `message` is code page 1251 text of
+ * `size` bytes that stays valid until the next call. Everything of the library's is off the
+ * stack by then but the exported function itself, so a host may leave it by a non-local
+ * jump.
+ * The library finds it as a weak symbol, so it must be among the dynamic symbols of the
+ * program (not of another library that was loaded privately): a program that is linked with
+ * the library exports it by itself, one that loads the library at run time is linked with
+ * -rdynamic, a Free Pascal program names it under `exports`. */
+CUSTOMSCONV_OF_HOST void customsconv_raise(const char* message, size_t size);
 
 #ifdef __cplusplus
 }
