@@ -124,6 +124,44 @@ TEST_F(ConversionDriverTest, TroubleWithFilesIsAQuietNoAndTheTablesStay) {
   }
 }
 
+// The rows stay in memory and reach the disk with the next save that finds room.
+TEST_F(ConversionDriverTest, AFullDiskIsShownAndTheOldTablesStayWhole) {
+  const std::string head = Table("DBRHEAD.DBF");
+  host.files.FailPath("C:\\OUT\\DBRHEAD.DBF", FileOp::kStage, FileError::Kind::kWrite);
+  host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kCommit, FileError::Kind::kWrite);
+  EXPECT_TRUE(Convert({Declaration("A")}));
+  ASSERT_EQ(host.dialogs.exceptions.size(), 2U);
+  EXPECT_NE(host.dialogs.exceptions[0].find("DBRHEAD.DBF"), std::string::npos);
+  EXPECT_NE(host.dialogs.exceptions[1].find("DBRTOV.DBF"), std::string::npos);
+  EXPECT_EQ(Table("DBRHEAD.DBF"), head);
+  EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
+  EXPECT_FALSE(host.files.Has("C:\\OUT\\veltlock.$$$"));
+  host.files.StopFailing();
+  ASSERT_TRUE(Convert({Declaration("B")}, "10702020_120615_0005678"));
+  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) +
+                                     "1: G073=\"0001234\" G33=\"A\"\n"
+                                     "2: G073=\"0005678\" G33=\"B\"\n");
+}
+
+TEST_F(ConversionDriverTest, AReadOnlyFolderIsAQuietNo) {
+  host.files.SetReadOnly("C:\\OUT\\");
+  EXPECT_FALSE(Convert({Declaration("A")}));
+  EXPECT_NE(library.quiet_failure().find("veltlock.$$$"), std::string::npos);
+  EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
+}
+
+TEST_F(ConversionDriverTest, AnAbandonedSaveLeavesTablesAndTheOtherStationsLock) {
+  host.files["C:\\OUT\\veltlock.$$$"] = "";
+  host.dialogs.lock_answers = {LockAnswer::kAbandon, LockAnswer::kAbandon};
+  Notes notes;
+  observer = &notes;
+  EXPECT_TRUE(Convert({Declaration("A"), "<DTSout a=\"1\"><Proc>1</Proc></DTSout>"}));
+  EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
+  EXPECT_TRUE(host.files.Has("C:\\OUT\\veltlock.$$$"));
+  EXPECT_EQ(notes.text,
+            "10702020/110615/0001234\nESADout 1 into DBRHEAD.DBF\nDTSout 1 into SBRHEAD.DBF\n");
+}
+
 // Every file operation of a run in turn is the one at which the machine stops.
 TEST_F(ConversionDriverTest, AKilledRunLeavesEveryTableWithItsEarlierRows) {
   ASSERT_TRUE(Convert({Declaration("A")}));

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "conversion_world.h"
+
+namespace customsconv {
+namespace {
+
+constexpr std::string_view kGoods = "G073 C7, G32 N5, G33 C10\n";
+
+class BadInputTest : public ConversionWorld, public testing::Test {
+ protected:
+  void Rules(std::string_view text) { host.files["C:\\RULES\\armti.txt"] = WinLines(text); }
+};
+
+TEST_F(BadInputTest, RulesThatNameWhatIsNotThere) {
+  const struct {
+    const char* what;
+    const char* lines;
+    const char* shown;
+  } cases[] = {
+      {"table", "[NOTAB]\nGoods{\nG33=Code\n", "message: Не описана таблица NOTAB в документе TD5"},
+      {"block", "[DBRTOV]\nNothing{\nG33=Code\n",
+       "message: Не найден блок Nothing файла C:\\RULES\\armti.txt"},
+      {"no brace", "[DBRTOV]\nGoods\nG33=Code\n",
+       "message: Не задан тип блока в строке 2 файла C:\\RULES\\armti.txt"},
+      {"fields", "[DBRTOV]\nGoods{\nNOFIELD=Code\nG33=Nothing\nG33=No\\1\\Such\nG33=\\\\\n=\n", ""},
+      {"sources declared nowhere", "[DBRTOV]\n*{\nG33=Code\n", ""},
+      {"empty names", "[]\n{\n=\n[ ]\n{{{\n", "message: Не описана таблица  в документе TD5"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    host.dialogs.Clear();
+    Rules("[DBRHEAD]\n=ESADout\n" + std::string(c.lines));
+    EXPECT_TRUE(Convert({Declaration("A")}));
+    std::string shown;
+    for (const std::string& line : host.dialogs.log) {
+      if (shown.empty() && line.rfind("progress", 0) != 0) shown = line;
+    }
+    EXPECT_EQ(shown, c.shown);
+  }
+  EXPECT_EQ(Table("DBRTOV.DBF"),
+            std::string(kGoods) + "1: G073=\"0001234\"\n");  // of the unknown fields' record
+}
+
+TEST_F(BadInputTest, RulesOfAHundredThousandLines) {
+  std::string rules = "[DBRHEAD]\n=ESADout\n[DBRTOV]\nGoods{\n";
+  for (int i = 0; i < 100000; ++i) rules += "F" + std::to_string(i) + " = Code\n";
+  Rules(rules + "G33 = Code\n");
+  EXPECT_TRUE(Convert({Declaration("ABC")}));
+  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kGoods) +
+                                     "1: G073=\"0001234\" G33=\"A\"\n"
+                                     "2: G073=\"0001234\" G33=\"B\"\n"
+                                     "3: G073=\"0001234\" G33=\"C\"\n");
+}
+
+TEST_F(BadInputTest, RulesThatAreAPicture) {
+  std::mt19937 bytes(1);
+  for (const char* start :
+       {"", "\x89PNG\r\n\x1A\n", "[DBRHEAD]\r\n=ESADout\r\n[DBRTOV]\r\nGoods{\r\n"}) {
+    std::string picture = start;
+    for (int i = 0; i < 200000; ++i) picture += static_cast<char>(bytes());
+    host.files["C:\\RULES\\armti.txt"] = picture;
+    EXPECT_TRUE(Convert({Declaration("AB")}));
+  }
+  EXPECT_EQ(Table("DBRHEAD.DBF").find("\n2: "), std::string::npos)
+      << "only the third has a section";
+}
+
+TEST_F(BadInputTest, TableSetsThatLackTables) {
+  host.files.Remove("C:\\OUT\\DBRTOV.DBF");
+  EXPECT_TRUE(Convert({Declaration("A")}));
+  ASSERT_EQ(host.dialogs.messages.size(), 2U);
+  EXPECT_EQ(Utf8(host.dialogs.messages[0]), "Не могу открыть:\r\nC:\\OUT\\DBRTOV.DBF");
+  EXPECT_EQ(Utf8(host.dialogs.messages[1]), "Не описана таблица DBRTOV в документе TD5");
+  EXPECT_NE(Table("DBRHEAD.DBF").find("1: "), std::string::npos);
+
+  host.files.Remove("C:\\OUT\\DBRHEAD.DBF");
+  EXPECT_FALSE(Convert({Declaration("A")}));
+  EXPECT_EQ(Utf8(library.quiet_failure()), "Не могу открыть файл C:\\OUT\\DBRHEAD.DBF");
+  EXPECT_FALSE(host.files.Has("C:\\OUT\\veltlock.$$$"));
+}
+
+TEST_F(BadInputTest, AnOutputFolderThatDoesNotExist) {
+  host.files["C:\\IN\\1.xml"] = "<DocBody>" + Declaration("A") + "</DocBody>";
+  EXPECT_FALSE(
+      library.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", "C:\\IN\\1.xml", "C:\\NO\\"));
+  EXPECT_NE(library.quiet_failure(), "");
+  EXPECT_FALSE(host.files.FolderExists("C:\\NO\\"));
+}
+
+TEST_F(BadInputTest, TablesThatLackFields) {
+  host.files["C:\\OUT\\DBRHEAD.DBF"] =
+      TableImage().Field("OTHER", 'C', 8).Field("G011", 'C', 1).Bytes();
+  host.files["C:\\OUT\\DBRTOV.DBF"] =
+      TableImage().Field("G33", 'N', 3).Field("G32", 'C', 1).Bytes();
+  EXPECT_TRUE(Convert({Declaration("A")}));
+  EXPECT_EQ(Table("DBRHEAD.DBF"), "OTHER C8, G011 C1\n1: G011=\"I\"\n");
+  EXPECT_EQ(Table("DBRTOV.DBF"), "G33 N3, G32 C1\n1: G33=\"0\"\n");
+}
+
+// Rows are added in the layout that the table has; what its maker put elsewhere stays.
+TEST_F(BadInputTest, TablesOfOtherMakers) {
+  const TableImage fields = TableImage().Field("G073", 'C', 7).Field("G33", 'C', 10);
+  const TableImage goods = TableImage(fields).Row({"1", "Я"});
+  const TableImage memo = TableImage(fields).Field("NOTE", 'M', 10).Row({"1", "Я"});
+  const struct {
+    const char* what;
+    std::string bytes;
+    const char* fields;
+  } cases[] = {
+      {"version 30", TableImage(goods).Extended().Bytes(), "G073 C7, G33 C10\n"},
+      {"memo", WithByte(memo.Bytes(), 0, 0x83), "G073 C7, G33 C10, NOTE M10\n"},
+      {"no code page mark", WithByte(goods.Bytes(), 29, 0), "G073 C7, G33 C10\n"},
+      {"no end mark", goods.Bytes().substr(0, goods.Bytes().size() - 1), "G073 C7, G33 C10\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    host.files["C:\\OUT\\DBRTOV.DBF"] = c.bytes;
+    EXPECT_TRUE(Convert({Declaration("B")}));
+    EXPECT_EQ(Table("DBRTOV.DBF"), std::string(c.fields) +
+                                       "1: G073=\"1\" G33=\"Я\"\n"
+                                       "2: G073=\"0001234\" G33=\"B\"\n");
+    EXPECT_EQ(host.files["C:\\OUT\\DBRTOV.DBF"].bytes()[0], c.bytes[0]);
+  }
+}
+
+}  // namespace
+}  // namespace customsconv
