@@ -13,7 +13,8 @@ function(customsconv_settings target)
     # gcc 12 takes "literal" + std::string for overlapping copies (its bug 105651).
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
+                             $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
   if(CUSTOMSCONV_SANITIZE)
     target_compile_options(${target} PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all
                            -fno-omit-frame-pointer)

@@ -4,15 +4,20 @@
 
 #include <iconv.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include "customsconv.h"
 
-/* A short text of the two parts, cut at 255 bytes. */
+/* A short text of the two parts; they must fit into it. */
 static inline customsconv_text Joined(const char* head, const char* tail) {
   customsconv_text text;
-  memset(&text, 0, sizeof text);
-  text.length = (unsigned char)snprintf(text.bytes, sizeof text.bytes, "%s%s", head, tail);
+  const size_t head_size = strlen(head);
+  const size_t tail_size = strlen(tail);
+  if (head_size + tail_size > sizeof text.bytes) abort();
+  text.length = (unsigned char)(head_size + tail_size);
+  memcpy(text.bytes, head, head_size);
+  memcpy(text.bytes + head_size, tail, tail_size);
   return text;
 }
 
