@@ -14,7 +14,7 @@ bool StartProgram(std::string_view program_folder, StartUpState& state, CommandC
   return false;
 }
 
-void WriteMessages(JsonWriter& json, const TerminalDialogs& dialogs) {
+void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error_1251) {
   json.Key("messages");
   json.BeginArray();
   for (const TerminalDialogs::Shown& shown : dialogs.shown()) {
@@ -26,11 +26,17 @@ void WriteMessages(JsonWriter& json, const TerminalDialogs& dialogs) {
     json.EndObject();
   }
   json.EndArray();
+  if (!error_1251.empty()) {
+    json.Key("error");
+    json.WinText(error_1251);
+  }
+  json.EndObject();
+  json.Finish();
 }
 
 void TellError(CommandContext& context, std::string_view text_1251) {
   context.dialogs.ClearProgressLine();
-  context.output.Remark("error: " + Utf8FromWin(text_1251) + "\n");
+  context.output.Remark("error: " + OneLine(Utf8FromWin(text_1251)) + "\n");
 }
 
 }  // namespace customsconv::cli

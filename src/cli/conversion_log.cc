@@ -74,7 +74,7 @@ void ConversionLog::BeginFile(const std::string& file) {
 }
 
 void ConversionLog::EndFile(std::string_view error) {
-  log_.error = Utf8FromWin(error);
+  log_.error = OneLine(Utf8FromWin(error));
   context_.dialogs.ClearProgressLine();
   if (context_.json) {
     if (explain_) json_.EndArray();
@@ -89,13 +89,7 @@ void ConversionLog::Finish(bool result, std::string_view error_1251) {
   json_.EndArray();
   json_.Key("result");
   json_.Bool(result);
-  WriteMessages(json_, context_.dialogs);
-  if (!error_1251.empty()) {
-    json_.Key("error");
-    json_.WinText(error_1251);
-  }
-  json_.EndObject();
-  json_.Finish();
+  FinishJson(json_, context_.dialogs, error_1251);
 }
 
 void ConversionLog::RegistrationNumber(std::string_view number) {

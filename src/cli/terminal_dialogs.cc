@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::string_view kClearLine = "\r\x1B[K";
 
-// A message is one line of the remark stream, whatever breaks it holds.
+}  // namespace
+
 std::string OneLine(std::string_view utf8) {
   std::string text;
   for (const std::string_view line : Words(utf8, CharSet("\r\n"))) {
@@ -20,8 +21,6 @@ std::string OneLine(std::string_view utf8) {
   }
   return text;
 }
-
-}  // namespace
 
 class TerminalDialogs::Line : public Progress {
  public:

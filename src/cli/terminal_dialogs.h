@@ -11,6 +11,9 @@
 
 namespace customsconv::cli {
 
+// A message on one line, whatever line breaks it holds.
+[[nodiscard]] std::string OneLine(std::string_view utf8);
+
 // The system's messages on the remark stream, one a line: "message: TEXT",
 // "exception: TEXT", "question: TEXT", "choice: TEXT". All are kept, in the order
 // in which they were shown, for JSON output.
