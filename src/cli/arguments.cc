@@ -28,6 +28,12 @@ std::string WinArgument(std::string_view utf8) {
 
 ShortText FileArgument(std::string_view utf8) { return Checked(WinArgument(utf8), utf8); }
 
+std::vector<ShortText> FileArguments(const std::vector<std::string>& utf8) {
+  std::vector<ShortText> files;
+  for (const std::string& file : utf8) files.push_back(FileArgument(file));
+  return files;
+}
+
 ShortText FolderArgument(std::string_view utf8) {
   std::string path = WinArgument(utf8);
   if (!path.empty() && !IsPathSeparator(path.back())) path += '/';

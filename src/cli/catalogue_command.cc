@@ -68,9 +68,7 @@ class CatalogueView {
 
   void EndJson() {
     json_.EndArray();
-    WriteMessages(json_, context_.dialogs);
-    json_.EndObject();
-    json_.Finish();
+    FinishJson(json_, context_.dialogs);
   }
 
   void ShowType(const TDocInfo& type) {
@@ -148,10 +146,21 @@ class CatalogueView {
   JsonWriter json_;
 };
 
+// A failure is a JSON result, too.
+void FinishFailure(CommandContext& context, std::string_view error_1251) {
+  if (!context.json) return;
+  JsonWriter json(context.output);
+  json.BeginObject();
+  FinishJson(json, context.dialogs, error_1251);
+}
+
 ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& context) {
   try {
     StartUpState state(context.host);
-    if (!StartProgram(options.program, state, context)) return ExitStatus::kNegative;
+    if (!StartProgram(options.program, state, context)) {
+      FinishFailure(context, state.quiet_failure());
+      return ExitStatus::kNegative;
+    }
     CatalogueView view(context, state);
     if (options.code.empty()) {
       view.List();
@@ -161,6 +170,7 @@ ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& contex
     return ExitStatus::kDone;
   } catch (const Error& error) {
     TellError(context, error.text());
+    FinishFailure(context, error.text());
     return ExitStatus::kError;
   }
 }

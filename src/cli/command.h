@@ -45,8 +45,9 @@ void AddValidateCommand(CLI::App& app, Command& chosen);
 [[nodiscard]] bool StartProgram(std::string_view program_folder, StartUpState& state,
                                 CommandContext& context);
 
-// The "messages" member that closes every JSON result.
-void WriteMessages(JsonWriter& json, const TerminalDialogs& dialogs);
+// Closes the object of a JSON result, as all end: "messages" and, when there is an error (code
+// page 1251), "error".
+void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error_1251 = {});
 
 // Tells an error of the library on the remark stream ("error: TEXT"). The text is code page 1251.
 void TellError(CommandContext& context, std::string_view text_1251);

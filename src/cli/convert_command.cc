@@ -34,9 +34,8 @@ struct ConvertArguments {
   explicit ConvertArguments(const ConvertOptions& options)
       : program(FolderArgument(options.program)),
         rules(FileArgument(options.rules)),
-        output(FolderArgument(options.output)) {
-    for (const std::string& file : options.files) files.push_back(FileArgument(file));
-  }
+        output(FolderArgument(options.output)),
+        files(FileArguments(options.files)) {}
 
   ShortText program;
   ShortText rules;

@@ -104,7 +104,11 @@ class TextRecords : public RecordSink {
 class Dump {
  public:
   Dump(const DumpOptions& options, CommandContext& context)
-      : options_(options), context_(context), json_(context.output), state_(context.host) {}
+      : options_(options),
+        files_(FileArguments(options.files)),
+        context_(context),
+        json_(context.output),
+        state_(context.host) {}
 
   ExitStatus Run() {
     if (context_.json) {
@@ -124,7 +128,7 @@ class Dump {
         error_ = state_.quiet_failure();
         return ExitStatus::kNegative;
       }
-      for (const std::string& file : options_.files) ShowFile(FileArgument(file));
+      for (const ShortText& file : files_) ShowFile(file);
       return ExitStatus::kDone;
     } catch (const Error& error) {
       error_ = error.text();
@@ -165,16 +169,11 @@ class Dump {
     json_.EndArray();
     json_.Key("unknown_ids");
     json_.Bool(unknown_ids_);
-    WriteMessages(json_, context_.dialogs);
-    if (!error_.empty()) {
-      json_.Key("error");
-      json_.WinText(error_);
-    }
-    json_.EndObject();
-    json_.Finish();
+    FinishJson(json_, context_.dialogs, error_);
   }
 
   const DumpOptions& options_;
+  std::vector<ShortText> files_;
   CommandContext& context_;
   JsonWriter json_;
   StartUpState state_;

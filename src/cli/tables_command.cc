@@ -43,10 +43,10 @@ RowRange ParseRows(const std::string& text) {
 
 // Runs `show` for each table; a table that cannot be opened ends the command.
 template <typename Show>
-void ForEachTable(const TablesOptions& options, TDbfCache& tables, const Show& show) {
-  for (const std::string& file : options.files) {
+void ForEachTable(const std::vector<ShortText>& files, TDbfCache& tables, const Show& show) {
+  for (const ShortText& file : files) {
     TFileDbfFile table(tables);
-    table.Open(FileArgument(file), kModeRead | kShareDenyNone, OnError::kThrow);
+    table.Open(file, kModeRead | kShareDenyNone, OnError::kThrow);
     show(table);
   }
 }
@@ -54,20 +54,25 @@ void ForEachTable(const TablesOptions& options, TDbfCache& tables, const Show& s
 ExitStatus ShowTables(const TablesOptions& options, bool with_rows, CommandContext& context) {
   TDbfCache tables(context.host);
   const RowRange rows = ParseRows(options.rows);
+  const std::vector<ShortText> files = FileArguments(options.files);
   if (context.json) {
     JsonWriter json(context.output);
     json.BeginObject();
     json.Key("tables");
     json.BeginArray();
-    ForEachTable(options, tables,
-                 [&](TFileDbfFile& table) { ShowJson(table, rows, with_rows, json); });
+    std::string failure;
+    try {
+      ForEachTable(files, tables,
+                   [&](TFileDbfFile& table) { ShowJson(table, rows, with_rows, json); });
+    } catch (const Error& error) {
+      failure = error.text();
+      TellError(context, failure);
+    }
     json.EndArray();
-    WriteMessages(json, context.dialogs);
-    json.EndObject();
-    json.Finish();
-    return ExitStatus::kDone;
+    FinishJson(json, context.dialogs, failure);
+    return failure.empty() ? ExitStatus::kDone : ExitStatus::kError;
   }
-  ForEachTable(options, tables, [&](TFileDbfFile& table) {
+  ForEachTable(files, tables, [&](TFileDbfFile& table) {
     if (!with_rows) {
       ListTable(table, context.output);
     } else if (options.csv) {
@@ -127,9 +132,7 @@ ExitStatus CreateTables(const TablesOptions& options, CommandContext& context) {
     json.BeginArray();
     for (const DescribedTable& described : wanted) json.WinText(folder.str() + described.name);
     json.EndArray();
-    WriteMessages(json, context.dialogs);
-    json.EndObject();
-    json.Finish();
+    FinishJson(json, context.dialogs);
   }
   return ExitStatus::kDone;
 }

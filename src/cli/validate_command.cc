@@ -70,10 +70,11 @@ class CheckRun : public LineList, public CheckObserver {
     try {
       const ShortText program = FolderArgument(options_.program);
       const ShortText schemas = SchemaArgument();
+      const std::vector<ShortText> files = FileArguments(options_.files);
       bool result = true;
-      for (const std::string& file : options_.files) {
-        file_ = file;
-        result = library_.CheckXsd(program, schemas, FileArgument(file), *this, this) && result;
+      for (std::size_t i = 0; i < files.size(); ++i) {
+        file_ = options_.files[i];
+        result = library_.CheckXsd(program, schemas, files[i], *this, this) && result;
         if (!library_.quiet_failure().empty()) Fail(library_.quiet_failure());
       }
       return result && failed_.empty() ? ExitStatus::kDone : ExitStatus::kNegative;
@@ -117,13 +118,7 @@ class CheckRun : public LineList, public CheckObserver {
     json.BeginArray();
     for (const FailedDocument& document : failed_) WriteFailed(json, document);
     json.EndArray();
-    WriteMessages(json, context_.dialogs);
-    if (!error_.empty()) {
-      json.Key("error");
-      json.WinText(error_);
-    }
-    json.EndObject();
-    json.Finish();
+    FinishJson(json, context_.dialogs, error_);
   }
 
   static void WriteFailed(JsonWriter& json, const FailedDocument& document) {

@@ -45,6 +45,7 @@ TFieldInfo FieldOf(const FieldDescriptor& descriptor) {
   field.name = Trim(descriptor.name);
   field.type = descriptor.type;
   field.decimals = descriptor.decimals;
+  field.table_width = descriptor.length;
   if (descriptor.length > kWidestLine) {
     field.width = kLineWidth;
     field.lines = static_cast<std::int16_t>(descriptor.length / kLineWidth + 1);

@@ -1,5 +1,12 @@
 #include "mapping/line_report.h"
 
+#include <algorithm>
+#include <string>
+
+#include "base/short_text.h"
+#include "common/blanks.h"
+#include "storage/dbf_values.h"
+
 namespace customsconv {
 namespace {
 
@@ -12,6 +19,18 @@ std::string_view FieldName(const MappingLine& line, StoredIn where) {
   return where == StoredIn::kBracketField ? line.field.substr(0, line.field.find('[')) : line.field;
 }
 
+// Bytes that the value takes in a row when the field is wide enough; 0 for what the
+// field's type cannot hold.
+std::size_t NeededWidth(const TFieldInfo& field, std::string_view value, int this_year) {
+  char row[ShortText::kMaxSize];
+  FieldDescriptor wide;
+  wide.type = field.type;
+  wide.decimals = field.decimals;
+  wide.length = sizeof row;
+  dbf::StoreValue(row, wide, value, this_year);
+  return field.type == 'N' ? Trim({row, sizeof row}).size() : TrimRight({row, sizeof row}).size();
+}
+
 }  // namespace
 
 void LineReporter::Skipped() const { Tell({.outcome = LineOutcome::kSkipped}, line_.field); }
@@ -21,29 +40,36 @@ void LineReporter::Nothing(bool source_known) const {
 }
 
 void LineReporter::GoodsLocation(std::string_view value, bool written) const {
-  const bool known = record_.target.CurBasis().IndexOfName(line_.field) >= 0;
-  LineOutcome outcome = LineOutcome::kEmpty;
-  if (written) outcome = known ? LineOutcome::kWritten : LineOutcome::kNoSuchField;
-  Tell({.value = value, .outcome = outcome}, line_.field);
+  if (written) {
+    Held(line_.field, value, value.size());
+  } else {
+    Tell({.value = value, .outcome = LineOutcome::kEmpty}, line_.field);
+  }
 }
 
-void LineReporter::Stored(const ShortText& value, StoredIn where) const {
+void LineReporter::Stored(std::string_view value, std::size_t source_size, StoredIn where) const {
+  Held(FieldName(line_, where), value, source_size);
+}
+
+void LineReporter::Held(std::string_view field, std::string_view value,
+                        std::size_t source_size) const {
   if (observer_ == nullptr) return;
-  const std::string_view field = FieldName(line_, where);
   const TBasis& level = record_.target.CurBasis();
   const int position = level.IndexOfName(field);
-  LineReport report{.value = value};
-  if (where == StoredIn::kNowhere || position < 0) {
-    report.outcome = LineOutcome::kNoSuchField;
-  } else {
-    const std::string stored = record_.target.GetField(field);
-    report.value = stored;
-    report.length = stored.size();
-    report.width = static_cast<std::size_t>(level.TotalWidth(position));
-    const bool text = level.Item(position).type == 'C';
-    if (text && report.length > report.width) report.outcome = LineOutcome::kCut;
-    Tell(report, field);
+  if (position < 0) {
+    Tell({.value = value, .outcome = LineOutcome::kNoSuchField}, field);
     return;
+  }
+  const TFieldInfo& target = level.Item(position);
+  const std::string held = record_.target.GetField(field);
+  const std::size_t needed = NeededWidth(target, held, record_.run.environment.ThisYear());
+  LineReport report{.value = held};
+  report.length = source_size > ShortText::kMaxSize ? source_size : needed;
+  report.width = std::min<std::size_t>(target.table_width, ShortText::kMaxSize);
+  if (needed == 0) {
+    report.outcome = LineOutcome::kEmpty;
+  } else if (report.length > report.width) {
+    report.outcome = LineOutcome::kCut;
   }
   Tell(report, field);
 }

@@ -1,9 +1,9 @@
 #ifndef CUSTOMSCONV_MAPPING_LINE_REPORT_H_
 #define CUSTOMSCONV_MAPPING_LINE_REPORT_H_
 
+#include <cstddef>
 #include <string_view>
 
-#include "base/short_text.h"
 #include "mapping/mapping_line.h"
 #include "mapping/record_scope.h"
 #include "mapping/value_store.h"
@@ -20,9 +20,13 @@ class LineReporter {
   // Nothing was written: the value is empty, or the expression names nothing.
   void Nothing(bool source_known) const;
   void GoodsLocation(std::string_view value, bool written) const;
-  void Stored(const ShortText& value, StoredIn where) const;
+  // `source_size` is the size that the value had before it was cut to 255 bytes.
+  void Stored(std::string_view value, std::size_t source_size, StoredIn where) const;
 
  private:
+  // Judges what the table field will keep of the value that the target record now holds
+  // (of `value`, when there is no such field).
+  void Held(std::string_view field, std::string_view value, std::size_t source_size) const;
   void Tell(LineReport report, std::string_view field) const;
 
   static MappingObserver* Wanted(MappingObserver* observer) {

@@ -128,7 +128,7 @@ void RecordMapper::ApplyLine(RecordScope& record, MappingLine& line) {
     return;
   }
   const ShortText stored = Cleaned(*value);
-  reporter.Stored(stored, StoreValue(record, line, stored));
+  reporter.Stored(stored, value->size(), StoreValue(record, line, stored));
 }
 
 }  // namespace customsconv

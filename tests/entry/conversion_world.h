@@ -83,9 +83,9 @@ class ConversionWorld {
       "[TD1.HEADER]\nShortName=DT 1\nMainBlock=TOVAR\nDbfName=dbrhead.dbf\n"
       "[TD1.Files]\nHEAD=DBRHEAD.DBF\n"
       "[TD5.HEADER]\nShortName=DT 5\nMainBlock=TOVAR\nDbfName=DBRHEAD.DBF\n"
-      "[TD5.Files]\nHEAD=DBRHEAD.DBF [G073]\n  TOVAR=DBRTOV.DBF [G073]\n"
-      "  COMP=DBRCMP.DBF [G073]\n"
-      "[TS.HEADER]\nShortName=DTS 1\nDbfName=SBRHEAD.DBF\n[TS.Files]\nHEAD=SBRHEAD.DBF [G073]\n";
+      "[TD5.Files]\nHEAD = DBRHEAD.DBF [G073]\n  TOVAR = DBRTOV.DBF [G073]\n"
+      "  COMP = DBRCMP.DBF [G073]\n"
+      "[TS.HEADER]\nShortName=DTS 1\nDbfName=SBRHEAD.DBF\n[TS.Files]\nHEAD = SBRHEAD.DBF [G073]\n";
 
   static constexpr const char* kRules =
       "[DBRHEAD]\n=ESADout,KTDout\nG011=Proc\n[DBRTOV]\nGoods{\nG33=Code\n"

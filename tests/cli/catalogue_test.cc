@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include "cli_world.h"
+
+namespace customsconv::cli {
+namespace {
+
+class CatalogueTest : public CliWorld, public testing::Test {};
+
+TEST_F(CatalogueTest, ListShowsTypesWithTablesAndFiles) {
+  EXPECT_EQ(RunProgram({"catalogue", "list", "--program", "C:\\PROG"}), 0);
+  EXPECT_NE(output.results.find("DT5  ДТ 5  DBRHEAD.DBF  C:\\PROG/Data\\Kordwin.dcf\n"),
+            std::string::npos)
+      << output.results;
+  EXPECT_NE(output.results.find("ESADout  ЭД ДТ  C:\\PROG/Data\\Kordwin.dcf\n"), std::string::npos);
+  EXPECT_EQ(RunProgram({"catalogue", "list", "--json", "--program", "C:\\PROG"}), 0);
+  EXPECT_NE(output.results.find(
+                R"({"code":"ESADout","short_name":"ЭД ДТ","full_name":"","main_block":"Goods",)"
+                R"("table":"","root":"ESADout","file":"C:\\PROG/Data\\Kordwin.dcf"})"),
+            std::string::npos)
+      << output.results;
+}
+
+TEST_F(CatalogueTest, ShowPrintsTheFieldTree) {
+  EXPECT_EQ(RunProgram({"catalogue", "show", "--program", "C:\\PROG", "ESADout"}), 0);
+  EXPECT_EQ(output.results,
+            "ESADout  ЭД ДТ  C:\\PROG/Data\\Kordwin.dcf\n"
+            "  Proc  C 2  <Proc>  Вид\n  Empty  C 5  <Empty>\n"
+            "  Goods  block  <Goods>\n    Code  C 10  <p:Code>  Код\n"
+            "    Part  block  <Part>\n      Sum  N 13.2  <Sum>\n");
+  EXPECT_EQ(RunProgram({"catalogue", "show", "--json", "--program", "C:\\PROG", "ESADout"}), 0);
+  EXPECT_EQ(
+      output.results,
+      R"({"fields":[)"
+      R"({"name":"Proc","caption":"Вид","xml_path":"Proc","type":"C","width":2,"lines":1,"decimals":0},)"
+      R"({"name":"Empty","caption":"","xml_path":"Empty","type":"C","width":5,"lines":1,"decimals":0},)"
+      R"({"name":"Goods","caption":"","xml_path":"Goods","block":[)"
+      R"({"name":"Code","caption":"Код","xml_path":"p:Code","type":"C","width":10,"lines":1,"decimals":0},)"
+      R"({"name":"Part","caption":"","xml_path":"Part","block":[)"
+      R"({"name":"Sum","caption":"","xml_path":"Sum","type":"N","width":13,"lines":1,"decimals":2}]}]}],)"
+      R"("messages":[]})"
+      "\n");
+}
+
+TEST_F(CatalogueTest, ATableSetTakesItsFieldsFromTheTables) {
+  EXPECT_EQ(
+      RunProgram({"catalogue", "show", "--program", "C:\\PROG", "--tables", "C:\\OUT", "DT5"}), 0);
+  EXPECT_EQ(output.results,
+            "DT5  ДТ 5  DBRHEAD.DBF  C:\\PROG/Data\\Kordwin.dcf\n  G073  C 7\n  G011  C 4\n  TOVAR "
+            " block\n"
+            "    G073  C 7\n    G33  C 2\n");
+}
+
+TEST_F(CatalogueTest, FailuresAreStatusesAndJson) {
+  EXPECT_EQ(RunProgram({"catalogue", "show", "--json", "--program", "C:\\PROG", "Нет"}), 3);
+  EXPECT_EQ(output.results, "{\"messages\":[],\"error\":\"Не описан документ Нет\"}\n");
+  EXPECT_EQ(output.remarks, "error: Не описан документ Нет\n");
+  EXPECT_EQ(RunProgram({"catalogue", "list", "--program", "C:\\NOWHERE"}), 3);
+  host.files.Remove("C:\\PROG\\document.dcf");
+  EXPECT_EQ(RunProgram({"catalogue", "list", "--json", "--program", "C:\\PROG"}), 1);
+  EXPECT_EQ(output.results.rfind("{\"messages\":[", 0), 0U) << output.results;
+}
+
+}  // namespace
+}  // namespace customsconv::cli

@@ -1,0 +1,94 @@
+#ifndef CUSTOMSCONV_TESTS_CLI_CLI_WORLD_H_
+#define CUSTOMSCONV_TESTS_CLI_CLI_WORLD_H_
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/run.h"
+#include "support/environment_builder.h"
+#include "support/fake_host.h"
+#include "support/table_image.h"
+
+namespace customsconv::cli {
+
+// Keeps what is printed and answers from a queue.
+class RecordingOutput : public Output {
+ public:
+  void Result(std::string_view bytes) override { results += bytes; }
+  void Remark(std::string_view bytes) override { remarks += bytes; }
+  [[nodiscard]] bool IsTerminal() const override { return terminal; }
+  bool ReadAnswer(std::string& line) override {
+    if (answers.empty()) return false;
+    line = answers.front();
+    answers.pop_front();
+    return true;
+  }
+
+  std::string results;
+  std::string remarks;
+  bool terminal = false;
+  std::deque<std::string> answers;
+};
+
+// The program over a world in memory: a program folder with a small catalogue, a table set,
+// rules and one declaration, C:\IN\10702020_110615_0001234.xml.
+class CliWorld {
+ public:
+  CliWorld() {
+    host.files["C:\\PROG\\kord.ini"] = "";
+    host.files["C:\\PROG\\DOCUMENT.INI"] = "";
+    host.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
+    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(kCatalogue);
+    host.files["C:\\RULES\\armti.txt"] = WinLines(
+        "[DBRHEAD]\n=ESADout\nG011=Proc\n[DBRTOV]\nGoods{\nG33=Code\nNOFIELD=Code\nG33=*Nothing\n");
+    host.files["C:\\OUT\\DBRHEAD.DBF"] =
+        TableImage().Field("G073", 'C', 7).Field("G011", 'C', 4).Bytes();
+    host.files["C:\\OUT\\DBRTOV.DBF"] =
+        TableImage().Field("G073", 'C', 7).Field("G33", 'C', 2).Bytes();
+    Xml("10702020_110615_0001234", "<Proc>ИМ</Proc><Goods><Code>0101</Code></Goods>");
+  }
+
+  // A file of one declaration with this content.
+  void Xml(std::string_view name, std::string_view content) {
+    host.files["C:\\IN\\" + std::string(name) + ".xml"] =
+        Win("<?xml version=\"1.0\" encoding=\"windows-1251\"?>\r\n<ESADout a=\"1\">" +
+            std::string(content) + "</ESADout>\r\n");
+  }
+
+  // Runs the program; its exit status. What it prints is in `output`, afresh.
+  int RunProgram(const std::vector<std::string>& arguments) {
+    output.results.clear();
+    output.remarks.clear();
+    return static_cast<int>(cli::Run(arguments, {host.files, host.clock, host.processes}, output));
+  }
+  int Convert(const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments = {
+        "convert",  "--program", "C:\\PROG", "--rules", "C:\\RULES\\armti.txt",
+        "--output", "C:\\OUT"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    arguments.emplace_back(kFile);
+    return RunProgram(arguments);
+  }
+
+  std::string Table(std::string_view name) {
+    return TableDump(host.files["C:\\OUT\\" + std::string(name)].bytes());
+  }
+
+  static constexpr const char* kFile = "C:\\IN\\10702020_110615_0001234.xml";
+  static constexpr const char* kCatalogue =
+      "[ESADout.HEADER]\nShortName=ЭД ДТ\nXmlType=x\nMainBlock=Goods\nPrefix=<ESADout a=\"1\">\n"
+      "[ESADout.Fields]\nProc=C2 |Вид NAMESPACE=\"Proc\"\nEmpty=C5 | NAMESPACE=\"Empty\"\n"
+      "Goods { NAMESPACE=\"Goods\"\n  Code=C10 |Код NAMESPACE=\"p:Code\"\n"
+      "  Part { NAMESPACE=\"Part\"\n    Sum=N10.2 | NAMESPACE=\"Sum\"\n  }\n}\n"
+      "[DT5.HEADER]\nShortName=ДТ 5\nMainBlock=TOVAR\nDbfName=DBRHEAD.DBF\n"
+      "[DT5.Files]\nDBRHEAD = DBRHEAD.DBF [G073]\n  TOVAR = DBRTOV.DBF [G073]\n";
+
+  FakeHost host;
+  RecordingOutput output;
+};
+
+}  // namespace customsconv::cli
+
+#endif  // CUSTOMSCONV_TESTS_CLI_CLI_WORLD_H_

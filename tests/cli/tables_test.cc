@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include "cli_world.h"
+
+namespace customsconv::cli {
+namespace {
+
+class TablesTest : public CliWorld, public testing::Test {
+ protected:
+  TablesTest() {
+    host.files["C:\\OUT\\GOODS.DBF"] = TableImage()
+                                           .Field("G32", 'N', 5)
+                                           .Field("SUM", 'N', 8, 2)
+                                           .Field("NAME", 'C', 20)
+                                           .Field("DAY", 'D', 8)
+                                           .Row({"1", "3.50", "Сахар, \"песок\"", "20260317"})
+                                           .DeletedRow({"2", "", "Соль"})
+                                           .Row({"3"})
+                                           .Bytes();
+  }
+  static constexpr const char* kGoods = "C:\\OUT\\GOODS.DBF";
+};
+
+TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
+  EXPECT_EQ(RunProgram({"tables", "list", kGoods, "C:\\OUT\\dbrtov"}), 0);
+  EXPECT_EQ(output.results,
+            "C:\\OUT\\GOODS.DBF  3 rows\n"
+            "  G32         N 5\n  SUM         N 8.2\n  NAME        C 20\n  DAY         D 8\n"
+            "C:\\OUT\\DBRTOV.DBF  0 rows\n  G073        C 7\n  G33         C 2\n");
+  EXPECT_EQ(RunProgram({"tables", "list", "--json", "C:\\OUT\\DBRTOV.DBF"}), 0);
+  EXPECT_EQ(output.results, R"({"tables":[{"file":"C:\\OUT\\DBRTOV.DBF","rows":0,"fields":[)"
+                            R"({"name":"G073","type":"C","length":7,"decimals":0},)"
+                            R"({"name":"G33","type":"C","length":2,"decimals":0}]}],"messages":[]})"
+                            "\n");
+}
+
+TEST_F(TablesTest, ShowPrintsRowsInThreeForms) {
+  EXPECT_EQ(RunProgram({"tables", "show", kGoods}), 0);
+  EXPECT_EQ(output.results,
+            " # | G32 |  SUM | NAME           | DAY\n"
+            " 1 |   1 | 3.50 | Сахар, \"песок\" | 17.03.26\n"
+            "*2 |   2 |      | Соль           |\n"
+            " 3 |   3 |      |                |\n");
+  EXPECT_EQ(RunProgram({"tables", "show", "--csv", kGoods}), 0);
+  EXPECT_EQ(output.results, "G32,SUM,NAME,DAY\n1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n3,,,\n");
+  EXPECT_EQ(RunProgram({"tables", "show", "--json", "--rows", "1-2", kGoods}), 0);
+  const std::string records = output.results.substr(output.results.find("\"records\""));
+  EXPECT_EQ(records, R"("records":[{"number":1,"deleted":false,)"
+                     R"("values":["1","3.50","Сахар, \"песок\"","17.03.26"]},)"
+                     R"({"number":2,"deleted":true,"values":["2","","Соль",""]}]}],"messages":[]})"
+                     "\n");
+}
+
+TEST_F(TablesTest, RowsChooseARange) {
+  const struct {
+    const char* rows;
+    const char* shown;
+  } cases[] = {{"1", "1,3.5"}, {"2-", "3,,"}, {"3-900", "3,,"}, {"4", ""}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.rows);
+    EXPECT_EQ(RunProgram({"tables", "show", "--csv", "--rows", c.rows, kGoods}), 0);
+    const std::string rows = output.results.substr(output.results.find('\n') + 1);
+    EXPECT_EQ(rows.substr(0, std::string(c.shown).size()), c.shown);
+    EXPECT_EQ(rows.empty(), c.shown[0] == '\0');
+  }
+}
+
+TEST_F(TablesTest, ATableThatCannotBeOpenedIsAnError) {
+  host.files["C:\\OUT\\BAD.DBF"] = "picture";
+  EXPECT_EQ(RunProgram({"tables", "list", "C:\\OUT\\NO.DBF"}), 3);
+  EXPECT_EQ(output.remarks, "error: dBaseInt: Не найден файл C:\\OUT\\NO.DBF\n");
+  EXPECT_EQ(RunProgram({"tables", "list", "--json", "C:\\OUT\\DBRTOV.DBF", "C:\\OUT\\BAD.DBF"}), 3);
+  EXPECT_NE(
+      output.results.find("}],\"messages\":[],\"error\":\"DBF not DBF: C:\\\\OUT\\\\BAD.DBF\"}\n"),
+      std::string::npos)
+      << output.results;
+}
+
+TEST_F(TablesTest, CreateMakesADescribedSet) {
+  host.files["C:\\IN\\set.txt"] = Win(
+      "; набор\r\n# тоже\r\n\r\na  g1 c 10\r\nB.DBF KEY N 8 2\r\nA\tG2 D 8\r\nB LONG C 300\r\n");
+  host.files.AddFolder("C:\\NEW\\");
+  const std::vector<std::string> create = {"tables",          "create",   "--description",
+                                           "C:\\IN\\set.txt", "--output", "C:\\NEW"};
+  EXPECT_EQ(RunProgram(create), 0);
+  EXPECT_EQ(output.results, "C:\\NEW/A.DBF\nC:\\NEW/B.DBF\n");
+  EXPECT_EQ(TableDump(host.files["C:\\NEW\\A.DBF"].bytes()), "G1 C10, G2 D8\n");
+  EXPECT_EQ(TableDump(host.files["C:\\NEW\\B.DBF"].bytes()), "KEY N8.2, LONG C300\n");
+  EXPECT_EQ(RunProgram(create), 2) << "tables that exist stay";
+}
+
+TEST_F(TablesTest, CreateNamesTheLineThatCannotBe) {
+  const struct {
+    const char* line;
+    const char* cause;
+  } cases[] = {
+      {"A G1 C", "wanted: TABLE FIELD TYPE WIDTH [DECIMALS]"},
+      {"A G1 X 5", "the type is one of C, N, D, L, M"},
+      {"A G1 D 10", "the width of a D field lies from 8 to 8"},
+      {"A G1 N x", "the width of a N field lies from 1 to 32"},
+      {"A G1 N 5 4", "the decimals lie from 0 to 3"},
+      {"A ABCDEFGHIJK C 5", "a field name has at most 10 letters"},
+      {"..\\A G1 C 5", "a table name holds no folder"},
+      {"A G0 C 5", "the table has this field already"},
+      {"A G1 C 65000\nA G2 C 65000", "the record would be longer than 65535 bytes"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.line);
+    host.files["C:\\IN\\set.txt"] = "A G0 C 5\n" + std::string(c.line);
+    EXPECT_EQ(
+        RunProgram({"tables", "create", "--description", "C:\\IN\\set.txt", "--output", "C:\\OUT"}),
+        2);
+    EXPECT_NE(output.remarks.find(c.cause), std::string::npos) << output.remarks;
+    EXPECT_NE(output.remarks.find("set.txt, line "), std::string::npos);
+    EXPECT_FALSE(host.files.Has("C:\\OUT\\A.DBF"));
+  }
+}
+
+}  // namespace
+}  // namespace customsconv::cli
