@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include "cli_world.h"
+
+namespace customsconv::cli {
+namespace {
+
+constexpr const char* kLock = "C:\\OUT\\veltlock.$$$";
+
+class ConvertTest : public CliWorld, public testing::Test {};
+
+TEST_F(ConvertTest, PrintsOneLineAFile) {
+  host.files["C:\\IN\\two.xml"] =
+      "<DocBody><ESADout a=\"1\"></ESADout></DocBody><DocBody><ESADout "
+      "a=\"1\"></ESADout></DocBody>";
+  EXPECT_EQ(Convert({"C:\\IN\\two.xml"}), 0);
+  EXPECT_EQ(output.results,
+            "C:\\IN\\two.xml: 00000000/150324/0000002; converted: ESADout 1; skipped: ESADout 2 "
+            "(a file's first declaration is converted only); rows: DBRHEAD.DBF +1\n"
+            "C:\\IN\\10702020_110615_0001234.xml: 10702020/110615/0001234; converted: ESADout 1; "
+            "rows: DBRHEAD.DBF +1 DBRTOV.DBF +1\n");
+  EXPECT_EQ(output.remarks, "");
+}
+
+TEST_F(ConvertTest, JsonHoldsFilesResultAndMessages) {
+  Xml("10702020_110615_0001234", "<Old>x</Old>");
+  EXPECT_EQ(Convert({"--json"}), 0);
+  EXPECT_EQ(output.results,
+            R"({"files":[{"file":"C:\\IN\\10702020_110615_0001234.xml",)"
+            R"("number":"10702020/110615/0001234","converted":[{"kind":"ESADout","occurrence":1,)"
+            R"("section_line":1,"table":"DBRHEAD.DBF"}],"skipped":[],)"
+            R"("rows_added":{"DBRHEAD.DBF":1}}],"result":true,"messages":[{"kind":"message",)"
+            R"("text":"В документе 10702020_110615_0001234.xml были найдены неверные )"
+            R"(идентифиаторы (устаревший формат?).\n\rВозможно при конвертации XML файла часть )"
+            R"(информации была потеряна"}]})"
+            "\n");
+  EXPECT_EQ(output.remarks, "");
+}
+
+TEST_F(ConvertTest, MessagesAreSingleLinesOnTheRemarkStream) {
+  Xml("10702020_110615_0001234", "<Old>x</Old>");
+  EXPECT_EQ(Convert(), 0);
+  EXPECT_EQ(output.remarks.rfind("message: В документе 10702020_110615_0001234.xml были", 0), 0U);
+  EXPECT_EQ(output.remarks.find('\n'), output.remarks.size() - 1) << output.remarks;
+}
+
+TEST_F(ConvertTest, StatusesAreThoseOfTheFunction) {
+  EXPECT_EQ(Convert({"C:\\IN\\missing.xml"}), 1) << "the other file is converted all the same";
+  EXPECT_NE(output.results.find("missing.xml: -; converted: nothing; rows: none; failed: "),
+            std::string::npos)
+      << output.results;
+  EXPECT_NE(output.results.find("DBRTOV.DBF +1"), std::string::npos);
+
+  EXPECT_EQ(RunProgram({"convert", "--program", "C:\\PROG", "--rules", "C:\\RULES\\armti.txt",
+                        "--output", "C:\\NOWHERE", kFile}),
+            2);
+  EXPECT_EQ(output.remarks, "error: no such folder: C:\\NOWHERE\n");
+
+  host.files.Remove("C:\\PROG\\kord.ini");
+  EXPECT_EQ(Convert({"--json"}), 3);
+  EXPECT_NE(output.results.find(
+                R"(],"result":false,"messages":[],"error":"Не найден файл C:\\PROG/Kord.ini"})"),
+            std::string::npos)
+      << output.results;
+}
+
+TEST_F(ConvertTest, ExplainsEveryLineAndWritesTheSameTables) {
+  EXPECT_EQ(Convert({"--explain"}), 0);
+  const std::string at = "C:\\RULES\\armti.txt:";
+  EXPECT_EQ(output.results.substr(0, output.results.rfind("C:\\IN\\")),
+            at + "3: \\ G011 = Proc: 'ИМ' -> DBRHEAD.DBF.G011 written\n" +  //
+                at + "6: Goods\\1 G33 = Code: '0101' -> DBRTOV.DBF.G33 cut from 4 to 2\n" + at +
+                "7: Goods\\1 NOFIELD = Code: '0101' -> DBRTOV.DBF.NOFIELD no such field\n" + at +
+                "8: Goods\\1 G33 = *Nothing: '' -> DBRTOV.DBF.G33 no such source\n");
+  const std::string explained = Table("DBRHEAD.DBF") + Table("DBRTOV.DBF");
+
+  CliWorld plain;
+  EXPECT_EQ(plain.Convert(), 0);
+  EXPECT_EQ(plain.Table("DBRHEAD.DBF") + plain.Table("DBRTOV.DBF"), explained);
+
+  EXPECT_EQ(Convert({"--explain", "--json"}), 0);
+  EXPECT_NE(output.results.find(
+                R"("explain":[{"line":3,"source_path":"","expression":"Proc","value":"ИМ",)"
+                R"("table":"DBRHEAD.DBF","field":"G011","outcome":"written"},)"
+                R"({"line":6,"source_path":"Goods\\1","expression":"Code","value":"0101",)"
+                R"("table":"DBRTOV.DBF","field":"G33","outcome":"cut","cut_from":4,"cut_to":2},)"),
+            std::string::npos)
+      << output.results;
+}
+
+TEST_F(ConvertTest, ExplainsWhatATableFieldKeeps) {
+  const auto x = [](std::size_t count) { return std::string(count, 'x'); };
+  const struct {
+    char type;
+    int width;
+    int decimals;
+    std::string value;
+    const char* outcome;
+  } cases[] = {
+      {'C', 10, 0, x(10), "written"},
+      {'C', 10, 0, x(11), "cut from 11 to 10"},
+      {'C', 10, 0, "", "empty"},
+      {'C', 250, 0, x(251), "cut from 251 to 250"},
+      {'C', 252, 0, x(252), "written"},
+      {'C', 252, 0, x(253), "cut from 253 to 252"},
+      {'C', 300, 0, x(255), "written"},
+      {'C', 300, 0, x(300), "cut from 300 to 255"},
+      {'C', 100, 0, x(300), "cut from 300 to 100"},
+      {'N', 5, 0, "12345", "written"},
+      {'N', 5, 0, "123456", "cut from 6 to 5"},
+      {'N', 8, 2, "12345.678", "written"},
+      {'N', 8, 2, "123456.7", "cut from 9 to 8"},
+      {'N', 8, 3, "1234.56789", "written"},
+      {'N', 8, 3, "12345", "cut from 9 to 8"},
+      {'D', 8, 0, "11.06.2015", "written"},
+      {'D', 8, 0, "soon", "empty"},
+      {'L', 1, 0, "1", "written"},
+      {'L', 1, 0, "maybe", "empty"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(1, c.type) + std::to_string(c.width) + " " + c.value);
+    // The second field spares the table from being too small for one.
+    host.files["C:\\OUT\\DBRHEAD.DBF"] =
+        TableImage().Field("F", c.type, c.width, c.decimals).Field("PASP", 'C', 60).Bytes();
+    host.files["C:\\RULES\\armti.txt"] = "[DBRHEAD]\r\n=ESADout\r\nF=Proc\r\n";
+    Xml("10702020_110615_0001234", "<Proc>" + c.value + "</Proc>");
+    ASSERT_EQ(Convert({"--explain"}), 0);
+    const std::string line = output.results.substr(0, output.results.find('\n'));
+    const std::string target = "-> DBRHEAD.DBF.F ";
+    EXPECT_EQ(line.substr(line.find(target) + target.size()), c.outcome);
+  }
+}
+
+TEST_F(ConvertTest, TheLockQuestionIsAnsweredByOption) {
+  const struct {
+    std::vector<std::string> option;
+    std::deque<std::string> typed;  // at a terminal
+    std::uint32_t seconds;
+    bool written;
+  } cases[] = {
+      {{"--on-lock", "abandon"}, {}, 20, false}, {{"--on-lock", "take-over"}, {}, 20, true},
+      {{"--on-lock", "wait"}, {}, 101, true},    {{}, {}, 101, true},
+      {{}, {"1", "", "3"}, 60, false},           {{}, {"2"}, 20, true},
+  };
+  const std::string empty = Table("DBRTOV.DBF");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.option) + testing::PrintToString(c.typed));
+    CliWorld world;
+    world.host.files[kLock] = "";
+    world.output.terminal = !c.typed.empty();
+    world.output.answers = c.typed;
+    EXPECT_EQ(world.Convert(c.option), 0);
+    EXPECT_EQ(world.Table("DBRTOV.DBF") != empty, c.written);
+    EXPECT_EQ(world.host.files.Has(kLock), !c.written) << "the other's lock or nobody's";
+    std::uint32_t waited = 0;
+    for (const std::uint32_t slept : world.host.clock.slept) waited += slept;
+    EXPECT_EQ(waited / 1000, c.seconds);
+    EXPECT_NE(world.output.remarks.find("choice: База занята!"), std::string::npos);
+  }
+}
+
+TEST_F(ConvertTest, AProgressLineStandsOnATerminalOnly) {
+  output.terminal = true;
+  EXPECT_EQ(Convert({kFile}), 0);
+  EXPECT_NE(output.remarks.find("\r\x1B[K2/2 C:\\IN\\"), std::string::npos) << output.remarks;
+  EXPECT_EQ(output.remarks.substr(output.remarks.size() - 4), "\r\x1B[K")
+      << "nothing is left of it";
+}
+
+}  // namespace
+}  // namespace customsconv::cli
