@@ -48,6 +48,7 @@ TDbfMemoryStream& TDbfCache::Add(std::unique_ptr<TDbfMemoryStream> image) {
   TDbfMemoryStream& added = *image;
   spellings_[added.path] = &added;
   images_[added.identity] = std::move(image);
+  for (TFileDbfFile* table : tables_) table->JoinImage(added);
   return added;
 }
 

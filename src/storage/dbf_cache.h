@@ -64,6 +64,7 @@ class TDbfCache {
   [[nodiscard]] TDbfMemoryStream* FindImage(const std::string& path);
   // The held image, however old. Costs no look at the disk for a name seen before.
   [[nodiscard]] TDbfMemoryStream* HeldImage(const std::string& path);
+  // Open tables that read this very file go over to its image.
   TDbfMemoryStream& Add(std::unique_ptr<TDbfMemoryStream> image);
   void Drop(TDbfMemoryStream& image);
   void MarkChanged(TDbfMemoryStream& image);

@@ -16,7 +16,6 @@ namespace customsconv {
 namespace {
 
 constexpr std::string_view kMissing = "dBaseInt: Не найден файл "_cp1251;
-constexpr std::size_t kMovedPiece = 61439;  // bytes moved at a time while a record is deleted
 constexpr std::int64_t kMaxRecordCount = 0xFFFFFFFF;
 
 // The form of a path that messages show.
@@ -24,11 +23,6 @@ ShortText ShownName(std::string_view path) {
   std::string name = UpperCaseRu(path);
   std::replace(name.begin(), name.end(), '/', '\\');
   return name;
-}
-
-void ReadWhole(FileStream& file, GrowingBytes& bytes) {
-  bytes.Resize(static_cast<std::size_t>(file.Size()));
-  bytes.Resize(file.Read(bytes.data(), bytes.size()));
 }
 
 }  // namespace
@@ -77,7 +71,6 @@ DbfStatus TFileDbfFile::OpenExpanded(OnError on_error) {
     if (on_error == OnError::kThrow) throw;
     return DbfStatus::kNoFile;
   }
-  count_in_file_ = layout_->header.record_count;
   record_.assign(layout_->header.record_length, '\0');
   record_ += dbf::kEndOfTable;
   return DbfStatus::kOk;
@@ -95,16 +88,29 @@ bool TFileDbfFile::Attach() {
       bytes_ = TableBytes(std::move(file));
       return true;
     }
-    auto loaded = std::make_unique<TDbfMemoryStream>();
-    ReadWhole(*file, loaded->bytes);
-    loaded->path = path_;
-    loaded->name = file_name_;
-    loaded->file_age = file_time_;
-    image = &cache_.Add(std::move(loaded));
+    image = &cache_.Add(LoadImage(*file));
   }
   file_time_ = image->file_age;
   bytes_ = TableBytes(*image);
   return true;
+}
+
+std::unique_ptr<TDbfMemoryStream> TFileDbfFile::LoadImage(FileStream& file) const {
+  auto image = std::make_unique<TDbfMemoryStream>();
+  image->bytes = ReadWhole(file, path_);
+  image->path = path_;
+  image->name = file_name_;
+  image->file_age = file_time_;
+  return image;
+}
+
+// Its record buffer fits, as files of one stamp have one layout.
+void TFileDbfFile::JoinImage(TDbfMemoryStream& image) {
+  if (bytes_.file() == nullptr || file_time_ != image.file_age || !image.layout) return;
+  if (image.layout->header.record_length != layout_->header.record_length) return;
+  if (cache_.host().files.Identity(path_) != image.identity) return;
+  layout_ = image.layout;
+  bytes_ = TableBytes(image);
 }
 
 DbfStatus TFileDbfFile::CreateTable(TDescrs& fields, std::string_view name) {
@@ -150,28 +156,28 @@ const TDescrs& TFileDbfFile::fields() const {
 
 // ---- records
 
+// The count of an image is the table's own, which others may have changed.
 std::int64_t TFileDbfFile::RecordCount() const {
   if (!layout_ || !bytes_.attached()) return 0;
-  return bytes_.image() != nullptr ? CountInTable() : count_in_file_;
+  const auto image = bytes_.image();
+  return image == nullptr ? layout_->header.record_count
+                          : dbf::ReadU32(image->bytes.data() + dbf::kRecordCountAt);
 }
 
-std::int64_t TFileDbfFile::CountInTable() const {
-  if (const auto image = bytes_.image()) {
-    return dbf::ReadU32(image->bytes.data() + dbf::kRecordCountAt);
+// A file is replaced as a whole, whatever its size, so that it is a table at any moment. A
+// table whose file is another one by now stays without bytes, as one does when its image is
+// dropped.
+bool TFileDbfFile::PrepareChange() {
+  if (bytes_.image() != nullptr) return true;
+  if (bytes_.file() == nullptr) return false;
+  const bool unchanged = cache_.host().files.Stamp(path_) == file_time_;
+  if (unchanged && cache_.FindImage(path_) == nullptr) {
+    auto loaded = LoadImage(*bytes_.file());
+    loaded->layout = ReadLayout(TableBytes(*loaded)).layout;
+    cache_.Add(std::move(loaded));
   }
-  char count[4];
-  return bytes_.Read(dbf::kRecordCountAt, count, sizeof count) ? dbf::ReadU32(count) : 0;
-}
-
-void TFileDbfFile::WriteCount(std::int64_t count) {
-  char bytes[4];
-  dbf::WriteU32(bytes, static_cast<std::uint32_t>(count));
-  bytes_.Write(dbf::kRecordCountAt, {bytes, sizeof bytes});
-  count_in_file_ = count;
-}
-
-void TFileDbfFile::MarkChanged() {
-  if (const auto image = bytes_.image()) cache_.MarkChanged(*image);
+  if (bytes_.image() == nullptr) Detach();
+  return bytes_.image() != nullptr;
 }
 
 void TFileDbfFile::NormaliseMark() {
@@ -196,69 +202,45 @@ DbfStatus TFileDbfFile::GoTo(std::int64_t record) {
 }
 
 DbfStatus TFileDbfFile::Post() {
-  if (current_record_ < 1 || current_record_ > RecordCount()) return DbfStatus::kRefused;
+  if (current_record_ < 1 || !PrepareChange() || current_record_ > RecordCount()) {
+    return DbfStatus::kRefused;
+  }
   NormaliseMark();
-  bytes_.Write(layout_->RecordAt(current_record_),
-               std::string_view(record_).substr(0, layout_->header.record_length));
-  MarkChanged();
+  TDbfMemoryStream& image = *bytes_.image();
+  image.bytes.Overwrite(static_cast<std::size_t>(layout_->RecordAt(current_record_)),
+                        std::string_view(record_).substr(0, layout_->header.record_length));
+  cache_.MarkChanged(image);
   return DbfStatus::kOk;
 }
 
 bool TFileDbfFile::Append() {
-  if (!layout_ || !bytes_.attached()) return false;
-  const std::int64_t count = CountInTable();
+  if (!PrepareChange()) return false;
+  const std::int64_t count = RecordCount();
   if (count >= kMaxRecordCount) return false;
   NormaliseMark();
-  WriteLastRecord(count + 1);
+  bytes_.image()->bytes.Overwrite(static_cast<std::size_t>(layout_->RecordAt(count + 1)), record_);
+  SetRecordCount(count + 1);
   current_record_ = count + 1;
-  MarkChanged();
   return true;
 }
 
-// Puts the record buffer and the end mark behind the records, then counts it. A
-// file whose writing fails gets its end back, so that it stays a table.
-void TFileDbfFile::WriteLastRecord(std::int64_t count) {
-  const std::int64_t at = layout_->RecordAt(count);
-  try {
-    bytes_.Write(at, record_);
-    WriteCount(count);
-  } catch (const FileError&) {
-    bytes_.Truncate(at);
-    bytes_.Write(at, {&dbf::kEndOfTable, 1});
-    throw;
-  }
-}
-
 DbfStatus TFileDbfFile::DeleteRecord(std::int64_t record) {
-  if (!layout_ || !bytes_.attached()) return DbfStatus::kRefused;
-  const std::int64_t count = CountInTable();
-  if (record < 1 || record > count) return DbfStatus::kRefused;
-  MoveRecordsForward(record);
-  const std::int64_t end = layout_->RecordAt(count);
-  bytes_.Truncate(end);
-  bytes_.Write(end, {&dbf::kEndOfTable, 1});
-  WriteCount(count - 1);
+  if (record < 1 || !PrepareChange() || record > RecordCount()) return DbfStatus::kRefused;
+  const std::int64_t count = RecordCount();
+  GrowingBytes& bytes = bytes_.image()->bytes;
+  bytes.Erase(static_cast<std::size_t>(layout_->RecordAt(record)), layout_->header.record_length);
+  const auto end = static_cast<std::size_t>(layout_->RecordAt(count));
+  bytes.Resize(end);
+  bytes.Overwrite(end, {&dbf::kEndOfTable, 1});
+  SetRecordCount(count - 1);
   current_record_ = 0;
-  MarkChanged();
   return DbfStatus::kOk;
 }
 
-// Everything behind the record moves into its place.
-void TFileDbfFile::MoveRecordsForward(std::int64_t record) {
-  if (const auto image = bytes_.image()) {
-    image->bytes.Erase(static_cast<std::size_t>(layout_->RecordAt(record)),
-                       layout_->header.record_length);
-    return;
-  }
-  std::int64_t from = layout_->RecordAt(record + 1);
-  const std::int64_t end = bytes_.Size();
-  std::string piece;
-  while (from < end) {
-    piece.resize(static_cast<std::size_t>(std::min<std::int64_t>(end - from, kMovedPiece)));
-    if (!bytes_.Read(from, piece.data(), piece.size())) return;
-    bytes_.Write(from - layout_->header.record_length, piece);
-    from += static_cast<std::int64_t>(piece.size());
-  }
+void TFileDbfFile::SetRecordCount(std::int64_t count) {
+  TDbfMemoryStream& image = *bytes_.image();
+  dbf::WriteU32(image.bytes.data() + dbf::kRecordCountAt, static_cast<std::uint32_t>(count));
+  cache_.MarkChanged(image);
 }
 
 }  // namespace customsconv

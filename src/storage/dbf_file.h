@@ -28,11 +28,11 @@ enum class OnError { kThrow, kReturn };
 //
 // The table is an image in the cache: reading and writing touch memory only,
 // TDbfCache::Flush brings changed images to disk. (Tables of 10,000,000 bytes and
-// more are used through the file.) Record numbers count from 1. Values cross
-// this interface in code page 1251; the table holds code page 866.
+// more are read from the file; their first change loads the image.) Record numbers
+// count from 1. Values cross this interface in code page 1251; the table holds code page 866.
 class TFileDbfFile {
  public:
-  // Files of so many bytes and more are not held in memory.
+  // Files of so many bytes and more are not loaded for reading.
   static constexpr std::int64_t kMaxImageSize = 10'000'000;
 
   // `cache` must outlive the table.
@@ -57,6 +57,10 @@ class TFileDbfFile {
 
   // Reads the record into the record buffer, unless it is the current one already.
   virtual DbfStatus GoTo(std::int64_t record);
+  // Changes go to the image. The first one of a large table throws FileError when its file cannot
+  // be loaded, the table then is as before; it is refused when the file is no longer the one that
+  // was opened.
+
   // Writes the record buffer over the current record.
   virtual DbfStatus Post();
   // Adds the record buffer as the last record, which becomes current. The record count
@@ -117,19 +121,19 @@ class TFileDbfFile {
   friend class TDbfCache;
 
   [[nodiscard]] DbfStatus OpenExpanded(OnError on_error);
-  // The cached image of the file, or the file itself when it is too large for one.
+  // The cached image of the file, or the file itself when that is large.
   [[nodiscard]] bool Attach();
-  [[nodiscard]] TableBytes Load();
+  [[nodiscard]] std::unique_ptr<TDbfMemoryStream> LoadImage(FileStream& file) const;
+  // A table that reads the file of this image goes over to the image.
+  void JoinImage(TDbfMemoryStream& image);
   // The cache drops the image: the table stays open without bytes.
   void Detach() { bytes_ = TableBytes(); }
 
-  void MarkChanged();
+  // Sees to it that there is an image to change. False when there is none.
+  [[nodiscard]] bool PrepareChange();
   void NormaliseMark();
-  // Takes the record count from the table, which others may have changed.
-  [[nodiscard]] std::int64_t CountInTable() const;
-  void WriteCount(std::int64_t count);
-  void WriteLastRecord(std::int64_t count);
-  void MoveRecordsForward(std::int64_t record);
+  // Tells the image, which was changed, how many records it holds now.
+  void SetRecordCount(std::int64_t count);
 
   // Null when closed or when there is no such field.
   [[nodiscard]] const FieldDescriptor* Field(int field) const;
@@ -147,7 +151,6 @@ class TFileDbfFile {
   FileStamp file_time_ = kNoStamp;
   std::shared_ptr<const TableLayout> layout_;  // null when closed
   TableBytes bytes_;
-  std::int64_t count_in_file_ = 0;  // record count of a table without image, as last seen
 
   std::string record_;  // the record buffer, and the end mark that follows a last record
   std::int64_t current_record_ = -1;

@@ -1,9 +1,26 @@
 #include "storage/dbf_image.h"
 
-#include <algorithm>
 #include <cstring>
+#include <new>
+#include <utility>
+
+#include "base/cp1251_literal.h"
 
 namespace customsconv {
+
+GrowingBytes ReadWhole(FileStream& file, std::string_view path) {
+  const std::int64_t size = file.Size();
+  GrowingBytes bytes;
+  try {
+    if (!std::in_range<std::size_t>(size)) throw std::bad_alloc();
+    bytes.Resize(static_cast<std::size_t>(size));
+  } catch (const std::bad_alloc&) {
+    throw FileError(FileError::Kind::kRead, path, "не хватает памяти"_cp1251);
+  }
+  file.Seek(0, SeekOrigin::kBegin);
+  bytes.Resize(file.Read(bytes.data(), bytes.size()));
+  return bytes;
+}
 
 std::int64_t TableBytes::Size() const {
   if (image_ != nullptr) return static_cast<std::int64_t>(image_->bytes.size());
@@ -20,23 +37,6 @@ bool TableBytes::Read(std::int64_t at, char* to, std::size_t count) const {
   if (!file_) return false;
   file_->Seek(at, SeekOrigin::kBegin);
   return file_->Read(to, count) == count;
-}
-
-void TableBytes::Write(std::int64_t at, std::string_view bytes) {
-  if (image_ != nullptr) {
-    image_->bytes.Overwrite(std::min(static_cast<std::size_t>(at), image_->bytes.size()), bytes);
-  } else if (file_) {
-    file_->Seek(at, SeekOrigin::kBegin);
-    file_->Write(bytes.data(), bytes.size());
-  }
-}
-
-void TableBytes::Truncate(std::int64_t size) {
-  if (image_ != nullptr) {
-    image_->bytes.Resize(static_cast<std::size_t>(size));
-  } else if (file_) {
-    file_->Truncate(size);
-  }
 }
 
 }  // namespace customsconv

@@ -34,8 +34,12 @@ struct TDbfMemoryStream {
   std::shared_ptr<const TableLayout> layout;  // once the image was found to be a table
 };
 
-// Where the bytes of an open table are: in an image of the cache, in the file
-// itself when that is too large for an image, or nowhere once the image was dropped.
+// The whole content of a file. Throws FileError, also when memory does not hold it.
+[[nodiscard]] GrowingBytes ReadWhole(FileStream& file, std::string_view path);
+
+// Where the bytes of an open table are: in an image of the cache, in the file itself when that
+// is large and was only read so far, or nowhere once the image was dropped. Only an image
+// is ever changed.
 class TableBytes {
  public:
   TableBytes() = default;
@@ -45,12 +49,10 @@ class TableBytes {
 
   [[nodiscard]] bool attached() const { return image_ != nullptr || file_ != nullptr; }
   [[nodiscard]] TDbfMemoryStream* image() const { return image_; }
+  [[nodiscard]] FileStream* file() const { return file_.get(); }
   [[nodiscard]] std::int64_t Size() const;
   // False when the table does not hold so many bytes from `at` on. Throws FileError.
   [[nodiscard]] bool Read(std::int64_t at, char* to, std::size_t count) const;
-  // Overwrites bytes and adds what reaches beyond the end. Throws FileError.
-  void Write(std::int64_t at, std::string_view bytes);
-  void Truncate(std::int64_t size);
 
  private:
   TDbfMemoryStream* image_ = nullptr;

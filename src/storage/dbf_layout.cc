@@ -10,9 +10,11 @@ constexpr std::string_view kTooShort = "DBF not DBF: ";
 constexpr std::string_view kWrongSize = "DBF not DBF2: ";
 constexpr std::string_view kWrongRecordLength = "DBF not DBF3: ";
 
+// Records inside the header would overwrite their own count.
 bool SizeFits(const dbf::Header& header, std::int64_t size) {
   const std::int64_t wanted = header.SizeOfRecords();
-  return wanted <= size && size <= wanted + dbf::kSizeTolerance;
+  return header.header_length >= dbf::kHeaderSize && wanted <= size &&
+         size <= wanted + dbf::kSizeTolerance;
 }
 
 // The fields that the descriptors in `head` describe, and the record length that they make.

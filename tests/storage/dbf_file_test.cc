@@ -67,6 +67,8 @@ TEST(TFileDbfFile, RefusesWhatIsNotATable) {
       {"zeros", zeros.substr(0, 65), "DBF not DBF2: "},
       {"last row cut short", table.substr(0, table.size() - 2), "DBF not DBF2: "},
       {"four bytes behind the rows", table + "...", "DBF not DBF2: "},
+      {"rows inside the header", WithU16(WithU16(WithU32(table, 4, 80), 8, 31), 10, 1),
+       "DBF not DBF2: "},
       {"header beyond the file", WithU16(table, 8, 0xFFFF), "DBF not DBF2: "},
       {"a count that overflows", WithU32(table, 4, 0xFFFFFFFF), "DBF not DBF2: "},
       {"record length 0", WithU16(table, 10, 0).substr(0, 98), "DBF not DBF3: "},
@@ -212,25 +214,36 @@ TEST(TFileDbfFile, ReopensWhatChangedOnDisk) {
 }
 
 constexpr int kManyRows = 40'000;
-std::string LargeTable() {
-  TableImage image = TableImage().Field("NUM", 'N', 6).Field("TEXT", 'C', 250);
-  for (int i = 1; i <= kManyRows; ++i) image.Row({std::to_string(i)});
-  return image.Bytes();
+const std::string& LargeTable() {
+  static const std::string kTable = [] {
+    TableImage image = TableImage().Field("NUM", 'N', 6).Field("TEXT", 'C', 250);
+    for (int i = 1; i <= kManyRows; ++i) image.Row({std::to_string(i)});
+    return image.Bytes();
+  }();
+  return kTable;
 }
 
-TEST(TFileDbfFile, UsesLargeTablesThroughTheirFiles) {
-  OpenedTable world(LargeTable());
+TEST(TFileDbfFile, ReadsLargeTablesFromTheirFilesUntilTheFirstChange) {
+  const std::string& before = LargeTable();
+  OpenedTable world(before);
   TFileDbfFile other(world.cache);
   other.Open(world.path, kShared, OnError::kThrow);
+  other.GoTo(kManyRows);
   EXPECT_EQ(world.host.files.open_streams(), 2u);
+  EXPECT_EQ(world.host.files[world.path], before);
   other.SetFieldByName("NUM", "40001");
   EXPECT_TRUE(other.Append());
+  EXPECT_EQ(world.host.files.open_streams(), 0u) << "all share the image";
+  EXPECT_EQ(world.table.RecordCount(), kManyRows + 1);
   world.table.GoTo(kManyRows);
   world.table.SetFieldByName("TEXT", "posted");
   world.table.Post();
   world.table.SetFieldByName("NUM", "40002");
   EXPECT_TRUE(world.table.Append());
   EXPECT_EQ(world.table.DeleteRecord(2), DbfStatus::kOk);
+  EXPECT_EQ(world.host.files[world.path], before);
+  world.Flushed();
+  world.cache.DropCachedFile(world.path);
   ASSERT_EQ(other.Open(world.path, kShared, OnError::kReturn), DbfStatus::kOk);
   EXPECT_EQ(other.RecordCount(), kManyRows + 1);
   for (int record : {1, 2, 300, kManyRows - 1, kManyRows, kManyRows + 1}) {
@@ -239,14 +252,44 @@ TEST(TFileDbfFile, UsesLargeTablesThroughTheirFiles) {
   }
 }
 
-TEST(TFileDbfFile, KeepsALargeTableWholeWhenARowCannotBeWritten) {
+TEST(TFileDbfFile, LeavesALargeTableWholeWhereverTheProgramDies) {
+  const std::string& before = LargeTable();
+  for (const int change : {1, 2, 3}) {
+    OpenedTable world(before);
+    world.host.files.DieAtChange(change, /*tear=*/true);
+    const auto change_rows = [&] {
+      world.table.BlankRecord();
+      world.table.Append();
+      world.table.Post();
+      world.table.DeleteRecord(kManyRows + 1);
+      world.table.Append();
+      world.Flushed();
+    };
+    if (change <= 2) {
+      EXPECT_THROW(change_rows(), SuddenDeath);
+      EXPECT_EQ(world.host.files[world.path], before);
+    } else {
+      change_rows();
+      const std::string row = std::string(257, ' ') + '\x1A';
+      EXPECT_EQ(world.host.files[world.path],
+                WithU32(before.substr(0, before.size() - 1) + row, 4, kManyRows + 1));
+    }
+  }
+}
+
+TEST(TFileDbfFile, ChangesNoLargeTableThatItCannotLoad) {
   OpenedTable world(LargeTable());
-  world.host.files.FailChange(1, /*tear=*/true);
-  EXPECT_THROW(world.table.Append(), FileError);
-  world.host.files.FailChange(2);
-  EXPECT_THROW(world.table.Append(), FileError);
-  ASSERT_EQ(world.table.Open(world.path, kShared, OnError::kReturn), DbfStatus::kOk);
-  EXPECT_EQ(world.table.RecordCount(), kManyRows);
+  world.table.GoTo(1);
+  world.host.files.FailPath(world.path, FileOp::kStreamRead, FileError::Kind::kRead);
+  EXPECT_THROW(world.table.Post(), FileError);
+  world.host.files.StopFailing();
+  EXPECT_EQ(world.table.GoTo(2), DbfStatus::kOk);
+  world.host.files[world.path] = LargeTable();
+  EXPECT_EQ(world.table.Post(), DbfStatus::kRefused) << "the file is another one";
+  EXPECT_FALSE(world.table.Append());
+  EXPECT_EQ(world.table.DeleteRecord(1), DbfStatus::kRefused);
+  EXPECT_TRUE(world.table.Refresh());
+  EXPECT_TRUE(world.table.Append());
 }
 
 }  // namespace
