@@ -31,6 +31,10 @@ void AddNames(std::string_view path, std::vector<std::string_view>& names) {
 
 }  // namespace
 
+bool IsRooted(std::string_view path) {
+  return DriveLength(path) > 0 || (!path.empty() && IsSeparator(path[0]));
+}
+
 std::string FullPath(std::string_view path, std::string_view current_folder) {
   std::vector<std::string_view> names;
   std::string full;

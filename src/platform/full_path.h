@@ -6,6 +6,10 @@
 
 namespace customsconv {
 
+// Begins with a separator or a drive: on a system without drives the current folder
+// says nothing about it.
+[[nodiscard]] bool IsRooted(std::string_view path);
+
 // `path` made absolute as text, with "\" between folders, without "." and ".."
 // and doubled separators; a closing separator stays. Names with a drive ("C:\A")
 // or a server ("\\S\A") are absolute already; a name with one leading separator

@@ -344,6 +344,12 @@ TEST(PosixFiles, NamesThatTheSystemOrTheCodePageCannotHoldLeadNowhere) {
   EXPECT_EQ(posix::NameFromSystem("Ёж/漢"), std::nullopt);
   EXPECT_EQ(posix::NameFromSystem("\xFF"), std::nullopt);
   EXPECT_EQ(posix::NameFromSystem("Ёж №1"), Win("Ёж №1"));
+  fs::create_directory(folder / "漢");
+  EXPECT_EQ(InChild([&] {
+              fs::current_path(folder / "漢");
+              return files.FullName("/A/../B") == "\\B" && files.FullName("B") == "B" ? 0 : 1;
+            }),
+            0);
 }
 
 }  // namespace

@@ -34,6 +34,13 @@ std::optional<struct stat> StatusOf(const std::string& system_name) {
   return status;
 }
 
+// The same for a name as the system sees it. Most names exist as written, which
+// takes one look at the disk.
+std::optional<struct stat> StatusAt(std::string_view path) {
+  auto status = StatusOf(SystemNameAsWritten(path));
+  return status ? status : StatusOf(SystemName(path));
+}
+
 // The existing file that `name` leads to, without links; empty when missing.
 std::string RealName(const std::string& name) {
   char resolved[PATH_MAX];
@@ -76,17 +83,17 @@ bool IsFile(const dirent& entry, const std::string& folder) {
 }  // namespace
 
 bool PosixFiles::Exists(std::string_view path) const {
-  const auto status = StatusOf(SystemName(path));
+  const auto status = StatusAt(path);
   return status && !S_ISDIR(status->st_mode);
 }
 
 bool PosixFiles::FolderExists(std::string_view path) const {
-  const auto status = StatusOf(SystemName(path));
+  const auto status = StatusAt(path);
   return status && S_ISDIR(status->st_mode);
 }
 
 FileStamp PosixFiles::Stamp(std::string_view path) const {
-  const auto status = StatusOf(SystemName(path));
+  const auto status = StatusAt(path);
   return status && !S_ISDIR(status->st_mode) ? StampOf(*status) : kNoStamp;
 }
 
@@ -156,6 +163,7 @@ std::vector<std::string> PosixFiles::Find(std::string_view folder, std::string_v
 }
 
 std::string PosixFiles::FullName(std::string_view path) const {
+  if (IsRooted(path)) return FullPath(path, {});
   const auto current = NameFromSystem(RealName("."));
   if (current && !current->empty()) return FullPath(path, *current);
   // From a folder without a name in the code page, only relative names lead on.
