@@ -1,7 +1,6 @@
 #include "common/ini_file.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "base/cp1251_literal.h"
@@ -10,8 +9,6 @@
 
 namespace customsconv {
 namespace {
-
-constexpr std::string_view kLineEnd = "\r\n";
 
 // Section and key are joined without escaping, so "A_B" with "C" and "A" with
 // "B_C" are one entry; the first line of the file wins.
@@ -57,8 +54,7 @@ void TVeltIni::LoadLines() {
     if (code_page_ == CodePage::kUnknown) code_page_ = DetectCodePage(text);
     if (code_page_ != CodePage::kWindows) text = ToWindows(text, code_page_);
     text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
-    lines_ = SplitIniLines(text);
-    likely_size_ = text.size() + text.size() / 16;
+    lines_.Assign(std::move(text));
   } catch (const FileError& error) {
     unread_ = error.kind() != FileError::Kind::kMissing;
     host_.dialogs.Exception(error.text());
@@ -70,21 +66,23 @@ void TVeltIni::BuildIndex() {
   first_sections_.clear();
   keys_.clear();
   commented_keys_.clear();
+  lines_.Renumber();
   keys_.reserve(lines_.size());
   std::string section;
-  for (auto line = lines_.begin(); line != lines_.end(); ++line) {
-    if (const auto header = ParseSectionHeader(*line)) {
+  for (std::size_t place = 0; place < lines_.size(); ++place) {
+    const std::string_view line = lines_.LineAt(place);
+    if (const auto header = ParseSectionHeader(line)) {
       section = *header;
-      AddSection(section, line);
-    } else if (const auto key_line = ParseKeyLine(*line)) {
-      keys_.try_emplace(FullKey(section, key_line->key), line);
-    } else if (const auto commented = ParseCommentedKey(*line)) {
-      commented_keys_.try_emplace(FullKey(section, *commented), line);
+      AddSection(section, place);
+    } else if (const auto key_line = ParseKeyLine(line)) {
+      keys_.try_emplace(FullKey(section, key_line->key), place);
+    } else if (const auto commented = ParseCommentedKey(line)) {
+      commented_keys_.try_emplace(FullKey(section, *commented), place);
     }
   }
 }
 
-void TVeltIni::AddSection(std::string_view name, Lines::iterator header) {
+void TVeltIni::AddSection(std::string_view name, std::size_t header) {
   first_sections_.try_emplace(std::string(name), sections_.size());
   sections_.push_back({std::string(name), header});
 }
@@ -95,7 +93,8 @@ std::string TVeltIni::ReadString(std::string_view section, std::string_view key,
                                  std::string_view default_value) const {
   const auto found = keys_.find(FullKey(section, key));
   if (found != keys_.end()) {
-    if (const auto key_line = ParseKeyLine(*found->second)) return std::string(key_line->value);
+    if (const auto key_line = ParseKeyLine(lines_.Line(found->second)))
+      return std::string(key_line->value);
   }
   return std::string(default_value);
 }
@@ -109,19 +108,23 @@ bool TVeltIni::ReadBool(std::string_view section, std::string_view key, bool def
   return ReadInteger(section, key, default_value ? 1 : 0) != 0;
 }
 
-TVeltIni::LineRange TVeltIni::LinesOf(std::string_view section) const {
+std::size_t TVeltIni::SectionEnd(std::size_t index) const {
+  return index + 1 < sections_.size() ? sections_[index + 1].header : lines_.size();
+}
+
+TVeltIni::Places TVeltIni::LinesOf(std::string_view section) const {
   const auto found = first_sections_.find(section);
-  if (found == first_sections_.end()) return {lines_.end(), lines_.end()};
-  const std::size_t next = found->second + 1;
-  return {std::next(sections_[found->second].header),
-          next < sections_.size() ? Lines::const_iterator(sections_[next].header) : lines_.end()};
+  if (found == first_sections_.end()) return {0, 0};
+  return {sections_[found->second].header + 1, SectionEnd(found->second)};
 }
 
 std::vector<std::string> TVeltIni::ReadSection(std::string_view section) const {
   std::vector<std::string> result;
-  const LineRange range = LinesOf(section);
-  for (auto line = range.begin; line != range.end; ++line) {
-    if (const auto key_line = ParseKeyLine(*line)) result.emplace_back(key_line->key);
+  const Places places = LinesOf(section);
+  for (std::size_t place = places.begin; place < places.end; ++place) {
+    if (const auto key_line = ParseKeyLine(lines_.LineAt(place))) {
+      result.emplace_back(key_line->key);
+    }
   }
   return result;
 }
@@ -130,18 +133,20 @@ std::vector<std::string> TVeltIni::ReadSections() const {
   std::vector<std::string> result;
   result.reserve(sections_.size());
   for (const Section& section : sections_) {
-    const std::string& header = *section.header;
+    const std::string_view header = lines_.LineAt(section.header);
     const std::size_t end = header.find(']');
-    result.push_back(end == std::string::npos ? std::string() : header.substr(1, end - 1));
+    result.emplace_back(end == header.npos ? std::string_view() : header.substr(1, end - 1));
   }
   return result;
 }
 
 std::vector<std::string> TVeltIni::ReadSectionValues(std::string_view section) const {
   std::vector<std::string> result;
-  const LineRange range = LinesOf(section);
-  std::copy_if(range.begin, range.end, std::back_inserter(result),
-               [](const std::string& line) { return !line.empty() && line.front() != ';'; });
+  const Places places = LinesOf(section);
+  for (std::size_t place = places.begin; place < places.end; ++place) {
+    const std::string_view line = lines_.LineAt(place);
+    if (!line.empty() && line.front() != ';') result.emplace_back(line);
+  }
   return result;
 }
 
@@ -173,48 +178,48 @@ void TVeltIni::WriteBool(std::string_view section, std::string_view key, bool va
 }
 
 bool TVeltIni::SetLine(std::string_view section, std::string_view key, std::string_view value) {
-  const std::string full_key = FullKey(section, key);
-  std::string line = KeyLine(key, value);
+  std::string full_key = FullKey(section, key);
+  const std::string line = KeyLine(key, value);
   if (const auto found = keys_.find(full_key); found != keys_.end()) {
-    if (*found->second == line) return false;
-    *found->second = std::move(line);
+    if (lines_.Line(found->second) == line) return false;
+    lines_.Set(found->second, line);
   } else if (const auto commented = commented_keys_.find(full_key);
              commented != commented_keys_.end()) {
-    *commented->second = std::move(line);
+    lines_.Set(commented->second, line);
     keys_.insert(commented_keys_.extract(commented));
-  } else if (const auto existing = first_sections_.find(section);
-             existing != first_sections_.end()) {
-    InsertIntoSection(existing->second, full_key, std::move(line));
   } else {
-    AppendSection(section, full_key, std::move(line));
+    const auto existing = first_sections_.find(section);
+    const IniLines::Number number = existing != first_sections_.end()
+                                        ? InsertIntoSection(existing->second, line)
+                                        : AppendSection(section, line);
+    keys_.emplace(std::move(full_key), number);
   }
   modified_ = true;
   return true;
 }
 
-TVeltIni::Lines::iterator TVeltIni::SectionEnd(std::size_t index) {
-  return index + 1 < sections_.size() ? sections_[index + 1].header : lines_.end();
-}
-
-void TVeltIni::InsertIntoSection(std::size_t index, std::string_view full_key, std::string line) {
-  auto place = SectionEnd(index);
+IniLines::Number TVeltIni::InsertIntoSection(std::size_t index, std::string_view line) {
+  std::size_t place = SectionEnd(index);
   // The blank line that separates two sections stays below the new key.
-  if (std::prev(place)->empty()) --place;
-  keys_.insert_or_assign(std::string(full_key), lines_.insert(place, std::move(line)));
+  if (lines_.LineAt(place - 1).empty()) --place;
+  while (++index < sections_.size()) ++sections_[index].header;
+  return lines_.Insert(place, line);
 }
 
-void TVeltIni::AppendSection(std::string_view section, std::string_view full_key,
-                             std::string line) {
-  if (!lines_.empty() && !lines_.back().empty()) lines_.emplace_back();
-  const auto header = lines_.insert(lines_.end(), '[' + std::string(section) + ']');
-  AddSection(section, header);
-  keys_.insert_or_assign(std::string(full_key), lines_.insert(lines_.end(), std::move(line)));
+IniLines::Number TVeltIni::AppendSection(std::string_view section, std::string_view line) {
+  if (!lines_.empty() && !lines_.LineAt(lines_.size() - 1).empty()) {
+    lines_.Insert(lines_.size(), "");
+  }
+  AddSection(section, lines_.size());
+  lines_.Insert(lines_.size(), '[' + std::string(section) + ']');
+  return lines_.Insert(lines_.size(), line);
 }
 
 bool TVeltIni::DeleteLine(std::string_view section, std::string_view key) {
   const auto found = keys_.find(FullKey(section, key));
   if (found == keys_.end()) return false;
-  lines_.erase(found->second);
+  const std::size_t place = lines_.Remove(found->second);
+  for (Section& later : sections_) later.header -= later.header > place ? 1 : 0;
   keys_.erase(found);
   modified_ = true;
   return true;
@@ -229,20 +234,13 @@ void TVeltIni::DeleteKey(std::string_view section, std::string_view key) {
 void TVeltIni::EraseSection(std::string_view section) {
   const auto found = first_sections_.find(section);
   if (found == first_sections_.end()) return;
-  lines_.erase(sections_[found->second].header, SectionEnd(found->second));
+  lines_.RemovePlaces(sections_[found->second].header, SectionEnd(found->second));
   modified_ = true;
   BuildIndex();
   Flush();
 }
 
 // ---- the file
-
-std::string TVeltIni::JoinedLines() const {
-  std::string text;
-  text.reserve(likely_size_);
-  for (const std::string& line : lines_) text.append(line).append(kLineEnd);
-  return text;
-}
 
 void TVeltIni::Flush() {
   if (code_page_ == CodePage::kUtf8) {
@@ -251,10 +249,12 @@ void TVeltIni::Flush() {
   if (unread_) {
     throw FileError(FileError::Kind::kWrite, file_name_, "его содержимое не прочитано"_cp1251);
   }
-  std::string text = JoinedLines();
-  if (code_page_ == CodePage::kDos) DosFromWinInPlace(text);
-  host_.files.Replace(file_name_, text);
-  likely_size_ = text.size() + text.size() / 16;
+  const std::string& text = lines_.Joined();
+  if (code_page_ == CodePage::kDos) {
+    host_.files.Replace(file_name_, DosFromWin(text));
+  } else {
+    host_.files.Replace(file_name_, text);
+  }
   modified_ = false;
 }
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +10,7 @@
 
 #include "base/code_pages.h"
 #include "base/letter_case.h"
+#include "common/ini_lines.h"
 #include "platform/host.h"
 
 namespace customsconv {
@@ -94,38 +94,34 @@ class TVeltIni {
   void FlushIfModified();
 
  private:
-  // A list, so that an insertion moves no other line: the indexes stay valid.
-  using Lines = std::list<std::string>;
   struct Section {
     std::string name;
-    Lines::iterator header;
+    std::size_t header;  // the place of its header line
   };
-  struct LineRange {
-    Lines::const_iterator begin;
-    Lines::const_iterator end;
+  struct Places {
+    std::size_t begin;
+    std::size_t end;
   };
   // "<section>_<key>" to its first line.
-  using KeyIndex = std::unordered_map<std::string, Lines::iterator, NoCaseHash, NoCaseEqual>;
+  using KeyIndex = std::unordered_map<std::string, IniLines::Number, NoCaseHash, NoCaseEqual>;
 
   void LoadLines();
-  void AddSection(std::string_view name, Lines::iterator header);
-  void InsertIntoSection(std::size_t index, std::string_view full_key, std::string line);
-  void AppendSection(std::string_view section, std::string_view full_key, std::string line);
+  void AddSection(std::string_view name, std::size_t header);
+  IniLines::Number InsertIntoSection(std::size_t index, std::string_view line);
+  IniLines::Number AppendSection(std::string_view section, std::string_view line);
   // Where the section at `index` ends: the next header or the end of the lines.
-  [[nodiscard]] Lines::iterator SectionEnd(std::size_t index);
-  // The lines behind the section's header; an empty range when there is no such section.
-  [[nodiscard]] LineRange LinesOf(std::string_view section) const;
-  [[nodiscard]] std::string JoinedLines() const;
+  [[nodiscard]] std::size_t SectionEnd(std::size_t index) const;
+  // The lines behind the section's header; none when there is no such section.
+  [[nodiscard]] Places LinesOf(std::string_view section) const;
 
   Host& host_;
   std::string file_name_;
   CodePage code_page_;
-  Lines lines_;
+  IniLines lines_;
   std::vector<Section> sections_;  // in file order
   std::unordered_map<std::string, std::size_t, NoCaseHash, NoCaseEqual> first_sections_;
   KeyIndex keys_;
   KeyIndex commented_keys_;
-  std::size_t likely_size_ = 0;  // of the text when it is written next
   bool modified_ = false;
   bool unread_ = false;  // the file is there, but the last reading of it failed
   FileStamp file_age_ = kNoStamp;

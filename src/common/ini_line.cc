@@ -1,6 +1,5 @@
 #include "common/ini_line.h"
 
-#include <algorithm>
 #include <cstddef>
 
 #include "base/short_text.h"
@@ -32,19 +31,6 @@ std::optional<std::string_view> ParseCommentedKey(std::string_view line) {
   const auto parsed = ParseKeyLine(line);
   if (!parsed) return std::nullopt;
   return parsed->key;
-}
-
-std::list<std::string> SplitIniLines(std::string_view text) {
-  constexpr auto kEndsLine = [](char c) { return c == '\r' || c == '\n'; };
-  std::list<std::string> lines;
-  while (!text.empty()) {
-    const auto* const end = std::find_if(text.begin(), text.end(), kEndsLine);
-    const auto size = static_cast<std::size_t>(end - text.begin());
-    lines.emplace_back(text.substr(0, size));
-    const bool pair = text.substr(size, 2) == "\r\n";
-    text.remove_prefix(std::min(size + (pair ? 2 : 1), text.size()));
-  }
-  return lines;
 }
 
 }  // namespace customsconv

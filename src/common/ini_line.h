@@ -1,9 +1,7 @@
 #ifndef CUSTOMSCONV_COMMON_INI_LINE_H_
 #define CUSTOMSCONV_COMMON_INI_LINE_H_
 
-#include <list>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace customsconv {
@@ -23,10 +21,6 @@ struct IniKeyLine {
 // The key of ";key=value", a setting that is switched off. Anything longer than
 // 28 characters between ";" and "=" is a remark.
 [[nodiscard]] std::optional<std::string_view> ParseCommentedKey(std::string_view line);
-
-// The lines of a file, which end at CR LF, a lone CR or a lone LF. No empty line
-// follows the last line end.
-[[nodiscard]] std::list<std::string> SplitIniLines(std::string_view text);
 
 }  // namespace customsconv
 

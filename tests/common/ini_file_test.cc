@@ -94,7 +94,8 @@ TEST(TVeltIni, WritesAKeyWhereItBelongs) {
 }
 
 TEST(TVeltIni, GoesOnChangingWhereLinesMoved) {
-  World world("[A]\nx=1\n\n[B]\ny=2\n;off=0\nx=5\nx=6\n[D]\n;c\n\nd=1\n[d]\nd=2\n");
+  World world("[A]\r\nx=1\r\n\r\n[B]\ry=2\r\r\n;off=0\nx=5\n\nx=6\n[D]\n;c\n\nd=1\n[d]\nd=2");
+  for (int i = 0; i < 100; ++i) world.ini.WriteInteger("B", "y", i);
   world.ini.WriteString("A", "n", "1");
   world.ini.WriteInteger("B", "y", 3);
   world.ini.WriteBool("B", "off", true);
@@ -104,7 +105,7 @@ TEST(TVeltIni, GoesOnChangingWhereLinesMoved) {
   world.ini.DeleteKey("b", "X");
   EXPECT_EQ(world.Read("B", "x"), "6") << "the second line comes to light";
   world.ini.EraseSection("D");
-  EXPECT_EQ(world.Lines(), "[A]\nn=1\nx=again\n\n[B]\ny=3\noff=1\nx=6\n[d]\nd=2\n\n[C]\nk=\n");
+  EXPECT_EQ(world.Lines(), "[A]\nn=1\nx=again\n\n[B]\ny=3\n\noff=1\n\nx=6\n[d]\nd=2\n\n[C]\nk=\n");
 }
 
 TEST(TVeltIni, LeavesTheFileAloneWhenNothingChanges) {
