@@ -196,8 +196,10 @@ void TDocument::ResolveMainBlock() {
   }
   if (position >= root_record_->Count()) throw ListIndexError(position);
   if (root_record_->Records(position) == nullptr) {
+    Modified = true;
     PushPosition();
-    OpenBlock(std::string(kRootPrefix) + info_.MainBlock, 0, false);
+    SetCurrentPath(kRootPrefix);
+    OpenRecord({}, info_.MainBlock, 0);  // by its whole name, which a path could not hold
     PopPosition();
   }
   main_records_ = root_record_->Records(position);

@@ -136,8 +136,10 @@ std::string TDocument::ReadFieldEx(std::string_view path) {
   TakePrefix(path, kRootPrefix);
   DocumentPlace place = TakePrefix(path, kCurrentPrefix) ? position_ : RootPlace();
   const SplitPath split = SplitLastPart(path);
+  // A name alone is looked up as a whole, one behind a record path like a part of that path.
+  const std::string_view name = split.parent.empty() ? path : split.last;
   if (!WalkPath(split.parent, place) || place.record == nullptr) return {};
-  return ReadField(*place.basis, *place.record, place.basis->IndexOfName(split.last));
+  return ReadField(*place.basis, *place.record, place.basis->IndexOfName(name));
 }
 
 std::string TDocument::ReadFieldById(int identifier, int goods_index) {

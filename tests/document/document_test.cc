@@ -18,6 +18,9 @@ constexpr std::string_view kCatalogue =
     "}\n"
     "CARS {\nV1=C5 | CHOICE=\"1\"\n}\n"
     "LAST_CHOICE=C5\nBUS {\nV1=C5 | CHOICE=\"1\"\n}\n"
+    "NNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNN"
+    "NNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNN=C5\n"
+    "[ODD.HEADER]\nMainBlock=A\\B\n[ODD.Fields]\nA\\B {\nX=1\n}\nB {\nX=1\n}\n"
     "[PLAIN.HEADER]\nFullName=No main block\n[PLAIN.Fields]\nX=C5\n"
     "[TAB.HEADER]\nDbfName=DBRHEAD\n";
 
@@ -170,6 +173,9 @@ TEST_F(DocumentTest, ReadsAndStoresByPath) {
     const std::string read = document.GetFieldEx(path);
     EXPECT_EQ(document.LastField() == nullptr ? read + "none" : read, value) << path;
   }
+  const std::string long_name(101, 'N');
+  document.SetFieldEx(R"(\\)" + long_name, "long");
+  for (const char* start : {"", R"(\\)"}) EXPECT_EQ(document.GetFieldEx(start + long_name), "long");
   EXPECT_TRUE(messages.empty());
 }
 
@@ -213,6 +219,10 @@ TEST_F(DocumentTest, OnlyAskingForAValueOfTheMainBlockOpensARecord) {
   TDocument plain("PLAIN", types, world);
   EXPECT_EQ(&plain.GetMainBasis(), &plain.RootBasis());
   EXPECT_EQ(plain.GetFieldById(1000, 0), "");
+  TDocument odd("ODD", types, world);  // no path leads to its main block
+  odd.OpenBlock("", 0, false);
+  EXPECT_EQ(odd.GetFieldById(1000, 0), "");
+  EXPECT_EQ(odd.MainRecordCount(), 1);
 }
 
 TEST_F(DocumentTest, CompositeFieldHoldsItsParts) {
