@@ -10,6 +10,10 @@
 namespace customsconv::cli {
 namespace {
 
+constexpr std::size_t kLineWidth = 100;
+constexpr std::size_t kNumberWidth = 6;
+constexpr std::string_view kBar = " | ";
+
 // Calls `row` for each record of the range with its number.
 template <typename Row>
 void ForEachRow(TFileDbfFile& table, RowRange rows, const Row& row) {
@@ -60,6 +64,30 @@ std::string Cell(std::string_view value, std::size_t width, bool at_right) {
   return at_right ? blanks + std::string(value) : std::string(value) + blanks;
 }
 
+std::vector<std::string> FilledFields(const TFileDbfFile& table) {
+  std::vector<std::string> parts;
+  for (int i = 0; i < FieldCount(table); ++i) {
+    const std::string value = Value(table, i);
+    if (value.empty()) continue;
+    parts.push_back(std::string(table.FieldAt(i).TrimmedName()) + "=" + value);
+  }
+  return parts;
+}
+
+// The parts behind the head of the line, as many on a line as go on it, further lines indented.
+void PrintParts(std::string line, const std::vector<std::string>& parts, Output& output) {
+  const std::size_t indent = line.size();
+  for (const std::string& part : parts) {
+    if (line.size() > indent && line.size() + kBar.size() + part.size() > kLineWidth) {
+      output.Result(Utf8FromWin(line) + "\n");
+      line.assign(indent, ' ');
+    }
+    if (line.size() > indent) line += kBar;
+    line += part;
+  }
+  output.Result(Utf8FromWin(line) + "\n");
+}
+
 void WriteField(const FieldDescriptor& field, JsonWriter& json) {
   json.BeginObject();
   json.Key("name");
@@ -88,7 +116,8 @@ void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output) {
     std::string line = Cell(number, number_width + 1, true);
     for (int i = 0; i < FieldCount(table); ++i) {
       const bool at_right = table.FieldAt(i).type == 'N';
-      line += " | " + Cell(text_of(i), widths[static_cast<std::size_t>(i)], at_right);
+      line += kBar;
+      line += Cell(text_of(i), widths[static_cast<std::size_t>(i)], at_right);
     }
     output.Result(Utf8FromWin(TrimRight(line)) + "\n");
   };
@@ -96,6 +125,15 @@ void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output) {
   ForEachRow(table, rows, [&](std::int64_t number) {
     print((table.IsDeleted() ? "*" : "") + std::to_string(number),
           [&](int i) { return Value(table, i); });
+  });
+}
+
+void ShowFilled(TFileDbfFile& table, RowRange rows, Output& output) {
+  output.Result(Utf8FromWin(table.file_name()) + "  " + std::to_string(table.RecordCount()) +
+                " rows\n");
+  ForEachRow(table, rows, [&](std::int64_t number) {
+    const std::string mark = (table.IsDeleted() ? "*" : "") + std::to_string(number);
+    PrintParts(Cell(mark, kNumberWidth, true) + "  ", FilledFields(table), output);
   });
 }
 

@@ -21,6 +21,9 @@ struct RowRange {
 void ListTable(const TFileDbfFile& table, Output& output);
 // Rows in columns as wide as their values; deleted records are marked with "*".
 void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output);
+// What is filled of each record ("NAME=value | NAME=value"), on lines of at most 100
+// characters where values allow it; deleted records are marked with "*".
+void ShowFilled(TFileDbfFile& table, RowRange rows, Output& output);
 // Comma-separated, with a line of field names; deleted records are left out.
 void ShowCsv(TFileDbfFile& table, RowRange rows, Output& output);
 // An object with fields and row count, with `with_rows` also the records.

@@ -19,6 +19,7 @@ namespace {
 struct TablesOptions {
   std::vector<std::string> files;
   bool csv = false;
+  bool filled = false;
   std::string rows;  // "10-20", "10-", "10"
   std::string description;
   std::string folder;
@@ -77,6 +78,8 @@ ExitStatus ShowTables(const TablesOptions& options, bool with_rows, CommandConte
       ListTable(table, context.output);
     } else if (options.csv) {
       ShowCsv(table, rows, context.output);
+    } else if (options.filled) {
+      ShowFilled(table, rows, context.output);
     } else {
       ShowAligned(table, rows, context.output);
     }
@@ -165,7 +168,8 @@ void AddTablesCommand(CLI::App& app, Command& chosen) {
       };
     });
   }
-  show->add_flag("--csv", options->csv, "comma-separated values");
+  CLI::Option* csv = show->add_flag("--csv", options->csv, "comma-separated values");
+  show->add_flag("--filled", options->filled, "only what is filled of each row")->excludes(csv);
   show->add_option("--rows", options->rows, "only these records: N, N- or N-M");
 
   CLI::App* create = command->add_subcommand("create", "Make empty tables from a description");

@@ -51,6 +51,25 @@ TEST_F(TablesTest, ShowPrintsRowsInThreeForms) {
                      "\n");
 }
 
+TEST_F(TablesTest, ShowFilledLeavesBlankFieldsOutAndBreaksLongRows) {
+  EXPECT_EQ(RunProgram({"tables", "show", "--filled", kGoods}), 0);
+  EXPECT_EQ(output.results,
+            "C:\\OUT\\GOODS.DBF  3 rows\n"
+            "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n"
+            "    *2  G32=2 | NAME=Соль\n"
+            "     3  G32=3\n");
+  const std::string x(80, 'x');
+  host.files["C:\\OUT\\WIDE.DBF"] = TableImage()
+                                        .Field("A", 'C', 80)
+                                        .Field("B", 'C', 80)
+                                        .Field("C", 'C', 5)
+                                        .Row({x, x, "5"})
+                                        .Bytes();
+  EXPECT_EQ(RunProgram({"tables", "show", "--filled", "C:\\OUT\\WIDE.DBF"}), 0);
+  EXPECT_EQ(output.results.substr(output.results.find('\n') + 1),
+            "     1  A=" + x + "\n        B=" + x + " | C=5\n");
+}
+
 TEST_F(TablesTest, RowsChooseARange) {
   const struct {
     const char* rows;
