@@ -51,8 +51,8 @@ class FileStream {
 class PendingFile {
  public:
   virtual ~PendingFile() = default;
-  // Puts the content in place in one step. Throws FileError; the old file then
-  // stays whole.
+  // Puts the content in place in one step. Throws FileError (kCreate); the old file
+  // then stays whole.
   virtual void Commit() = 0;
 };
 
@@ -84,8 +84,8 @@ class Files {
   [[nodiscard]] virtual std::string Read(std::string_view path, std::size_t limit = 0) const = 0;
 
   // Replaces or creates `path` in one step: a reader sees the old bytes or the
-  // new ones, never half. Throws FileError (kCreate or kWrite); the old file
-  // then stays whole.
+  // new ones, never half. Throws FileError (kWrite for trouble with the bytes, kCreate for
+  // a file that is not to be had); the old file then stays whole.
   void Replace(std::string_view path, std::string_view content) { Stage(path, content)->Commit(); }
   // First half of Replace: the temporary file. Several files are replaced with
   // a tiny window between them by staging all before the first Commit.

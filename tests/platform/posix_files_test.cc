@@ -197,13 +197,15 @@ TEST(PosixFiles, RespectsPermissions) {
   const int status = InChild([&] {
     if (::getuid() == 0 && ::setuid(65534) != 0) return 9;  // root may do everything
     PosixFiles files;
-    const auto refused = [](const auto& call) {
-      return ErrorOf(call).ends_with(Win("нет прав доступа")) ? 0 : 1;
+    const auto refused = [](const char* action, const auto& call) {
+      const std::string message = ErrorOf(call);
+      return message.starts_with(Win(action)) && message.ends_with(Win("нет прав доступа")) ? 0 : 1;
     };
-    return refused([&] { (void)files.Read(folder.Win("secret")); }) +
-           refused([&] { files.Replace(folder.Win("fixed"), "y"); }) * 2 +
-           (::getuid() != 65534 ? 0
-                                : refused([&] { files.Replace(folder.Win("out/x"), "y"); }) * 4);
+    const auto replace = [&](const char* name) {
+      return refused("Не могу создать файл", [&] { files.Replace(folder.Win(name), "y"); });
+    };
+    return refused("Не могу открыть файл", [&] { (void)files.Read(folder.Win("secret")); }) +
+           replace("fixed") * 2 + (::getuid() != 65534 ? 0 : replace("out/x") * 4);
   });
   EXPECT_EQ(status, 0);
   EXPECT_EQ(folder.Read("fixed"), "x");

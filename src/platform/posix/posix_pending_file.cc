@@ -33,7 +33,7 @@ class PosixPendingFile : public PendingFile {
 
   void Commit() override {
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
-      throw SystemFileError(Kind::kWrite, path_, errno);
+      throw SystemFileError(Kind::kCreate, path_, errno);  // a server's file that others hold
     }
     temporary_.clear();
     // The file is in place whatever comes now. Flushing the folder makes that
@@ -83,7 +83,7 @@ std::optional<struct stat> OldFile(const std::string& target, std::string_view p
     throw SystemFileError(Kind::kCreate, path, errno);
   }
   if (S_ISDIR(status.st_mode)) throw SystemFileError(Kind::kCreate, path, EISDIR);
-  if (::access(target.c_str(), W_OK) != 0) throw SystemFileError(Kind::kWrite, path, errno);
+  if (::access(target.c_str(), W_OK) != 0) throw SystemFileError(Kind::kCreate, path, errno);
   return status;
 }
 
