@@ -107,10 +107,10 @@ class ConversionRun {
         CreateDbfDocument(type->Code, output_dir_, types_, tables_, run_.environment);
     if (components) target->Load(output_dir_);
     MapSection(source, *target, *section);
-    const RowCount unsaved = RecordsWithoutRow(*target);
+    const RowCount unsaved = observer_ == nullptr ? RowCount() : RecordsWithoutRow(*target);
     // Components go back to the folder that their head row was loaded from.
     target->Save(components ? std::string_view() : output_dir_);
-    report.rows_added = RowsAdded(unsaved, RecordsWithoutRow(*target));
+    if (observer_ != nullptr) report.rows_added = RowsAdded(unsaved, RecordsWithoutRow(*target));
     return std::nullopt;
   }
 
