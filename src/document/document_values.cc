@@ -205,7 +205,8 @@ void TDocument::AppendFieldByNum(int position, std::string_view tail) {
     if (record == nullptr || position < 0 || position >= record->Count()) return;
     const TFieldInfo& entry = position_.basis->Item(position);
     last_field_ = &entry;
-    if (entry.type == 'V' || entry.type == 'L') {  // what is read is not what is stored
+    if (entry.type == 'L' && record->Text(position).empty()) record->SetText(position, "0");
+    if (entry.type == 'V') {  // what is read is not what is stored
       const std::string value = ReadField(*position_.basis, *record, position);
       StoreField(*position_.basis, *record, position, value + std::string(tail));
       return;
