@@ -1,5 +1,5 @@
 // Takes any bytes as an XML file and yields all its documents, filled by a catalogue that has
-// every kind of field. Nothing but the described errors may come out, and as many
+// every kind of field. Nothing but errors with a message may come out, and as many
 // documents as the container counted.
 #include <cstddef>
 #include <cstdint>
