@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
-
 namespace customsconv {
 namespace {
 
@@ -17,7 +15,6 @@ TEST(ShortText, CutsSilentlyAt255Bytes) {
   } cases[] = {
       {"fits", kFull, kFull},
       {"one too many", kFull + "y", kFull},
-      {"far too many", std::string(70000, 'x'), kFull},
       {"one appended", ShortText(kFull) += 'y', kFull},
       {"cut within what is appended", ShortText(std::string(250, 'x')) += "xxxxxyyy", kFull},
       {"bytes above 127 and zero", std::string_view("\xFF\0\x80", 3), {"\xFF\0\x80", 3}},
@@ -29,9 +26,6 @@ TEST(ShortText, CutsSilentlyAt255Bytes) {
 TEST(ShortText, AppendsAndAssignsItsOwnText) {
   ShortText text = "ab";
   text += text;
-  EXPECT_EQ(text, "abab");
-  const ShortText& same = text;
-  text = same;
   EXPECT_EQ(text, "abab");
   text = text.view().substr(1, 2);
   EXPECT_EQ(text, "ba");
