@@ -58,6 +58,13 @@ bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& argumen
   return result;
 }
 
+// Rows that a full disk kept in memory get a last chance. Why they are not in their tables, when
+// they are not.
+std::string_view WriteWhatWaits(TDbfCache& tables) {
+  tables.Flush();
+  return tables.HasUnsaved() ? "tables could not be written, their new rows are lost" : "";
+}
+
 ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   const ConvertArguments arguments(options);
   if (!context.host.files.FolderExists(arguments.output)) {
@@ -70,8 +77,11 @@ ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   try {
     LibXmlServices services(context.host.files);
     Library library(context.host, services);
-    const bool result = ConvertFiles(options, arguments, library, log);
-    log.Finish(result, {});
+    const bool converted = ConvertFiles(options, arguments, library, log);
+    const std::string_view loss = WriteWhatWaits(library.tables());
+    if (!loss.empty()) TellError(context, loss);
+    const bool result = converted && loss.empty();
+    log.Finish(result, loss);
     return result ? ExitStatus::kDone : ExitStatus::kNegative;
   } catch (const Error& error) {
     log.EndFile(error.text());

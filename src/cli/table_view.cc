@@ -6,6 +6,7 @@
 
 #include "base/code_pages.h"
 #include "common/blanks.h"
+#include "common/file_names.h"
 
 namespace customsconv::cli {
 namespace {
@@ -129,8 +130,8 @@ void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output) {
 }
 
 void ShowFilled(TFileDbfFile& table, RowRange rows, Output& output) {
-  output.Result(Utf8FromWin(table.file_name()) + "  " + std::to_string(table.RecordCount()) +
-                " rows\n");
+  output.Result(Utf8FromWin(FileNameOf(table.file_name())) + "  " +
+                std::to_string(table.RecordCount()) + " rows\n");
   ForEachRow(table, rows, [&](std::int64_t number) {
     const std::string mark = (table.IsDeleted() ? "*" : "") + std::to_string(number);
     PrintParts(Cell(mark, kNumberWidth, true) + "  ", FilledFields(table), output);

@@ -43,6 +43,10 @@ class TDbfCache {
   // display.
   void Flush(std::string_view table_names = {}, bool show_progress = false);
 
+  // Some image differs from its file: it was changed since the last flush, or could not be
+  // written.
+  [[nodiscard]] bool HasUnsaved() const { return !changed_.empty(); }
+
   // Forgets the image of a file and detaches it from every open table.
   void DropCachedFile(std::string_view file_name);
 

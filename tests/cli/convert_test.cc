@@ -64,6 +64,22 @@ TEST_F(ConvertTest, StatusesAreThoseOfTheFunction) {
       << output.results;
 }
 
+TEST_F(ConvertTest, RowsThatDoNotReachTheDiskAreNoSuccess) {
+  host.files.FailChange(2);  // behind the lock: the first table
+  EXPECT_EQ(Convert(), 0) << "the last chance was taken";
+  EXPECT_EQ(output.remarks.rfind("exception: ", 0), 0U) << output.remarks;
+  EXPECT_NE(Table("DBRHEAD.DBF").find("1: "), std::string::npos);
+
+  const std::string before = Table("DBRTOV.DBF");
+  host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kStage, FileError::Kind::kWrite);
+  EXPECT_EQ(Convert({"--json"}), 1);
+  EXPECT_NE(
+      output.results.find(R"(,"error":"tables could not be written, their new rows are lost"})"),
+      std::string::npos)
+      << output.results;
+  EXPECT_EQ(Table("DBRTOV.DBF"), before);
+}
+
 TEST_F(ConvertTest, ExplainsEveryLineAndWritesTheSameTables) {
   EXPECT_EQ(Convert({"--explain"}), 0);
   const std::string at = "C:\\RULES\\armti.txt:";

@@ -54,7 +54,7 @@ TEST_F(TablesTest, ShowPrintsRowsInThreeForms) {
 TEST_F(TablesTest, ShowFilledLeavesBlankFieldsOutAndBreaksLongRows) {
   EXPECT_EQ(RunProgram({"tables", "show", "--filled", kGoods}), 0);
   EXPECT_EQ(output.results,
-            "C:\\OUT\\GOODS.DBF  3 rows\n"
+            "GOODS.DBF  3 rows\n"
             "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n"
             "    *2  G32=2 | NAME=Соль\n"
             "     3  G32=3\n");
