@@ -1,7 +1,6 @@
 #include "declaration_generator.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <random>
 #include <string_view>
 #include <vector>
@@ -10,101 +9,143 @@ namespace customsconv::bench {
 
 namespace {
 
-// One element a line: its depth in blanks, its name, and the kind of its value
-// (see AppendValue) or, for a group that occurs n times, "*n".
-constexpr std::string_view kHead = R"(cat_ru:DocumentID W
-CustomsProcedure K
-CustomsModeCode K
-ElectronicDocumentSign K
-RecipientCountryCode C
+// One element a line: its depth in blanks, its name, and its value (see AppendValue) or,
+// for a group that occurs n times, "*n". The catalogue and the schemas of examples/ know
+// every element, so a file is read without a message and is valid as it stands.
+constexpr std::string_view kHead = R"(cat_ru:DocumentID U
+EECEDocHeaderAddInfo
+ RUScat_ru:EDocCode =R.036
+ RUScat_ru:EDocDateTime =2015-06-11T09:15:30
+ RUScat_ru:LanguageCode =RU
+CustomsProcedure =ИМ
+CustomsModeCode =40
+ElectronicDocumentSign =ЭД
+RecipientCountryCode =RU
+ExecutionPlace =Примерск
 ESADout_CUGoodsShipment
- catESAD_cu:OriginCountryName W
- catESAD_cu:TotalGoodsNumber N
+ catESAD_cu:OriginCountryName =КИТАЙ
+ catESAD_cu:OriginCountryCode =CN
+ catESAD_cu:TotalGoodsNumber N3
+ catESAD_cu:TotalPackageNumber N5
  catESAD_cu:TotalCustCost M
+ catESAD_cu:CustCostCurrencyCode =RUB
  ESADout_CUConsignor
   cat_ru:OrganizationName W
+  RUScat_ru:CountryA2Code =CN
   RUScat_ru:SubjectAddressDetails
-   RUScat_ru:PostalCode N
-   RUScat_ru:CountryCode C
-   RUScat_ru:Town W
+   RUScat_ru:PostalCode N6
+   RUScat_ru:CountryCode =CN
+   RUScat_ru:City W
    RUScat_ru:StreetHouse W
+ ESADout_CUConsignee
+  cat_ru:OrganizationName W
+  cat_ru:RFOrganizationFeatures
+   cat_ru:OGRN N13
+   cat_ru:INN N10
+   cat_ru:KPP N9
+  RUScat_ru:CountryA2Code =RU
+  RUScat_ru:SubjectAddressDetails
+   RUScat_ru:PostalCode N6
+   RUScat_ru:CountryCode =RU
+   RUScat_ru:City W
+   RUScat_ru:StreetHouse W
+ ESADout_CUDeclarant
+  cat_ru:OrganizationName W
+  cat_ru:RFOrganizationFeatures
+   cat_ru:OGRN N13
+   cat_ru:INN N10
+   cat_ru:KPP N9
+  RUScat_ru:CountryA2Code =RU
  ESADout_CUConsigment
-  catESAD_cu:ContainerIndicator N
-  catESAD_cu:DispatchCountryCode C
-  ESADout_CUBorderTransport
-   cat_ru:TransportModeCode N
-   ESADout_CUTransportMeans *2
-    cat_ru:TransportIdentifier W
-    cat_ru:TransportMeansNationalityCode C
+  catESAD_cu:ContainerIndicator =true
+  catESAD_cu:DispatchCountryCode =CN
+  catESAD_cu:DispatchCountryName =КИТАЙ
+  ESADout_CUDepartureArrivalTransport
+   cat_ru:TransportModeCode =31
+   TransportMeansQuantity =2
+   RUTransportMeans *2
+    cat_ru:TransportKindCode =310
+    cat_ru:TransportIdentifier N8
+    cat_ru:TransportMeansNationalityCode =RU
  ESADout_CUMainContractTerms
-  catESAD_cu:ContractCurrencyCode C
+  catESAD_cu:ContractCurrencyCode =USD
+  catESAD_cu:ContractCurrencyRate =55.1234
   catESAD_cu:TotalInvoiceAmount M
 )";
 
-constexpr std::string_view kGoods = R"(catESAD_cu:GoodsNumeric N
+constexpr std::string_view kGoods = R"(catESAD_cu:GoodsNumeric G
 catESAD_cu:GoodsDescription T
 catESAD_cu:GoodsDescription T
 catESAD_cu:GrossWeightQuantity M
 catESAD_cu:NetWeightQuantity M
 catESAD_cu:InvoicedCost M
+catESAD_cu:InvoicedCurrencyCode =USD
 catESAD_cu:CustomsCost M
 catESAD_cu:StatisticalCost M
-catESAD_cu:GoodsTNVEDCode N
+catESAD_cu:GoodsTNVEDCode N10
 catESAD_cu:BeginPeriodDate D
 catESAD_cu:EndPeriodDate D
-catESAD_cu:OriginCountryCode C
-catESAD_cu:OriginCountryName W
-catESAD_cu:CustomsCostCorrectMethod N
-GoodsGroupDescription *2
+catESAD_cu:OriginCountryCode =CN
+catESAD_cu:OriginCountryName =КИТАЙ
+catESAD_cu:CustomsCostCorrectMethod =1
+catESAD_cu:GoodsGroupDescription *2
  catESAD_cu:GoodsDescription W
- GoodsGroupInformation *2
+ catESAD_cu:GoodsGroupInformation *2
+  catESAD_cu:InfoDescription W
   catESAD_cu:Manufacturer W
   catESAD_cu:TradeMark W
   catESAD_cu:GoodsMark W
   catESAD_cu:GoodsModel W
-  GoodsGroupQuantity
-   cat_ru:GoodsQuantity M
-   cat_ru:MeasureUnitQualifierName K
-   cat_ru:MeasureUnitQualifierCode N
-Preferencii
- catESAD_cu:CustomsTax K
- catESAD_cu:CustomsDuty K
- catESAD_cu:Excise K
- catESAD_cu:Rate K
-ESADout_CUPrecedingDocument *2
- catESAD_cu:PrecedingDocumentID N
- catESAD_cu:PrecedingDocumentDate D
- catESAD_cu:PrecedingDocumentNumber W
- catESAD_cu:PrecedingDocumentName W
- catESAD_cu:NetWeightQuantity M
-ESADout_CUPresentedDocument *4
+  catESAD_cu:SerialNumber N8
+  catESAD_cu:GoodsGroupQuantity
+   catESAD_cu:GoodsQuantity M
+   catESAD_cu:MeasureUnitQualifierName =ШТ
+   catESAD_cu:MeasureUnitQualifierCode =796
+catESAD_cu:Preferencii
+ catESAD_cu:CustomsTax =ОО
+ catESAD_cu:CustomsDuty =ОО
+ catESAD_cu:Excise =-
+ catESAD_cu:Rate =ОО
+ESADout_CUPresentedDocument *5
  cat_ru:PrDocumentName W
- cat_ru:PrDocumentNumber N
+ cat_ru:PrDocumentNumber N8
  cat_ru:PrDocumentDate D
- catESAD_cu:PresentedDocumentModeCode N
+ catESAD_cu:PresentedDocumentModeCode N5
  catESAD_cu:DocumentBeginActionsDate D
-ESADout_CUCustomsPaymentCalculation *3
- catESAD_cu:PaymentModeCode N
+ESADout_CUPrecedingDocument *2
+ catESAD_cu:PrecedingDocumentCustomsCode N8
+ catESAD_cu:PrecedingDocumentDate D
+ catESAD_cu:PrecedingDocumentNumber N7
+ catESAD_cu:PrecedingDocumentGoodsNumeric N2
+ catESAD_cu:PrecedingDocumentName W
+ESADout_CUCustomsPaymentCalculation *4
+ catESAD_cu:PaymentModeCode N4
  catESAD_cu:PaymentAmount M
- catESAD_cu:PaymentCurrencyCode N
+ catESAD_cu:PaymentCurrencyCode =643
  catESAD_cu:TaxBase M
- catESAD_cu:Rate N
- catESAD_cu:RateTypeCode K
- catESAD_cu:PaymentCode K
+ catESAD_cu:Rate N2
+ catESAD_cu:RateTypeCode =%
+ catESAD_cu:PaymentCode =ИУ
 SupplementaryGoodsQuantity
  cat_ru:GoodsQuantity M
- cat_ru:MeasureUnitQualifierName K
+ cat_ru:MeasureUnitQualifierName =ШТ
 ESADGoodsPackaging
- catESAD_cu:PakageQuantity N
- catESAD_cu:PakageTypeCode N
- PackagePalleteInformation *2
-  catESAD_cu:InfoKindCode N
-  catESAD_cu:PalleteCode C
-  catESAD_cu:PalleteQuantity N
+ catESAD_cu:PakageQuantity N4
+ catESAD_cu:PakageTypeCode =1
+ catESAD_cu:PackagePalleteInformation *2
+  catESAD_cu:InfoKindCode =0
+  catESAD_cu:PalleteCode =CT
+  catESAD_cu:PalleteQuantity N2
+ESADContainer
+ catESAD_cu:ContainerQuantity =1
+ catESAD_cu:ContainerKind =22
+ catESAD_cu:ContainerNumber
+  catESAD_cu:ContainerIdentificaror N10
+  catESAD_cu:FullIndicator =1
 ESADCustomsProcedure
- catESAD_cu:MainCustomsModeCode N
- catESAD_cu:PrecedingCustomsModeCode N
- catESAD_cu:GoodsTransferFeature N
+ catESAD_cu:MainCustomsModeCode =40
+ catESAD_cu:PrecedingCustomsModeCode =00
+ catESAD_cu:GoodsTransferFeature =000
 )";
 
 constexpr std::string_view kGoodsElement = "ESADout_CUGoods";
@@ -118,7 +159,7 @@ constexpr std::string_view kRootTag =
 struct Element {
   std::size_t depth = 0;
   std::string_view name;
-  char kind = '\0';  // of a value; '\0' for a group
+  std::string_view value;  // empty for a group
   int times = 1;
 };
 
@@ -135,7 +176,7 @@ std::vector<Element> ParseOutline(std::string_view outline) {
     if (line.substr(0, 1) == "*") {
       element.times = line[1] - '0';
     } else if (!line.empty()) {
-      element.kind = line[0];
+      element.value = line;
     }
     elements.push_back(element);
   }
@@ -153,7 +194,7 @@ class Generator {
     // The goods belong inside the shipment, whose end tag the head has written last.
     constexpr std::string_view kShipmentEnd = " </ESADout_CUGoodsShipment>\n";
     to_.resize(to_.size() - kShipmentEnd.size());
-    for (int i = 0; i < goods; ++i) {
+    for (goods_number_ = 1; goods_number_ <= goods; ++goods_number_) {
       to_.append("  <").append(kGoodsElement).append(">\n");
       Level(goods_, 0, goods_.size(), 3);
       to_.append("  </").append(kGoodsElement).append(">\n");
@@ -171,8 +212,8 @@ class Generator {
       for (int i = 0; i < element.times; ++i) {
         const std::size_t blanks = indent + element.depth;
         to_.append(blanks, ' ').append("<").append(element.name).append(">");
-        if (element.kind != '\0') {
-          AppendValue(element.kind);
+        if (!element.value.empty()) {
+          AppendValue(element.value);
         } else {
           to_.append("\n");
           Level(elements, from + 1, end, indent);
@@ -184,11 +225,14 @@ class Generator {
     }
   }
 
-  void AppendValue(char kind) {
-    constexpr std::string_view kLetters = "ABCDEFGHIJ";
-    switch (kind) {
+  // "=" and the text itself, "N" and a number of digits, or a letter for the other kinds.
+  void AppendValue(std::string_view value) {
+    const std::string_view rest = value.substr(1);
+    switch (value[0]) {
+      case '=':
+        return static_cast<void>(to_.append(rest));
       case 'N':
-        return Digits(5);
+        return Digits(rest.size() == 1 ? rest[0] - '0' : (rest[0] - '0') * 10 + rest[1] - '0');
       case 'M':
         Digits(6);
         to_.push_back('.');
@@ -197,12 +241,11 @@ class Generator {
         to_.append("202");
         Digits(1);
         return static_cast<void>(to_.append(Below(2) == 0 ? "-05-16" : "-11-02"));
-      case 'C':
-        to_.push_back(kLetters[Below(kLetters.size())]);
-        to_.push_back(kLetters[Below(kLetters.size())]);
-        return;
-      case 'K':
-        return static_cast<void>(to_.append(Below(2) == 0 ? "ИМ" : "ЭК"));
+      case 'G':  // the formats have three digits for it
+        return static_cast<void>(to_.append(std::to_string((goods_number_ - 1) % 999 + 1)));
+      case 'U':
+        to_.append("11111111-0000-4000-8000-");
+        return Digits(12);
       case 'T':
         return Words(20);
       default:
@@ -227,6 +270,7 @@ class Generator {
   std::string& to_;
   std::vector<Element> head_ = ParseOutline(kHead);
   std::vector<Element> goods_ = ParseOutline(kGoods);
+  int goods_number_ = 0;
   std::minstd_rand random_;
 };
 
