@@ -12,15 +12,9 @@ namespace customsconv {
 // A program folder in memory with a small catalogue. Texts are UTF-8 with "\n" between lines.
 //
 //   CatalogueWorld world;
-//   world.Dcf("[DS1.HEADER]\n"
-//             "MainBlock=TOVAR\n"
-//             "[DS1.Fields]\n"
-//             "G01=C10 | Тип\n"
-//             "TOVAR {\n"
-//             "  G33=C10\n"
-//             "}\n");
-//   TDocTypeList types("Kordwin.dcf", /*all_files=*/false, world);
-//   TDocument document("DS1", types, world);
+//   world.Dcf("[DS1.HEADER]\nMainBlock=TOVAR\n[DS1.Fields]\nG01=C10 | Тип\nTOVAR {\n
+//   G33=C10\n}\n"); TDocTypeList types("Kordwin.dcf", /*all_files=*/false, world); TDocument
+//   document("DS1", types, world);
 //
 // DOCUMENT.INI is there (and empty), so that documents can be created.
 class CatalogueWorld : public TestEnvironment {

@@ -22,10 +22,9 @@ namespace customsconv {
 }
 
 // A program folder in memory with everything that an Environment refers to. Usable wherever
-// an Environment is wanted; must outlive what it was handed to.
+// an Environment is wanted. `kord_ini` is UTF-8 with "\n" between lines.
 class TestEnvironment {
  public:
-  // `kord_ini` is UTF-8 with "\n" between lines.
   explicit TestEnvironment(std::string_view kord_ini = {})
       : config_((host.files.Put("C:\\PROG\\kord.ini", WinLines(kord_ini)), host),
                 "C:\\PROG\\kord.ini", CreateMode::kCreate, CodePage::kWindows),

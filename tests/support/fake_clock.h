@@ -13,10 +13,8 @@ namespace customsconv {
 // 10:30. Sleep moves it by what was slept and then runs `on_sleep`.
 class FakeClock : public Clock {
  public:
-  [[nodiscard]] DateTime Now() const override {
-    return date_ + static_cast<double>(of_day_) / kDay;
-  }
-  [[nodiscard]] Date Today() const override { return date_; }
+  [[nodiscard]] DateTime Now() const override { return static_cast<double>(now_) / kDay; }
+  [[nodiscard]] Date Today() const override { return static_cast<Date>(now_ / kDay); }
   [[nodiscard]] std::uint64_t Ticks() const override { return ticks_; }
   void Sleep(std::uint32_t milliseconds) override {
     Advance(milliseconds);
@@ -26,13 +24,10 @@ class FakeClock : public Clock {
 
   // Sets date and time of day; the ticks go on counting from where they were.
   void Set(CalendarDay day, int hour = 0, int minute = 0, int second = 0) {
-    date_ = DateOf(day).value();
-    of_day_ = ((hour * 60LL + minute) * 60 + second) * 1000;
+    now_ = DateOf(day).value() * kDay + ((hour * 60LL + minute) * 60 + second) * 1000;
   }
   void Advance(std::int64_t milliseconds) {
-    of_day_ += milliseconds;
-    date_ += static_cast<Date>(of_day_ / kDay);
-    of_day_ %= kDay;
+    now_ += milliseconds;
     ticks_ += static_cast<std::uint64_t>(milliseconds);
   }
 
@@ -41,8 +36,7 @@ class FakeClock : public Clock {
 
  private:
   static constexpr std::int64_t kDay = 24LL * 60 * 60 * 1000;
-  Date date_ = DateOf({2024, 3, 15}).value();
-  std::int64_t of_day_ = (10LL * 60 + 30) * 60 * 1000;
+  std::int64_t now_ = DateOf({2024, 3, 15}).value() * kDay + (10LL * 60 + 30) * 60 * 1000;
   std::uint64_t ticks_ = 1000;
 };
 

@@ -1,14 +1,13 @@
 #ifndef CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
 #define CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
 
-#include <cstddef>
 #include <map>
 #include <memory>
-#include <optional>
 #include <ostream>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/letter_case.h"
@@ -16,21 +15,18 @@
 
 namespace customsconv {
 
-// What the program asks of the files, for counting and for made-up faults.
+// What the program asks of the files, for counting and for made-up faults. From kStage on
+// these are changes; kOtherChange appends, deletes, writes to a stream or truncates it.
 enum class FileOp {
-  kExists,  // also FolderExists
+  kExists,
   kStamp,
   kRead,
+  kOpen,
+  kStreamRead,
   kStage,
   kCommit,
   kCreateNew,
-  kAppend,
-  kDelete,
-  kOpen,
-  kStreamRead,
-  kStreamWrite,  // also Truncate
-  kFind,
-  kLock,
+  kOtherChange
 };
 
 // Thrown where a test lets the program die. Deliberately no std::exception, so
@@ -53,7 +49,7 @@ class FakeFiles : public Files {
     Entry(FakeFiles& files, std::string_view path) : files_(files), path_(path) {}
     void operator=(std::string_view bytes) { files_.Put(path_, bytes); }
     operator const std::string&() const { return bytes(); }
-    [[nodiscard]] const std::string& bytes() const { return files_.BytesOf(path_); }
+    [[nodiscard]] const std::string& bytes() const { return files_.NodeOf(path_).bytes; }
     friend bool operator==(const Entry& entry, std::string_view bytes) {
       return entry.bytes() == bytes;
     }
@@ -70,39 +66,32 @@ class FakeFiles : public Files {
 
   // --- The world before and after a test; none of this counts or fails.
   void Put(std::string_view path, std::string_view bytes);
-  [[nodiscard]] const std::string& BytesOf(std::string_view path) const;
-  [[nodiscard]] bool Has(std::string_view path) const;
-  void Remove(std::string_view path);
+  [[nodiscard]] bool Has(std::string_view path) const { return nodes_.contains(Key(path)); }
+  void Remove(std::string_view path) { nodes_.erase(Key(path)); }
   void AddFolder(std::string_view path);
-  void SetStamp(std::string_view path, FileStamp stamp);
+  void SetStamp(std::string_view path, FileStamp stamp) { NodeOf(path).stamp = stamp; }
   // Nothing in the folder (not below it) can be written, made or deleted.
   void SetReadOnly(std::string_view folder, bool read_only = true);
   // Full names of all files as they were made, in the order of their upper-case names.
   [[nodiscard]] std::vector<std::string> Names() const;
 
-  // --- Made-up faults. A refused operation changes nothing.
-  // Every operation on `path` is refused with `kind` until StopFailing.
-  void FailPath(std::string_view path, FileError::Kind kind);
-  // The same for one kind of operation on it.
-  void FailPath(std::string_view path, FileOp op, FileError::Kind kind);
-  // The `n`th operation of this kind, on any file, counted from now from 1.
-  void FailNth(FileOp op, int n, FileError::Kind kind);
-  // The `n`th change from now (a stage, commit, creation, append, deletion or
-  // stream write) is refused with kWrite. With `tear`, an append or a stream
-  // write leaves the first half of its bytes before it fails.
-  void FailChange(int n, bool tear = false);
-  // In the place of the `n`th change from now SuddenDeath is thrown; the files
-  // stay as they are then, whatever destructors still try, until Revive.
+  // --- Made-up faults.
+  // Until StopFailing every such operation on `path` is refused and changes nothing.
+  void FailPath(std::string_view path, FileOp op, FileError::Kind kind) {
+    faults_[{Key(path), op}] = kind;
+  }
+  void StopFailing() { faults_.clear(); }
+  // In the place of the `n`th change from now SuddenDeath is thrown; the files stay as they
+  // are then, whatever destructors still try, until Revive. With `tear`, an append or a
+  // stream write leaves the first half of its bytes.
   void DieAtChange(int n, bool tear = false);
-  void Revive();
-  void StopFailing();
+  void Revive() { DieAtChange(0); }
 
   // --- What happened.
-  [[nodiscard]] int Count(FileOp op) const;
-  [[nodiscard]] int changes() const { return changes_; }  // as FailChange counts them
+  [[nodiscard]] int Count(FileOp op) const { return counts_[op]; }
+  [[nodiscard]] int changes() const { return changes_; }
   void ResetCounts();
   [[nodiscard]] std::size_t open_streams() const { return open_streams_; }
-  [[nodiscard]] std::size_t locks_held() const { return locks_.size(); }
 
   std::string current_folder = "C:\\WORK\\";
 
@@ -121,7 +110,7 @@ class FakeFiles : public Files {
   [[nodiscard]] std::vector<std::string> Find(std::string_view folder,
                                               std::string_view mask) const override;
   [[nodiscard]] std::string FullName(std::string_view path) const override;
-  [[nodiscard]] std::string Identity(std::string_view path) const override;
+  [[nodiscard]] std::string Identity(std::string_view path) const override { return Key(path); }
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
   // A folder that is locked already would block for ever: std::logic_error.
   [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
@@ -136,45 +125,31 @@ class FakeFiles : public Files {
     FileStamp stamp = 0;
     std::vector<FileMode> open_modes;
   };
-  struct PathFault {
-    std::optional<FileOp> op;
-    FileError::Kind kind;
-  };
-  struct NthFault {
-    FileOp op;
-    int left;
-    FileError::Kind kind;
-  };
-  enum class ChangeFate { kDone, kIgnored, kTornThenDies, kTornThenFails };
 
   [[nodiscard]] std::string Key(std::string_view path) const;
-  [[nodiscard]] static std::string FolderOf(std::string_view key);
-  [[nodiscard]] bool IsFolder(const std::string& key) const;
-  [[nodiscard]] Node* FindNode(std::string_view path) const;
-  Node& NodeFor(std::string_view path);
-  void Touch(Node& node) const;
+  [[nodiscard]] bool IsFolder(const std::string& key) const { return folders_.contains(key); }
+  [[nodiscard]] Node& NodeOf(std::string_view path) const { return *nodes_.at(Key(path)); }
+  // Counts the operation and refuses it where a test asked for that.
   void Operation(FileOp op, std::string_view path) const;
-  void RefuseWhereReadOnly(std::string_view path, FileError::Kind kind) const;
-  [[nodiscard]] ChangeFate Change(FileOp op, std::string_view path) const;
-  // Runs `write` with the part of `bytes` that a change leaves behind.
+  // Runs `write` with the part of `bytes` that the change leaves behind.
   template <typename Write>
-  void ChangeBytes(FileOp op, std::string_view path, std::string_view bytes, Write write) const;
+  void Change(FileOp op, std::string_view path, std::string_view bytes, Write write) const;
+  [[nodiscard]] std::shared_ptr<Node> NodeToOpen(std::string_view path, FileMode mode) const;
+  void RefuseWhereReadOnly(std::string_view path) const;
 
   // const operations count, fail and open streams, hence mutable.
-  mutable std::map<std::string, std::shared_ptr<Node>, std::less<>> nodes_;
-  std::set<std::string, std::less<>> folders_;
-  std::set<std::string, std::less<>> read_only_;
-  std::map<std::string, std::vector<PathFault>, std::less<>> path_faults_;
-  mutable std::vector<NthFault> nth_faults_;
+  std::map<std::string, std::shared_ptr<Node>> nodes_;
+  std::set<std::string> folders_ = {"", "C:\\WORK"};
+  std::set<std::string> read_only_;
+  std::set<std::string> locks_;
+  std::map<std::pair<std::string, FileOp>, FileError::Kind> faults_;
   mutable std::map<FileOp, int> counts_;
   mutable int changes_ = 0;
-  mutable int change_fails_in_ = 0;  // 0: never
-  mutable int dies_in_ = 0;          // 0: never
+  mutable int dies_in_ = 0;  // 0: never
   bool tear_ = false;
   mutable bool dead_ = false;
   mutable FileStamp last_stamp_ = 1000;
   mutable std::size_t open_streams_ = 0;
-  std::set<std::string, std::less<>> locks_;
 };
 
 }  // namespace customsconv

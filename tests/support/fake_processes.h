@@ -2,7 +2,6 @@
 #define CUSTOMSCONV_TESTS_SUPPORT_FAKE_PROCESSES_H_
 
 #include <deque>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,23 +14,19 @@ class FakeProcesses : public Processes {
  public:
   [[nodiscard]] std::optional<int> Start(const ProgramStart& start) override {
     starts.push_back(start);
-    if (on_start) on_start(start);
     if (results.empty()) return 0;
     const std::optional<int> result = results.front();
     results.pop_front();
     return result;
   }
-  [[nodiscard]] std::string AssociatedProgram(std::string_view file) const override {
-    asked.emplace_back(file);
+  [[nodiscard]] std::string AssociatedProgram(std::string_view) const override {
     return associated_program;
   }
   [[nodiscard]] std::string ExecutableFolder() const override { return executable_folder; }
 
   std::vector<ProgramStart> starts;
   std::deque<std::optional<int>> results;  // of the next starts; 0 when used up
-  std::function<void(const ProgramStart&)> on_start;
   std::string associated_program;          // empty: none
-  mutable std::vector<std::string> asked;  // files whose program was asked for
   std::string executable_folder = "C:\\PROG\\";
 };
 

@@ -1,15 +1,9 @@
 #include "support/table_image.h"
 
-#include <algorithm>
 #include <stdexcept>
-
-#include "base/code_pages.h"
-#include "support/text.h"
 
 namespace customsconv {
 namespace {
-
-std::string Dos(std::string_view utf8) { return DosFromWin(Win(utf8)); }
 
 std::string LittleEndian(std::size_t value, int size) {
   std::string bytes;
@@ -27,36 +21,17 @@ std::size_t Number(std::string_view bytes, std::size_t at, int size) {
 
 }  // namespace
 
-TableImage& TableImage::Field(std::string_view name, char type, int length, int decimals) {
-  fields_.push_back({Dos(name), type, length, decimals});
-  return *this;
-}
-
-TableImage& TableImage::Row(const std::vector<std::string>& values) {
-  AddRow(' ', values);
-  return *this;
-}
-
-TableImage& TableImage::DeletedRow(const std::vector<std::string>& values) {
-  AddRow('*', values);
-  return *this;
-}
-
-TableImage& TableImage::Extended() {
-  extended_ = true;
-  return *this;
-}
-
-void TableImage::AddRow(char mark, const std::vector<std::string>& values) {
+TableImage& TableImage::AddRow(char mark, const std::vector<std::string>& values) {
   std::string row(1, mark);
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const auto width = static_cast<std::size_t>(fields_[i].length);
-    std::string value = i < values.size() ? Dos(values[i]) : "";
+    const std::string value = i < values.size() ? DosFromWin(Win(values[i])) : "";
     if (value.size() > width) throw std::invalid_argument("too wide: " + values[i]);
     const std::string padding(width - value.size(), ' ');
     row += fields_[i].type == 'N' ? padding + value : value + padding;
   }
   rows_.push_back(row);
+  return *this;
 }
 
 std::string TableImage::Bytes() const {
@@ -90,17 +65,15 @@ std::string TableDump(std::string_view bytes) {
   std::string dump;
   std::size_t record_length = 1;
   for (std::size_t at = 32; bytes.at(at) != '\x0D'; at += 32) {
-    const std::string name(
-        bytes.substr(at, std::min<std::size_t>(11, bytes.substr(at).find('\0'))));
+    const std::string_view name = bytes.substr(at, 11);
     const char type = bytes.at(at + 11);
-    std::size_t length = Number(bytes, at + 16, 1);
-    const std::size_t decimals = Number(bytes, at + 17, 1);
-    if (type == 'C') length += decimals << 8;
-    dump += (columns.empty() ? "" : ", ") + Utf8(WinFromDos(name)) + " " + type;
-    dump += std::to_string(length);
-    if (type != 'C' && decimals > 0) dump += "." + std::to_string(decimals);
-    columns.push_back({Utf8(WinFromDos(name)), record_length, length});
+    const bool wide = type == 'C';  // has its length in both bytes
+    const std::size_t length = Number(bytes, at + 16, wide ? 2 : 1);
+    const std::size_t decimals = wide ? 0 : Number(bytes, at + 17, 1);
+    columns.push_back({Utf8(WinFromDos(name.substr(0, name.find('\0')))), record_length, length});
     record_length += length;
+    dump += (at == 32 ? "" : ", ") + columns.back().name + " " + type + std::to_string(length);
+    if (decimals > 0) dump += "." + std::to_string(decimals);
   }
   dump += '\n';
   const std::size_t header_length = Number(bytes, 8, 2);

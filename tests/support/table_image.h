@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/code_pages.h"
+#include "support/text.h"
+
 namespace customsconv {
 
 // The bytes of a dBase table, put together without the table engine:
@@ -17,21 +20,26 @@ namespace customsconv {
 // those of "N" fields on the left, missing ones are blank.
 class TableImage {
  public:
-  TableImage& Field(std::string_view name, char type, int length, int decimals = 0);
-  TableImage& Row(const std::vector<std::string>& values);
-  TableImage& DeletedRow(const std::vector<std::string>& values);
+  TableImage& Field(std::string_view name, char type, int length, int decimals = 0) {
+    fields_.push_back({DosFromWin(Win(name)), type, length, decimals});
+    return *this;
+  }
+  TableImage& Row(const std::vector<std::string>& values) { return AddRow(' ', values); }
+  TableImage& DeletedRow(const std::vector<std::string>& values) { return AddRow('*', values); }
   // The layout with version byte 0x30 and 264 bytes behind the descriptors.
-  TableImage& Extended();
+  TableImage& Extended() {
+    extended_ = true;
+    return *this;
+  }
   [[nodiscard]] std::string Bytes() const;
 
  private:
   struct FieldSpec {
     std::string name;
     char type;
-    int length;
-    int decimals;
+    int length, decimals;
   };
-  void AddRow(char mark, const std::vector<std::string>& values);
+  TableImage& AddRow(char mark, const std::vector<std::string>& values);
 
   bool extended_ = false;
   std::vector<FieldSpec> fields_;

@@ -41,9 +41,7 @@ std::string TempFolder::Read(std::string_view name) const {
 
 std::string TempFolder::Listing() const {
   std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(path_)) {
-    names.insert(entry.path().filename().string());
-  }
+  for (const auto& entry : fs::directory_iterator(path_)) names.insert(entry.path().filename());
   std::string listing;
   for (const std::string& name : names) listing += (listing.empty() ? "" : " ") + name;
   return listing;
