@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 
 #include "platform/posix/system_names.h"
 #include "support/temp_folder.h"
@@ -18,10 +19,15 @@ namespace {
 namespace fs = std::filesystem;
 using posix::PosixFiles;
 
-// Runs `work` in a process of its own; its exit status.
-int InChild(const std::function<int()>& work) {
+// Starts `work` in a process of its own.
+pid_t Start(const std::function<int()>& work) {
   const pid_t child = ::fork();
   if (child == 0) ::_exit(work());
+  return child;
+}
+
+// Its exit status.
+int EndOf(pid_t child) {
   int status = 0;
   ::waitpid(child, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -35,38 +41,25 @@ TEST(PosixFiles, FindsNamesWithoutRegardToLetterCase) {
   folder.Write("A.TXT", "A");
   folder.Write("a.txt", "a");
   const PosixFiles files;
-  const struct {
-    const char* name;
-    const char* content;
-  } cases[] = {
+  const std::map<const char*, const char*> contents = {
       {"Данные/Ёлки/Kord.ini", "one"},
-      {"Данные\\ёЛКИ\\kord.INI", "one"},
-      {"ДАННЫЕ/ЁЛКИ/kord.ini", "one"},
+      {"ДАННЫЕ\\ёЛКИ\\kord.INI", "one"},
       {"Данные/ёлки/kord.ini", "two"},
       {"данные/X", "three"},
       {"a.txt", "a"},
       {"A.txt", "A"},
       {"Данные\\.\\\\..\\ДАННЫЕ\\ЁЛКИ\\kord.ini", "one"},
   };
-  for (const auto& c : cases) EXPECT_EQ(files.Read(folder.Win(c.name)), c.content) << c.name;
+  for (const auto& [name, content] : contents) {
+    EXPECT_EQ(files.Read(folder.Win(name)), content) << name;
+  }
   EXPECT_TRUE(files.FolderExists(folder.Win("дАННЫЕ\\ёлки")));
   EXPECT_FALSE(files.Exists(folder.Win("дАННЫЕ\\ёлки")));
-  EXPECT_FALSE(files.Exists(folder.Win("дАННЫЕ\\нет\\Kord.ini")));
   // "данные" exists as written, so a file of "Данные" is not looked for there.
   EXPECT_FALSE(files.Exists(folder.Win("данные/Ёлки/Kord.ini")));
 }
 
-TEST(PosixFiles, MakesNewFilesWithTheNameAsGivenInTheFolderThatMatches) {
-  const TempFolder folder;
-  fs::create_directory(folder / "Out");
-  PosixFiles files;
-  files.Replace(folder.Win("OUT\\Новый Файл.Dbf"), "x");
-  EXPECT_EQ(folder.Read("Out/Новый Файл.Dbf"), "x");
-  files.Replace(folder.Win("OUT\\НОВЫЙ ФАЙЛ.DBF"), "y");
-  EXPECT_EQ(folder.Read("Out/Новый Файл.Dbf"), "y") << "the existing file is replaced";
-}
-
-TEST(PosixFiles, ReplacesInOneStepAndKeepsPermissionsAndLinks) {
+TEST(PosixFiles, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
   const TempFolder folder;
   folder.Write("old", "before");
   fs::permissions(folder / "old", fs::perms(0640));
@@ -77,11 +70,14 @@ TEST(PosixFiles, ReplacesInOneStepAndKeepsPermissionsAndLinks) {
     EXPECT_EQ(folder.Read("old"), "before") << "staged only";
   }
   EXPECT_EQ(folder.Listing(), "link old") << "a discarded stage leaves nothing";
-  files.Replace(folder.Win("link"), "after");
+  files.Replace(folder.Win("LINK"), "after");
   EXPECT_EQ(folder.Read("old"), "after");
   EXPECT_EQ(folder.Listing(), "link old");
   EXPECT_TRUE(fs::is_symlink(folder / "link"));
   EXPECT_EQ(fs::status(folder / "old").permissions(), fs::perms(0640));
+  fs::create_directory(folder / "Out");
+  files.Replace(folder.Win("OUT\\Новый.Dbf"), "x");
+  EXPECT_EQ(folder.Read("Out/Новый.Dbf"), "x") << "a new name is stored as given";
 }
 
 TEST(PosixFiles, AKillDuringReplaceLeavesTheOldContentOrTheNew) {
@@ -89,14 +85,12 @@ TEST(PosixFiles, AKillDuringReplaceLeavesTheOldContentOrTheNew) {
   const std::string contents[] = {std::string(300'000, 'a'), std::string(700'001, 'b')};
   folder.Write("F", contents[0]);
   for (int round = 0; round < 25; ++round) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-      PosixFiles files;
-      for (int i = 0;; ++i) files.Replace(folder.Win("F"), contents[i % 2]);
-    }
+    const pid_t child = Start([&]() -> int {
+      for (int i = 0;; ++i) PosixFiles().Replace(folder.Win("F"), contents[i % 2]);
+    });
     ::usleep(static_cast<useconds_t>(1000 + 700 * round));
     ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
+    EndOf(child);
     const std::string now = folder.Read("F");
     EXPECT_TRUE(now == contents[0] || now == contents[1]) << now.size() << " bytes";
   }
@@ -106,18 +100,9 @@ TEST(PosixFiles, OfTwoProcessesThatCreateAFileOneGetsIt) {
   const TempFolder folder;
   for (int round = 0; round < 50; ++round) {
     const std::string path = folder.Win("lock" + std::to_string(round));
-    int created = 0;
-    pid_t children[2];
-    for (pid_t& child : children) {
-      child = ::fork();
-      if (child == 0) ::_exit(PosixFiles().CreateNew(path) ? 1 : 0);
-    }
-    for (const pid_t child : children) {
-      int status = 0;
-      ::waitpid(child, &status, 0);
-      created += WEXITSTATUS(status);
-    }
-    ASSERT_EQ(created, 1);
+    const auto create = [&] { return PosixFiles().CreateNew(path) ? 1 : 0; };
+    const pid_t children[] = {Start(create), Start(create)};
+    ASSERT_EQ(EndOf(children[0]) + EndOf(children[1]), 1);
     EXPECT_FALSE(PosixFiles().CreateNew(path));
   }
 }
@@ -125,19 +110,18 @@ TEST(PosixFiles, OfTwoProcessesThatCreateAFileOneGetsIt) {
 TEST(PosixFiles, LockKeepsOtherProcessesOutOfItsFolder) {
   const TempFolder folder;
   folder.Write("count", "0");
-  pid_t children[4];
-  for (pid_t& child : children) {
-    child = ::fork();
-    if (child != 0) continue;
+  const auto count_up = [&] {
     PosixFiles files;
     for (int i = 0; i < 25; ++i) {
       const auto lock = files.Lock(folder.Win("count"));
       files.Replace(folder.Win("COUNT"),
                     std::to_string(std::stoi(files.Read(folder.Win("count"))) + 1));
     }
-    ::_exit(0);
+    return 0;
+  };
+  for (const pid_t child : {Start(count_up), Start(count_up), Start(count_up), Start(count_up)}) {
+    EXPECT_EQ(EndOf(child), 0);
   }
-  for (const pid_t child : children) ::waitpid(child, nullptr, 0);
   EXPECT_EQ(folder.Read("count"), "100");
   EXPECT_EQ(folder.Listing(), "count");
 }
@@ -148,41 +132,27 @@ TEST(PosixFiles, FailuresNameTheFileAndTheCause) {
   folder.Write("file", "x");
   PosixFiles files;
   const std::string place = (folder.path() / "").string();
-  const std::string long_name(300, 'n');
+  using Call = std::function<void(const std::string& path)>;
+  const Call read = [&](auto& path) { (void)files.Read(path); };
+  const Call replace = [&](auto& path) { files.Replace(path, ""); };
   const struct {
-    const char* what;
-    std::function<void(const std::string& path)> call;
+    const Call& call;
     std::string name;
     std::string expected;  // "%" stands for the path
   } cases[] = {
-      {"read missing", [&](auto& path) { (void)files.Read(path); }, "нет", "Не найден файл %"},
-      {"read folder", [&](auto& path) { (void)files.Read(path); }, "ПАПКА",
-       "Не могу открыть файл %: это папка"},
-      {"file as folder", [&](auto& path) { (void)files.Read(path); }, "file/x",
-       "Не найден файл %: часть пути - не папка"},
-      {"long name", [&](auto& path) { (void)files.Read(path); }, long_name,
-       "Не могу открыть файл %: слишком длинное имя"},
-      {"open missing", [&](auto& path) { (void)files.Open(path, kModeRead); }, "нет",
-       "Не найден файл %"},
-      {"open folder", [&](auto& path) { (void)files.Open(path, kModeRead); }, "Папка",
-       "Не могу открыть файл %: это папка"},
-      {"create folder", [&](auto& path) { (void)files.Open(path, kModeCreate); }, "Папка",
-       "Не могу создать файл %: это папка"},
-      {"replace folder", [&](auto& path) { files.Replace(path, ""); }, "Папка",
-       "Не могу создать файл %: это папка"},
-      {"replace in no folder", [&](auto& path) { files.Replace(path, ""); }, "нет/x",
-       "Не могу создать файл %: нет такого файла или папки"},
-      {"create new folder", [&](auto& path) { (void)files.CreateNew(path); }, "Папка",
-       "Не могу создать файл %: это папка"},
-      {"append to folder", [&](auto& path) { files.Append(path, "x"); }, "Папка",
-       "Не могу создать файл %: это папка"},
+      {read, "нет", "Не найден файл %"},
+      {read, "ПАПКА", "Не могу открыть файл %: это папка"},
+      {read, "file/x", "Не найден файл %: часть пути - не папка"},
+      {read, std::string(300, 'n'), "Не могу открыть файл %: слишком длинное имя"},
+      {replace, "Папка", "Не могу создать файл %: это папка"},
+      {replace, "нет/x", "Не могу создать файл %: нет такого файла или папки"},
   };
   for (const auto& c : cases) {
-    const std::string path = folder.Win(c.name);
     std::string expected = c.expected;
     expected.replace(expected.find('%'), 1, place + c.name);
-    EXPECT_EQ(Utf8(ErrorOf([&] { c.call(path); })), expected) << c.what;
+    EXPECT_EQ(Utf8(ErrorOf([&] { c.call(folder.Win(c.name)); })), expected);
   }
+  EXPECT_FALSE(files.Delete(folder.Win("Папка")));
   EXPECT_EQ(folder.Listing(), "file Папка");
 }
 
@@ -194,7 +164,7 @@ TEST(PosixFiles, RespectsPermissions) {
   folder.Write("fixed", "x");
   fs::permissions(folder / "secret", fs::perms(0));
   fs::permissions(folder / "fixed", fs::perms(0444));
-  const int status = InChild([&] {
+  const pid_t child = Start([&] {
     if (::getuid() == 0 && ::setuid(65534) != 0) return 9;  // root may do everything
     PosixFiles files;
     const auto refused = [](const char* action, const auto& call) {
@@ -207,7 +177,7 @@ TEST(PosixFiles, RespectsPermissions) {
     return refused("Не могу открыть файл", [&] { (void)files.Read(folder.Win("secret")); }) +
            replace("fixed") * 2 + (::getuid() != 65534 ? 0 : replace("out/x") * 4);
   });
-  EXPECT_EQ(status, 0);
+  EXPECT_EQ(EndOf(child), 0);
   EXPECT_EQ(folder.Read("fixed"), "x");
 }
 
@@ -216,21 +186,15 @@ TEST(PosixFiles, ReadsWholeFilesAndTheirBeginnings) {
   const std::string content = std::string("a\0\r\n\xFF", 5) + std::string(200'000, 'x');
   folder.Write("f", content);
   folder.Write("empty", "");
-  PosixFiles files;
+  const PosixFiles files;
   EXPECT_EQ(files.Read(folder.Win("f")), content);
-  EXPECT_EQ(files.Read(folder.Win("f"), 3), content.substr(0, 3));
-  EXPECT_EQ(files.Read(folder.Win("f"), content.size()), content);
-  EXPECT_EQ(files.Read(folder.Win("f"), content.size() + 7), content);
+  for (const std::size_t limit : {std::size_t{3}, content.size(), content.size() + 7}) {
+    EXPECT_EQ(files.Read(folder.Win("f"), limit), content.substr(0, limit));
+  }
   EXPECT_EQ(files.Read(folder.Win("empty")), "");
   EXPECT_NE(files.Read("/proc/self/status").find("Name:"), std::string::npos)
       << "a file whose size the system does not know";
   EXPECT_NE(ErrorOf([&] { (void)files.Read("/dev/zero"); }), kNoError) << "without an end";
-  files.Append(folder.Win("EMPTY"), "one");
-  files.Append(folder.Win("empty"), "two");
-  EXPECT_EQ(folder.Read("empty"), "onetwo");
-  EXPECT_TRUE(files.Delete(folder.Win("Empty")));
-  EXPECT_FALSE(files.Delete(folder.Win("Empty")));
-  EXPECT_FALSE(files.Delete(folder.Win(""))) << "a folder is no file";
 }
 
 TEST(PosixFiles, EveryWriteChangesTheStamp) {
@@ -238,7 +202,7 @@ TEST(PosixFiles, EveryWriteChangesTheStamp) {
   PosixFiles files;
   const std::string path = folder.Win("f");
   EXPECT_EQ(files.Stamp(path), kNoStamp);
-  EXPECT_EQ(files.Stamp(folder.Win("")), kNoStamp);
+  EXPECT_EQ(files.Stamp(folder.Win("")), kNoStamp) << "a folder";
   files.Replace(path, "1");
   const FileStamp first = files.Stamp(path);
   EXPECT_EQ(files.Stamp(folder.Win("F")), first);
@@ -250,55 +214,14 @@ TEST(PosixFiles, EveryWriteChangesTheStamp) {
   EXPECT_NE(files.Stamp(path), second);
 }
 
-TEST(PosixFiles, StreamsReadWriteAndMove) {
+TEST(PosixFiles, RefusesBusyFilesBeforeAnythingIsCutOff) {
   const TempFolder folder;
-  PosixFiles files;
-  const auto stream = files.Open(folder.Win("f"), kModeCreate);
-  stream->Write("0123456789", 10);
-  EXPECT_EQ(stream->Seek(-3, SeekOrigin::kEnd), 7);
-  char bytes[8] = {};
-  EXPECT_EQ(stream->Read(bytes, 8), 3u);
-  EXPECT_STREQ(bytes, "789");
-  EXPECT_EQ(stream->Seek(1, SeekOrigin::kBegin), 1);
-  EXPECT_EQ(stream->Seek(1, SeekOrigin::kCurrent), 2);
-  stream->Write("xx", 2);
-  stream->Truncate(5);
-  EXPECT_EQ(stream->Size(), 5);
-  EXPECT_EQ(folder.Read("f"), "01xx4");
-  EXPECT_NE(ErrorOf([&] { stream->Seek(-1, SeekOrigin::kBegin); }), kNoError);
-}
-
-TEST(PosixFiles, ShareModesDecideWhoElseMayOpen) {
-  const TempFolder folder;
-  folder.Write("f", "x");
-  PosixFiles files;
-  const std::string path = folder.Win("f");
-  const auto allowed = [&](FileMode first, FileMode second) {
-    const auto held = files.Open(path, first);
-    return ErrorOf([&] { (void)files.Open(path, second); }) == kNoError;
-  };
-  const struct {
-    FileMode first, second;
-    bool allowed;
-  } cases[] = {
-      {kModeRead | kShareDenyNone, kModeReadWrite | kShareDenyNone, true},
-      {kModeWrite | kShareDenyNone, kModeWrite | kShareDenyNone, true},
-      {kModeRead | kShareDenyWrite, kModeRead | kShareDenyWrite, true},
-      {kModeRead | kShareDenyWrite, kModeRead | kShareDenyNone, true},
-      {kModeRead | kShareDenyWrite, kModeWrite | kShareDenyNone, false},
-      {kModeReadWrite | kShareDenyWrite, kModeRead | kShareDenyNone, true},
-      {kModeReadWrite | kShareDenyNone, kModeRead | kShareDenyWrite, false},
-      {kModeRead | kShareExclusive, kModeRead | kShareDenyNone, false},
-      {kModeRead | kShareDenyNone, kModeRead | kShareExclusive, false},
-      {kModeCreate, kModeRead | kShareDenyNone, false},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(allowed(c.first, c.second), c.allowed) << std::hex << c.first << ' ' << c.second;
-  }
   folder.Write("f", "kept");
+  const PosixFiles files;
+  const std::string path = folder.Win("f");
   const auto held = files.Open(path, kModeRead | kShareExclusive);
   EXPECT_NE(ErrorOf([&] { (void)files.Open(path, kModeCreate); }), kNoError);
-  EXPECT_EQ(folder.Read("f"), "kept") << "refused before anything is cut off";
+  EXPECT_EQ(folder.Read("f"), "kept");
   EXPECT_EQ(Utf8(ErrorOf([&] { (void)files.Read(path); })),
             "Не могу открыть файл " + (folder / "f") + ": файл занят");
 }
@@ -347,10 +270,10 @@ TEST(PosixFiles, NamesThatTheSystemOrTheCodePageCannotHoldLeadNowhere) {
   EXPECT_EQ(posix::NameFromSystem("\xFF"), std::nullopt);
   EXPECT_EQ(posix::NameFromSystem("Ёж №1"), Win("Ёж №1"));
   fs::create_directory(folder / "漢");
-  EXPECT_EQ(InChild([&] {
+  EXPECT_EQ(EndOf(Start([&] {
               fs::current_path(folder / "漢");
               return files.FullName("/A/../B") == "\\B" && files.FullName("B") == "B" ? 0 : 1;
-            }),
+            })),
             0);
 }
 
