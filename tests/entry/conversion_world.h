@@ -20,8 +20,7 @@ class NoServices : public XmlServices {
   std::unique_ptr<XmlSchemaCache> CreateSchemaCache(std::string_view) override { return nullptr; }
 };
 
-// A program folder, a table set and rules in memory, small enough to see through: two
-// goods declarations kinds, a value declaration, a component list.
+// A program folder, a table set and rules in memory, small enough to see through.
 class ConversionWorld {
  public:
   ConversionWorld() {
@@ -31,17 +30,13 @@ class ConversionWorld {
     host.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
     host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(kCatalogue);
     host.files["C:\\RULES\\armti.txt"] = WinLines(kRules);
-    host.files["C:\\OUT\\DBRHEAD.DBF"] = TableImage()
-                                             .Field("G071", 'C', 8)
-                                             .Field("G073", 'C', 7)
-                                             .Field("G011", 'C', 4)
-                                             .Field("G19", 'L', 1)
-                                             .Bytes();
+    const TableImage number = TableImage().Field("G073", 'C', 7);
+    host.files["C:\\OUT\\SBRHEAD.DBF"] = number.Bytes();
+    host.files["C:\\OUT\\DBRHEAD.DBF"] =
+        TableImage(number).Field("G071", 'C', 8).Field("G011", 'C', 4).Field("G19", 'L', 1).Bytes();
     host.files["C:\\OUT\\DBRTOV.DBF"] =
-        TableImage().Field("G073", 'C', 7).Field("G32", 'N', 5).Field("G33", 'C', 10).Bytes();
-    host.files["C:\\OUT\\DBRCMP.DBF"] =
-        TableImage().Field("G073", 'C', 7).Field("NAME", 'C', 10).Bytes();
-    host.files["C:\\OUT\\SBRHEAD.DBF"] = TableImage().Field("G073", 'C', 7).Bytes();
+        TableImage(number).Field("G32", 'N', 5).Field("G33", 'C', 10).Bytes();
+    host.files["C:\\OUT\\DBRCMP.DBF"] = TableImage(number).Field("NAME", 'C', 10).Bytes();
   }
 
   // Converts one file whose documents follow each other in envelopes.
@@ -76,8 +71,6 @@ class ConversionWorld {
       "Goods { NAMESPACE=\"Goods\"\n  Code=C10 | NAMESPACE=\"Code\"\n}\n"
       "[DTSout.HEADER]\nShortName=DTS\nXmlType=x\nPrefix=<DTSout a=\"1\">\n"
       "[DTSout.Fields]\nProc=C2 | NAMESPACE=\"Proc\"\n"
-      "[GoodsComponentList.HEADER]\nShortName=GCL\nXmlType=x\nPrefix=<GoodsComponentList a=\"1\">\n"
-      "[GoodsComponentList.Fields]\nPart { NAMESPACE=\"Part\"\n  Name=C10 | NAMESPACE=\"Name\"\n}\n"
       "[Letter.HEADER]\nShortName=L\nXmlType=x\nPrefix=<Letter a=\"1\">\n"
       "[Letter.Fields]\nText=C10 | NAMESPACE=\"Text\"\n"
       "[TD1.HEADER]\nShortName=DT 1\nMainBlock=TOVAR\nDbfName=dbrhead.dbf\n"
@@ -89,7 +82,6 @@ class ConversionWorld {
 
   static constexpr const char* kRules =
       "[DBRHEAD]\n=ESADout,KTDout\nG011=Proc\n[DBRTOV]\nGoods{\nG33=Code\n"
-      "[DBRKMP]\n=GoodsComponentList\n[DBRCMP]\nPart{\nNAME=Name\n"
       "[SBRHEAD]\n=DTSout_CU\n";
 
   FakeHost host;

@@ -24,17 +24,14 @@ class StartUpTest : public testing::Test {
   StartUpState state{host};
 };
 
-TEST_F(StartUpTest, ReadsTheFoldersOfBothArguments) {
+TEST_F(StartUpTest, EachStartReadsTheFoldersOfItsArguments) {
   ASSERT_TRUE(state.StartUp(kProgram, "C:\\RULES\\"));
   EXPECT_EQ(state.environment().base_path, kProgram);
   EXPECT_EQ(state.environment().data_path, "C:\\PROG\\Data\\");
   EXPECT_EQ(state.environment().aux_path, "C:\\RULES\\");
-  for (const char* code : {"WIN", "_DOS", "MORE"})
+  for (const char* code : {"WIN", "_DOS", "MORE"}) {
     EXPECT_GE(state.types().IndexOf(code), 0) << code;
-}
-
-TEST_F(StartUpTest, EachStartReplacesTheOneBefore) {
-  ASSERT_TRUE(state.StartUp(kProgram, "C:\\RULES\\"));
+  }
   ASSERT_TRUE(state.StartUp(kProgram, "C:\\OTHER\\"));
   EXPECT_EQ(state.types().IndexOf("MORE"), -1);
   state.TearDown();
@@ -42,14 +39,11 @@ TEST_F(StartUpTest, EachStartReplacesTheOneBefore) {
 }
 
 TEST_F(StartUpTest, AMissingConfigurationReachesTheHost) {
-  const struct {
-    const char* program;
-    const char* message;
-  } cases[] = {{"C:\\NONE\\", "Не найден файл C:\\NONE\\Kord.ini"},
-               {"C:\\PROG", "Не найден файл C:\\PROGKord.ini"}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(Utf8(ErrorOf([&] { (void)state.StartUp(c.program, ""); })), c.message);
-  }
+  const auto error = [&](const char* program) {
+    return Utf8(ErrorOf([&] { (void)state.StartUp(program, ""); }));
+  };
+  EXPECT_EQ(error("C:\\NONE\\"), "Не найден файл C:\\NONE\\Kord.ini");
+  EXPECT_EQ(error("C:\\PROG"), "Не найден файл C:\\PROGKord.ini");
 }
 
 TEST_F(StartUpTest, ACatalogueThatCannotBeLoadedIsAQuietNo) {
