@@ -48,8 +48,8 @@ void TDbfDocument::Load(std::string_view path) {
   TableLoader loader(cache_, doc_folder_);
   row_count_ = loader.LoadHead(RootRecord(), row);
   root_rec_no_ = row;
-  loader.LoadChildren(RootRecord());
   doc_key_ = RecordKey(RootBasis()).Of(RootRecord());
+  loader.LoadChildren(RootRecord(), doc_key_);
   ResolveMainBlock();
   Modified = false;
 }

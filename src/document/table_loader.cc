@@ -66,8 +66,8 @@ std::int64_t TableLoader::LoadHead(TDocFieldList& top, std::int32_t row) {
   return table.RecordCount();
 }
 
-void TableLoader::LoadChildren(TDocFieldList& top) {
-  doc_key_ = RecordKey(top.Basis()).Of(top);
+void TableLoader::LoadChildren(TDocFieldList& top, const ShortText& doc_key) {
+  doc_key_ = doc_key;
   head_key_fields_ = top.Basis().key_fields;
   std::vector<Level> levels;
   levels.push_back({static_cast<const TDbfBasis*>(&top.Basis()), {&top}});

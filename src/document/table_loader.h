@@ -23,9 +23,9 @@ class TableLoader {
   // table has none of that number. The result is the table's row count. Throws Error
   // when the table cannot be opened.
   std::int64_t LoadHead(TDocFieldList& top, std::int32_t row);
-  // Loads the tables below the head, level by level, up to five deep. Throws Error when
-  // one cannot be opened.
-  void LoadChildren(TDocFieldList& top);
+  // Loads the tables below the head, whose key is `doc_key`, level by level, up to five deep.
+  // Throws Error when one cannot be opened.
+  void LoadChildren(TDocFieldList& top, const ShortText& doc_key);
 
  private:
   struct Level {

@@ -105,8 +105,8 @@ void TableWriter::WriteRecord(Level& level, TDocFieldList& record) {
   if (is_new) {
     if (!table.Append()) ThrowCannotOpen(table.file_name());
     record.RecNo = static_cast<std::int32_t>(table.current_record());
-  } else {
-    table.Post();
+  } else if (table.Post() != DbfStatus::kOk) {
+    ThrowCannotOpen(table.file_name());  // replaced on disk since it was opened
   }
   const auto behind = std::lower_bound(level.deleted.begin(), level.deleted.end(), record.RecNo);
   record.RecNo -= static_cast<std::int32_t>(behind - level.deleted.begin());

@@ -203,8 +203,9 @@ TEST_F(TDbfDocumentTest, SaysWhichTableCannotBeOpened) {
   EXPECT_EQ(Rows("DBRHEAD"), "");
   cache.Flush();
   EXPECT_EQ(Rows("DBRHEAD"), "1: NOMER=\"B\"\n") << "the rows written so far are in the images";
-  EXPECT_EQ(Utf8(ErrorOf([&] { document->Load("C:\\OUT\\1"); })),
+  EXPECT_EQ(Utf8(ErrorOf([&] { document->Load("C:\\OUT\\2"); })),
             "Не могу открыть dbf для загрузки C:\\OUT\\DBRTOV");
+  EXPECT_EQ(document->DocKey(), "") << "of the head row, which was loaded before";
   EXPECT_EQ(Utf8(ErrorOf([&] { document->Load("C:\\NONE\\1"); })),
             "Не могу открыть dbf для загрузки C:\\NONE\\DBRHEAD");
   EXPECT_EQ(world.host.dialogs.log.back(), "status: ");
