@@ -60,9 +60,10 @@ std::string_view LogicalValue(std::string_view value, std::string_view caption) 
 }
 
 ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_field,
-                              int this_year) {
+                              const Environment& environment) {
   if (source_field == nullptr) return value;
-  if (source_field->type == 'D') return ConvertDate(value, this_year);
+  // Only a date asks the clock: it is asked often enough to show.
+  if (source_field->type == 'D') return ConvertDate(value, environment.ThisYear());
   if (source_field->type == 'L') return LogicalValue(value, source_field->caption);
   return value;
 }
@@ -81,8 +82,8 @@ ShortText SixDigitDate(std::string_view value, int this_year) {
 StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value) {
   const int position = line.target_field.In(record.target.CurBasis(), line.field);
   if (position >= 0) {
-    record.target.SetFieldByNum(position, ConvertBySourceType(value, record.source.LastField(),
-                                                              record.run.environment.ThisYear()));
+    record.target.SetFieldByNum(
+        position, ConvertBySourceType(value, record.source.LastField(), record.run.environment));
     return StoredIn::kField;
   }
   if (StartsWithOneOf(line.field, {"G36[", "G37[", "K012["})) {

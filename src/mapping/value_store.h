@@ -15,7 +15,7 @@ namespace customsconv {
 // it was read from (null: unchanged): dates in XML form become local ones,
 // logical values "1" or "0".
 [[nodiscard]] ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_field,
-                                            int this_year);
+                                            const Environment& environment);
 
 // "1" or "0" of a logical value: by the bracketed pair of the field's caption
 // ("[Нет/Да]": the second word means yes), without one by the usual words.
