@@ -1,12 +1,14 @@
 #include "cli/interrupt.h"
 #include "cli/run.h"
 #include "cli/standard_output.h"
+#include "platform/posix/memory.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/posix_processes.h"
 
 int main(int argc, char** argv) {
   using namespace customsconv;
+  posix::KeepFreedMemory();
   posix::PosixFiles files;
   posix::PosixClock clock;
   posix::PosixProcesses processes;
