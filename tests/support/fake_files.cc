@@ -188,6 +188,7 @@ void FakeFiles::Change(FileOp op, std::string_view path, std::string_view bytes,
   if (dead_) return;
   Operation(op, path);
   ++changes_;
+  if (fails_in_ > 0 && --fails_in_ == 0) throw FileError(Kind::kWrite, path, "made to fail");
   if (dies_in_ == 0 || --dies_in_ > 0) return write(bytes);
   if (tear_ && op == FileOp::kOtherChange) write(bytes.substr(0, bytes.size() / 2));
   dead_ = true;

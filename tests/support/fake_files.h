@@ -81,6 +81,8 @@ class FakeFiles : public Files {
     faults_[{Key(path), op}] = kind;
   }
   void StopFailing() { faults_.clear(); }
+  // The `n`th change from now is refused, those behind it are not.
+  void FailChange(int n) { fails_in_ = n; }
   // In the place of the `n`th change from now SuddenDeath is thrown; the files stay as they
   // are then, whatever destructors still try, until Revive. With `tear`, an append or a
   // stream write leaves the first half of its bytes.
@@ -145,7 +147,8 @@ class FakeFiles : public Files {
   std::map<std::pair<std::string, FileOp>, FileError::Kind> faults_;
   mutable std::map<FileOp, int> counts_;
   mutable int changes_ = 0;
-  mutable int dies_in_ = 0;  // 0: never
+  mutable int fails_in_ = 0;  // 0: never
+  mutable int dies_in_ = 0;
   bool tear_ = false;
   mutable bool dead_ = false;
   mutable FileStamp last_stamp_ = 1000;
