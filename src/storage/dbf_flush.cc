@@ -108,9 +108,10 @@ void TDbfCache::Written(TDbfMemoryStream& image) {
   image.file_age = host_.files.Stamp(image.path);
   image.failure_time = kNoFailureSinceWrite;
   image.changed = false;
-  // A new file may be known by another identity than the one it replaced.
+  // A new file may be known by another identity than the one it replaced. An image that is
+  // held for it already is outdated now, as its next user finds.
   std::string identity = host_.files.Identity(image.path);
-  if (identity == image.identity) return;
+  if (identity == image.identity || images_.contains(identity)) return;
   auto node = images_.extract(image.identity);
   node.key() = identity;
   image.identity = std::move(identity);

@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "platform/posix/posix_host.h"
+#include "platform/quiet_dialogs.h"
 #include "storage/dbf_file.h"
 #include "support/fake_host.h"
 #include "support/table_image.h"
+#include "support/temp_folder.h"
 #include "support/text.h"
 
 namespace customsconv {
@@ -157,6 +162,26 @@ TEST_F(TDbfCacheTest, ShowsWhatCannotBeWrittenAndKeepsItForTheNextFlush) {
     host.files.StopFailing();
     EXPECT_EQ(failures_after(0), 0u);
     EXPECT_EQ(OnDisk(), "HT");
+  }
+}
+
+// The flush gives the first image the second one's file.
+TEST(TDbfCache, KeepsItsImagesWhenAFileAppearsThatDiffersInLetterCaseOnly) {
+  const TempFolder folder;
+  folder.Write("out/T.DBF", OneRow("old"));
+  std::filesystem::create_symlink("out", folder / "link");
+  QuietDialogs dialogs;
+  PosixHost host(dialogs);
+  TDbfCache cache(host);
+  TFileDbfFile first(cache), second(cache);
+  first.Open(folder.Win("out/t.dbf"), kShared, OnError::kThrow);
+  folder.Write("out/t.dbf", OneRow("two"));
+  second.Open(folder.Win("link/t.dbf"), kShared, OnError::kThrow);
+  for (const std::int64_t rows : {2, 3}) {
+    first.Append();
+    cache.Flush();
+    second.Open(folder.Win("link/t.dbf"), kShared, OnError::kThrow);
+    EXPECT_EQ(second.RecordCount(), rows);
   }
 }
 
