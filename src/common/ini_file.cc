@@ -66,23 +66,23 @@ void TVeltIni::BuildIndex() {
   first_sections_.clear();
   keys_.clear();
   commented_keys_.clear();
-  lines_.Renumber();
-  keys_.reserve(lines_.size());
+  keys_.reserve(lines_.Count());
   std::string section;
-  for (std::size_t place = 0; place < lines_.size(); ++place) {
-    const std::string_view line = lines_.LineAt(place);
+  for (IniLines::Number number = lines_.Next(IniLines::kEnd); number != IniLines::kEnd;
+       number = lines_.Next(number)) {
+    const std::string_view line = lines_.Text(number);
     if (const auto header = ParseSectionHeader(line)) {
       section = *header;
-      AddSection(section, place);
+      AddSection(section, number);
     } else if (const auto key_line = ParseKeyLine(line)) {
-      keys_.try_emplace(FullKey(section, key_line->key), place);
+      keys_.try_emplace(FullKey(section, key_line->key), number);
     } else if (const auto commented = ParseCommentedKey(line)) {
-      commented_keys_.try_emplace(FullKey(section, *commented), place);
+      commented_keys_.try_emplace(FullKey(section, *commented), number);
     }
   }
 }
 
-void TVeltIni::AddSection(std::string_view name, std::size_t header) {
+void TVeltIni::AddSection(std::string_view name, IniLines::Number header) {
   first_sections_.try_emplace(std::string(name), sections_.size());
   sections_.push_back({std::string(name), header});
 }
@@ -93,7 +93,7 @@ std::string TVeltIni::ReadString(std::string_view section, std::string_view key,
                                  std::string_view default_value) const {
   const auto found = keys_.find(FullKey(section, key));
   if (found != keys_.end()) {
-    if (const auto key_line = ParseKeyLine(lines_.Line(found->second)))
+    if (const auto key_line = ParseKeyLine(lines_.Text(found->second)))
       return std::string(key_line->value);
   }
   return std::string(default_value);
@@ -108,21 +108,21 @@ bool TVeltIni::ReadBool(std::string_view section, std::string_view key, bool def
   return ReadInteger(section, key, default_value ? 1 : 0) != 0;
 }
 
-std::size_t TVeltIni::SectionEnd(std::size_t index) const {
-  return index + 1 < sections_.size() ? sections_[index + 1].header : lines_.size();
+IniLines::Number TVeltIni::SectionEnd(std::size_t index) const {
+  return index + 1 < sections_.size() ? sections_[index + 1].header : IniLines::kEnd;
 }
 
-TVeltIni::Places TVeltIni::LinesOf(std::string_view section) const {
+TVeltIni::LineRange TVeltIni::LinesOf(std::string_view section) const {
   const auto found = first_sections_.find(section);
-  if (found == first_sections_.end()) return {0, 0};
-  return {sections_[found->second].header + 1, SectionEnd(found->second)};
+  if (found == first_sections_.end()) return {IniLines::kEnd, IniLines::kEnd};
+  return {lines_.Next(sections_[found->second].header), SectionEnd(found->second)};
 }
 
 std::vector<std::string> TVeltIni::ReadSection(std::string_view section) const {
   std::vector<std::string> result;
-  const Places places = LinesOf(section);
-  for (std::size_t place = places.begin; place < places.end; ++place) {
-    if (const auto key_line = ParseKeyLine(lines_.LineAt(place))) {
+  const LineRange range = LinesOf(section);
+  for (auto number = range.begin; number != range.end; number = lines_.Next(number)) {
+    if (const auto key_line = ParseKeyLine(lines_.Text(number))) {
       result.emplace_back(key_line->key);
     }
   }
@@ -133,7 +133,7 @@ std::vector<std::string> TVeltIni::ReadSections() const {
   std::vector<std::string> result;
   result.reserve(sections_.size());
   for (const Section& section : sections_) {
-    const std::string_view header = lines_.LineAt(section.header);
+    const std::string_view header = lines_.Text(section.header);
     const std::size_t end = header.find(']');
     result.emplace_back(end == header.npos ? std::string_view() : header.substr(1, end - 1));
   }
@@ -142,9 +142,9 @@ std::vector<std::string> TVeltIni::ReadSections() const {
 
 std::vector<std::string> TVeltIni::ReadSectionValues(std::string_view section) const {
   std::vector<std::string> result;
-  const Places places = LinesOf(section);
-  for (std::size_t place = places.begin; place < places.end; ++place) {
-    const std::string_view line = lines_.LineAt(place);
+  const LineRange range = LinesOf(section);
+  for (auto number = range.begin; number != range.end; number = lines_.Next(number)) {
+    const std::string_view line = lines_.Text(number);
     if (!line.empty() && line.front() != ';') result.emplace_back(line);
   }
   return result;
@@ -181,7 +181,7 @@ bool TVeltIni::SetLine(std::string_view section, std::string_view key, std::stri
   std::string full_key = FullKey(section, key);
   const std::string line = KeyLine(key, value);
   if (const auto found = keys_.find(full_key); found != keys_.end()) {
-    if (lines_.Line(found->second) == line) return false;
+    if (lines_.Text(found->second) == line) return false;
     lines_.Set(found->second, line);
   } else if (const auto commented = commented_keys_.find(full_key);
              commented != commented_keys_.end()) {
@@ -199,27 +199,22 @@ bool TVeltIni::SetLine(std::string_view section, std::string_view key, std::stri
 }
 
 IniLines::Number TVeltIni::InsertIntoSection(std::size_t index, std::string_view line) {
-  std::size_t place = SectionEnd(index);
+  IniLines::Number next = SectionEnd(index);
   // The blank line that separates two sections stays below the new key.
-  if (lines_.LineAt(place - 1).empty()) --place;
-  while (++index < sections_.size()) ++sections_[index].header;
-  return lines_.Insert(place, line);
+  if (lines_.Text(lines_.Previous(next)).empty()) next = lines_.Previous(next);
+  return lines_.Insert(next, line);
 }
 
 IniLines::Number TVeltIni::AppendSection(std::string_view section, std::string_view line) {
-  if (!lines_.empty() && !lines_.LineAt(lines_.size() - 1).empty()) {
-    lines_.Insert(lines_.size(), "");
-  }
-  AddSection(section, lines_.size());
-  lines_.Insert(lines_.size(), '[' + std::string(section) + ']');
-  return lines_.Insert(lines_.size(), line);
+  if (!lines_.Text(lines_.Previous(IniLines::kEnd)).empty()) lines_.Insert(IniLines::kEnd, "");
+  AddSection(section, lines_.Insert(IniLines::kEnd, '[' + std::string(section) + ']'));
+  return lines_.Insert(IniLines::kEnd, line);
 }
 
 bool TVeltIni::DeleteLine(std::string_view section, std::string_view key) {
   const auto found = keys_.find(FullKey(section, key));
   if (found == keys_.end()) return false;
-  const std::size_t place = lines_.Remove(found->second);
-  for (Section& later : sections_) later.header -= later.header > place ? 1 : 0;
+  lines_.Remove(found->second);
   keys_.erase(found);
   modified_ = true;
   return true;
@@ -234,7 +229,12 @@ void TVeltIni::DeleteKey(std::string_view section, std::string_view key) {
 void TVeltIni::EraseSection(std::string_view section) {
   const auto found = first_sections_.find(section);
   if (found == first_sections_.end()) return;
-  lines_.RemovePlaces(sections_[found->second].header, SectionEnd(found->second));
+  const IniLines::Number end = SectionEnd(found->second);
+  for (IniLines::Number number = sections_[found->second].header; number != end;) {
+    const IniLines::Number next = lines_.Next(number);
+    lines_.Remove(number);
+    number = next;
+  }
   modified_ = true;
   BuildIndex();
   Flush();

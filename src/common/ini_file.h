@@ -96,23 +96,23 @@ class TVeltIni {
  private:
   struct Section {
     std::string name;
-    std::size_t header;  // the place of its header line
+    IniLines::Number header;
   };
-  struct Places {
-    std::size_t begin;
-    std::size_t end;
+  struct LineRange {
+    IniLines::Number begin;
+    IniLines::Number end;
   };
   // "<section>_<key>" to its first line.
   using KeyIndex = std::unordered_map<std::string, IniLines::Number, NoCaseHash, NoCaseEqual>;
 
   void LoadLines();
-  void AddSection(std::string_view name, std::size_t header);
+  void AddSection(std::string_view name, IniLines::Number header);
   IniLines::Number InsertIntoSection(std::size_t index, std::string_view line);
   IniLines::Number AppendSection(std::string_view section, std::string_view line);
   // Where the section at `index` ends: the next header or the end of the lines.
-  [[nodiscard]] std::size_t SectionEnd(std::size_t index) const;
-  // The lines behind the section's header; none when there is no such section.
-  [[nodiscard]] Places LinesOf(std::string_view section) const;
+  [[nodiscard]] IniLines::Number SectionEnd(std::size_t index) const;
+  // The lines behind the section's header; an empty range when there is no such section.
+  [[nodiscard]] LineRange LinesOf(std::string_view section) const;
 
   Host& host_;
   std::string file_name_;

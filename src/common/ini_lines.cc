@@ -1,7 +1,6 @@
 #include "common/ini_lines.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 namespace customsconv {
@@ -15,60 +14,69 @@ std::size_t LineEndSize(std::string_view text, std::size_t offset) {
   return offset < text.size() ? 1 : 0;
 }
 
-auto Offset(std::size_t place) { return static_cast<std::ptrdiff_t>(place); }
-
 }  // namespace
 
 void IniLines::Assign(std::string text) {
   constexpr auto kEndsLine = [](char c) { return c == '\r' || c == '\n'; };
   text_ = std::move(text);
-  lines_.clear();
+  lines_.assign(1, {});
+  removed_ = kEnd;
+  removed_count_ = 0;
   for (std::size_t offset = 0; offset < text_.size();) {
-    const auto end = std::find_if(text_.begin() + Offset(offset), text_.end(), kEndsLine);
-    const auto size = static_cast<std::size_t>(end - text_.begin()) - offset;
-    lines_.push_back({offset, size});
+    const auto start = text_.begin() + static_cast<std::ptrdiff_t>(offset);
+    const auto size = static_cast<std::size_t>(std::find_if(start, text_.end(), kEndsLine) - start);
+    Line& line = lines_[Link(kEnd)];
+    line.offset = offset;
+    line.size = size;
     offset += size + LineEndSize(text_, offset + size);
   }
-  order_.resize(lines_.size());
-  std::iota(order_.begin(), order_.end(), Number{0});
 }
 
-IniLines::Number IniLines::Insert(std::size_t place, std::string_view line) {
-  const Number number = lines_.size();
-  lines_.push_back(Added(line));
-  order_.insert(order_.begin() + Offset(place), number);
+void IniLines::Set(Number number, std::string_view line) {
+  lines_[number].offset = text_.size();
+  lines_[number].size = line.size();
+  text_.append(line).append(kLineEnd);
+}
+
+IniLines::Number IniLines::Insert(Number next, std::string_view line) {
+  const Number number = Link(next);
+  Set(number, line);
   return number;
 }
 
-std::size_t IniLines::Remove(Number number) {
-  const auto found = std::find(order_.begin(), order_.end(), number);
-  const auto place = static_cast<std::size_t>(found - order_.begin());
-  order_.erase(found);
-  return place;
-}
-
-void IniLines::RemovePlaces(std::size_t begin, std::size_t end) {
-  order_.erase(order_.begin() + Offset(begin), order_.begin() + Offset(end));
-}
-
-void IniLines::Renumber() {
-  std::vector<Stretch> by_place;
-  by_place.reserve(order_.size());
-  for (Number& number : order_) {
-    by_place.push_back(lines_[number]);
-    number = by_place.size() - 1;
+IniLines::Number IniLines::Link(Number next) {
+  Number number = removed_;
+  if (number == kEnd) {
+    number = lines_.size();
+    lines_.emplace_back();
+  } else {
+    removed_ = lines_[number].next;
+    --removed_count_;
   }
-  lines_ = std::move(by_place);
+  const Number previous = lines_[next].previous;
+  lines_[number].previous = previous;
+  lines_[number].next = next;
+  lines_[previous].next = lines_[next].previous = number;
+  return number;
+}
+
+void IniLines::Remove(Number number) {
+  Line& line = lines_[number];
+  lines_[line.previous].next = line.next;
+  lines_[line.next].previous = line.previous;
+  line.next = removed_;
+  removed_ = number;
+  ++removed_count_;
 }
 
 const std::string& IniLines::Joined() {
   joined_.clear();
-  joined_.reserve(text_.size() + order_.size());
+  joined_.reserve(text_.size() + lines_.size());
   // What follows each other in the text, line ends included.
   std::size_t begin = 0;
   std::size_t end = 0;
-  for (const Number number : order_) {
-    const Stretch line = lines_[number];
+  for (Number number = Next(kEnd); number != kEnd; number = Next(number)) {
+    const Line& line = lines_[number];
     if (line.offset != end) {
       joined_.append(text_, begin, end - begin);
       begin = line.offset;
@@ -88,17 +96,11 @@ const std::string& IniLines::Joined() {
 
 void IniLines::DropOldLines() {
   std::size_t offset = 0;
-  for (const Number number : order_) {
+  for (Number number = Next(kEnd); number != kEnd; number = Next(number)) {
     lines_[number].offset = offset;
     offset += lines_[number].size + kLineEnd.size();
   }
   text_ = joined_;
-}
-
-IniLines::Stretch IniLines::Added(std::string_view line) {
-  const std::size_t offset = text_.size();
-  text_.append(line).append(kLineEnd);
-  return {offset, line.size()};
 }
 
 }  // namespace customsconv
