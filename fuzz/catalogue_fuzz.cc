@@ -1,4 +1,5 @@
-// A catalogue file of any bytes: loading it, and building the levels of its types.
+// A catalogue file of any bytes: loading it, building the levels of its types, and filling a
+// document of each.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -7,6 +8,7 @@
 
 #include "base/error.h"
 #include "document/doc_type_list.h"
+#include "document/document.h"
 #include "storage/dbf_cache.h"
 #include "support/catalogue_builder.h"
 #include "support/table_image.h"
@@ -17,7 +19,26 @@ namespace {
 // A type without its section searches the whole file, so not all of them are asked.
 constexpr int kTypesAsked = 50;
 
-void BuildLevels(TDocInfo& info, TDbfCache& cache, Environment& environment) {
+// Stores into all fields of the document's top and main level.
+void Fill(TDocument& document) {
+  document.OpenBlock("", 0, false);
+  for (int i = 0; i < document.RootBasis().Count(); ++i) {
+    document.SetFieldByNum(i, "a");
+    document.AppendFieldByNum(i, "b");
+    document.SetChoice(i, 1);
+    document.SetFieldById(1000 + i, 0, "c");
+    (void)(document.GetFieldByNum(i) + document.GetFieldById(1000 + i, 0));
+  }
+  (void)document.JoinBlockField(document.DocInfo().MainBlock, "", JoinMode::kBlanks);
+  for (int i = 0; i < document.RootBasis().Count(); ++i) {
+    if (document.RootBasis().Item(i).is_block) {
+      document.OpenBlock("\\\\" + document.RootBasis().Item(i).name, 0, false);
+      document.SetChoice(0, 1);
+    }
+  }
+}
+
+void UseType(TDocInfo& info, TDocTypeList& types, TDbfCache& cache, Environment& environment) {
   try {
     const TBasis& basis = info.GetBasis(environment);
     if (info.HasDbfName) info.LoadFromDbf("C:\\OUT\\", cache, environment);
@@ -28,16 +49,18 @@ void BuildLevels(TDocInfo& info, TDbfCache& cache, Environment& environment) {
     (void)basis.FindSubBasis(info.MainBlock).Path();
     (void)info.Numbering(environment).FieldIdByName("G33");
     (void)info.XmlDocName();
+    TDocument document(info.Code, types, environment);
+    Fill(document);
   } catch (const Error&) {
   }
 }
 
 void Load(bool all_files, TDbfCache& cache, Environment& environment) {
   try {
-    const TDocTypeList types("Kordwin.dcf", all_files, environment);
+    TDocTypeList types("Kordwin.dcf", all_files, environment);
     for (int i = 0; i < std::min(types.Count(), kTypesAsked); ++i) {
       if (types.IndexOf(types.Item(i).Code) != i) __builtin_trap();
-      BuildLevels(types.Item(i), cache, environment);
+      UseType(types.Item(i), types, cache, environment);
     }
   } catch (const Error&) {
   }
