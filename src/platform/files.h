@@ -41,8 +41,6 @@ class FileStream {
   // The new position from the file's start.
   virtual std::int64_t Seek(std::int64_t offset, SeekOrigin origin) = 0;
   [[nodiscard]] virtual std::int64_t Size() const = 0;
-  // Cuts the file off (or extends it) at `size` bytes.
-  virtual void Truncate(std::int64_t size) = 0;
   [[nodiscard]] virtual FileStamp Stamp() const = 0;
 };
 

@@ -50,7 +50,6 @@ std::string AccountOf(Files& files, const std::string& folder) {
     note(stream->Seek(-10, SeekOrigin::kCurrent));
     stream->Write("XY", 2);
     note(stream->Seek(-4, SeekOrigin::kEnd));
-    stream->Truncate(9);
     std::string rest(8, '.');
     note(stream->Read(rest.data(), rest.size()));
     account += rest;

@@ -70,10 +70,6 @@ class FakeFiles::MemoryStream : public FileStream {
     return static_cast<std::int64_t>(node_->bytes.size());
   }
 
-  void Truncate(std::int64_t size) override {
-    Change("", [&](std::string_view) { node_->bytes.resize(static_cast<std::size_t>(size)); });
-  }
-
   [[nodiscard]] FileStamp Stamp() const override { return node_->stamp; }
 
  private:

@@ -16,7 +16,7 @@
 namespace customsconv {
 
 // What the program asks of the files, for counting and for made-up faults. From kStage on
-// these are changes; kOtherChange appends, deletes, writes to a stream or truncates it.
+// these are changes; kOtherChange appends, deletes or writes to a stream.
 enum class FileOp {
   kExists,
   kStamp,

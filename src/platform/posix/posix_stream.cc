@@ -39,10 +39,6 @@ class PosixStream : public FileStream {
 
   [[nodiscard]] std::int64_t Size() const override { return Status().st_size; }
 
-  void Truncate(std::int64_t size) override {
-    if (::ftruncate(file_.number(), size) != 0) Fail(Kind::kWrite);
-  }
-
   [[nodiscard]] FileStamp Stamp() const override { return StampOf(Status()); }
 
  private:
