@@ -29,7 +29,7 @@ class PartReader {
     first_ = false;
     std::size_t end = rest_.find(kPartMark);
     std::size_t value = 0;
-    if (const std::size_t mark = rest_.find(kPartValueMark); mark < end) {
+    if (const std::size_t mark = rest_.substr(0, end).find(kPartValueMark); mark != rest_.npos) {
       part.prefix = rest_.substr(0, mark);
       value = std::min(mark + 2, rest_.size());
       end = rest_.find(kPartMark, value);
