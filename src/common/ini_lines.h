@@ -12,7 +12,7 @@ namespace customsconv {
 // removed around it; a removed line's number is given out again.
 //
 // The lines are stretches of one text, to which new ones are added: joining them copies what
-// did not change in few pieces. All else takes constant time.
+// did not change in few pieces. A change takes constant time.
 class IniLines {
  public:
   using Number = std::size_t;
@@ -52,8 +52,8 @@ class IniLines {
   void DropOldLines();
 
   std::string text_;
-  std::vector<Line> lines_{1};  // by number; kEnd closes them to a ring
-  Number removed_ = kEnd;       // the first of the removed ones, which are linked by `next`
+  std::vector<Line> lines_ = std::vector<Line>(1);  // by number; kEnd closes them to a ring
+  Number removed_ = kEnd;  // the first of the removed ones, which are linked by `next`
   std::size_t removed_count_ = 0;
   std::string joined_;
 };
