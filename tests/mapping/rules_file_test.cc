@@ -15,27 +15,21 @@ TEST(RulesFile, LinesEndAtCrLfCrOrLf) {
   EXPECT_EQ(rules.Line(2), "c");
   EXPECT_EQ(rules.Line(3), "");
   EXPECT_EQ(rules.Line(4), "d");
+  EXPECT_EQ(ErrorOf([&] { (void)rules.ShortLine(5); }), "List index out of bounds (5)");
 }
 
 TEST(RulesFile, FindsTheFirstSectionWhoseKindsLineHoldsTheKind) {
   const RulesFile rules(
       "[SUB]\nBlock{\n[SBRHEAD]\n=DTSout_CU\n[DBRHEAD "
       "x]\n=esadout,KTDout\n[OTHER]\n=ESADout\n[LAST]");
-  const struct {
-    const char* kind;
-    int line;
-  } cases[] = {{"ESADout", 4}, {"DTSout", 2}, {"KTDout", 4}, {"Inventory", -1}, {"Block", -1}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(rules.FindSection(c.kind).value_or(-1), c.line) << c.kind;
+  const std::pair<const char*, int> cases[] = {
+      {"ESADout", 4}, {"DTSout", 2}, {"KTDout", 4}, {"Inventory", -1}, {"Block", -1}};
+  for (const auto& [kind, line] : cases) {
+    EXPECT_EQ(rules.FindSection(kind).value_or(-1), line) << kind;
   }
   EXPECT_EQ(rules.TableName(4), "DBRHEAD");
   EXPECT_EQ(rules.NextHeader(4), 6);
   EXPECT_EQ(rules.NextHeader(8), rules.Count());
-}
-
-TEST(RulesFile, ALineBehindTheLastNamesItsIndex) {
-  const RulesFile rules("[A]");
-  EXPECT_EQ(ErrorOf([&] { (void)rules.ShortLine(1); }), "List index out of bounds (1)");
 }
 
 TEST(MappingLines, SplitAtBlanksExclamationMarksAndEqualSigns) {
