@@ -20,6 +20,9 @@ constexpr std::uint32_t kSlice = 100;  // milliseconds between two looks
 void WatchForInterrupt() {
   std::signal(SIGINT, &NoteInterrupt);
   std::signal(SIGTERM, &NoteInterrupt);
+  // A reader that goes away (`customsconv … | head`) must not end a save half-way; the
+  // output tells in the end that it could not be written.
+  std::signal(SIGPIPE, SIG_IGN);
 }
 
 bool InterruptNoted() { return noted; }

@@ -49,9 +49,15 @@ class FileStream {
 class PendingFile {
  public:
   virtual ~PendingFile() = default;
-  // Puts the content in place in one step. Throws FileError (kCreate); the old file
-  // then stays whole.
-  virtual void Commit() = 0;
+  // Puts the content in place in one step. Throws FileError (kCreate); the old
+  // file then stays whole.
+  virtual void Place() = 0;
+  // Waits until what was placed in the file's folder would outlast a power cut.
+  virtual void Settle() = 0;
+  void Commit() {
+    Place();
+    Settle();
+  }
 };
 
 // A lock between processes, held until destruction.

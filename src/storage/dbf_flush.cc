@@ -76,12 +76,17 @@ void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* p
     }
     if (progress != nullptr) progress->Show(++done);
   }
-  for (auto& [image, pending] : staged) {
-    const auto put_in_place = [&files, image = image, &pending = pending] {
+  for (std::size_t i = 0; i < staged.size(); ++i) {
+    auto& [image, pending] = staged[i];
+    // One wait for the disk serves all files of a folder; they stand together.
+    const bool settles =
+        i + 1 == staged.size() || FolderPart(staged[i + 1].first->path) != FolderPart(image->path);
+    const auto put_in_place = [&files, settles, image = image, &pending = pending] {
       if (!pending) pending = files.Stage(image->path, image->bytes.view());
       // A file that cannot be put in place is of no use to the next attempt.
       const std::unique_ptr<PendingFile> ready = std::move(pending);
-      ready->Commit();
+      ready->Place();
+      if (settles) ready->Settle();
     };
     if (TryToWrite(*image, put_in_place)) Written(*image);
   }

@@ -92,10 +92,11 @@ class FakeFiles::MemoryPendingFile : public PendingFile {
  public:
   MemoryPendingFile(FakeFiles& files, std::string_view path, std::string_view content)
       : files_(files), path_(path), content_(content) {}
-  void Commit() override {
+  void Place() override {
     files_.Change(FileOp::kCommit, path_, content_,
                   [this](std::string_view content) { files_.Put(path_, content); });
   }
+  void Settle() override {}
 
  private:
   FakeFiles& files_;

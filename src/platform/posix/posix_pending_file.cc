@@ -31,13 +31,15 @@ class PosixPendingFile : public PendingFile {
   PosixPendingFile(const PosixPendingFile&) = delete;
   PosixPendingFile& operator=(const PosixPendingFile&) = delete;
 
-  void Commit() override {
+  void Place() override {
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
       throw SystemFileError(Kind::kCreate, path_, errno);  // a server's file that others hold
     }
     temporary_.clear();
-    // The file is in place whatever comes now. Flushing the folder makes that
-    // outlast a power cut; a file system that cannot do so is no failure.
+  }
+
+  // A file system that cannot do so is no failure: the file is in place.
+  void Settle() override {
     const FileDescriptor folder = FileDescriptor::Open(FolderOf(target_), O_RDONLY | O_DIRECTORY);
     if (folder.valid()) ::fsync(folder.number());
   }
