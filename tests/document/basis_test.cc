@@ -88,31 +88,5 @@ TEST(TBasis, ChecksumCoversTheNamesOfAllLevels) {
   EXPECT_EQ(top.checksum(), 0x76F28668u);
 }
 
-TEST(TBasis, AddsUpTheWidthsOfAFieldsLines) {
-  TBasis basis;
-  for (const int lines : {1, 3, 2}) {
-    TFieldInfo field;
-    field.width = 20;
-    field.lines = static_cast<std::int16_t>(lines);
-    if (lines == 2) field.line_widths = {200, 30};
-    basis.Append(std::move(field));
-  }
-  EXPECT_EQ(basis.TotalWidth(0), 20);
-  EXPECT_EQ(basis.TotalWidth(1), 60);
-  EXPECT_EQ(basis.TotalWidth(2), 230);
-}
-
-TEST(TBasis, NestsAsDeepAsItsFileSays) {
-  auto level = Level({"F"});
-  for (int i = 0; i < 200000; ++i) {
-    auto above = std::make_unique<TBasis>();
-    above->AppendBlock(Field("B"), std::move(level));
-    above->Reindex();
-    level = std::move(above);
-  }
-  EXPECT_EQ(level->IndexOfName("b"), 0);
-  level.reset();  // must not run out of stack
-}
-
 }  // namespace
 }  // namespace customsconv

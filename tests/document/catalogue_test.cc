@@ -118,7 +118,6 @@ TEST(Catalogue, ReadsValuesThatDependOnTheirForm) {
     EXPECT_EQ(HeaderWorld(line).Info().BlankColor, color) << line;
   }
   EXPECT_EQ(HeaderWorld("HasBackSide=yes\n").Info().HasBackSide, 1);
-  EXPECT_EQ(HeaderWorld("HasBackSide=n\n").Info().HasBackSide, 0);
   EXPECT_EQ(ErrorOf([] { HeaderWorld("BlocksOnMainPage=2x\n"); }),
             "'2x' is not a valid integer value");
 }

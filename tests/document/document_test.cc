@@ -113,20 +113,6 @@ TEST_F(DocumentTest, AtARecordListOnlyPathsFromTheTopRead) {
   EXPECT_EQ(document.GetFieldEx(R"(TOVAR\1\G33)"), "g1");
 }
 
-TEST_F(DocumentTest, SavedPositionsComeBackInTurn) {
-  document.PushPosition();
-  document.SetCurrentPath(R"(TOVAR\2)");
-  document.PushPosition();
-  document.OpenBlock("DOCS", 0, false);
-  EXPECT_EQ(document.CurPath(), R"(DOCS\1\)");
-  document.PopPosition();
-  EXPECT_EQ(document.CurPath(), R"(TOVAR\2\)");
-  document.PopPosition();
-  EXPECT_EQ(document.CurPath(), "");
-  EXPECT_EQ(document.GoodsIndex(), 1);  // is not part of what is saved
-  EXPECT_EQ(ErrorOf([&] { document.PopPosition(); }), Win("Стек путей пуст"));
-}
-
 TEST_F(DocumentTest, OpensAndInsertsRecords) {
   document.OpenBlock("TOVAR", 1, false);
   EXPECT_EQ(document.CurPath(), R"(TOVAR\1\)");
@@ -154,6 +140,7 @@ TEST_F(DocumentTest, MissingParentWithoutNumberFallsBackToAFreshDocument) {
   EXPECT_EQ(document.MainRecordCount(), 1);
   EXPECT_EQ(document.GetFieldEx(R"(TOVAR\1\G33)"), "");
   document.PopPosition();  // into the old tree, which nobody else sees
+  EXPECT_EQ(ErrorOf([&] { document.PopPosition(); }), Win("Стек путей пуст"));
   EXPECT_EQ(document.GetField("G33"), "g2");
 }
 
@@ -179,13 +166,11 @@ TEST_F(DocumentTest, ReadsAndStoresByPath) {
   EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(DocumentTest, LongTextReadsAsOneLineWhileFlattening) {
+TEST_F(DocumentTest, ReadsLongTextAsOneLineAndAppendsToWhatIsStored) {
   document.SetField("NOTE", "A\r\nB  ");
   EXPECT_EQ(document.GetFieldEx("NOTE", false), "A\r\nB  ");
   EXPECT_EQ(document.GetFieldEx("NOTE"), "A B");
-}
-
-TEST_F(DocumentTest, AppendsAsReadingAndStoringWould) {
+  document.SetField("NOTE", "");
   document.AppendFieldByNum(2, "a\r");
   document.AppendFieldByNum(2, "b");
   document.AppendFieldByNum(1, "1");  // an empty flag reads "0"

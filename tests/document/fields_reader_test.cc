@@ -100,18 +100,11 @@ TEST(FieldsReader, TakesCaptionsFromTheLineOrTheCommentBefore) {
 
 TEST(FieldsReader, TakesAttributesOutOfTheCaption) {
   TypeWorld type(
-      "A=C5 | x PATTERN=\"[|]\"y PRNT=\"1\" SEQ=\"2\"CHOICE=\"257\" MAX=\"many\" NAMESPACE=\"a:B\" "
-      "z\n"
-      "B=C5 | NAMESPACE=a:B\n"
-      "C=C5 | NAMESPACE=\"a:B\n");
+      "A=C5 | x PATTERN=\"[|]\"y PRNT=\"1\" SEQ=\"2\"CHOICE=\"257\" MAX=\"many\" "
+      "NAMESPACE=\"a:B\" z\nB=C5 | NAMESPACE=a:B\nC=C5 | NAMESPACE=\"a:B\n");
   const TFieldInfo& a = type.Basis().Item(0);
-  EXPECT_EQ(a.caption, "x y     z");
-  EXPECT_EQ(a.pattern, "[|]");
-  EXPECT_EQ(a.xml_path, "a:B");
-  EXPECT_EQ(a.prnt, 1);
-  EXPECT_EQ(a.seq, 2);
-  EXPECT_EQ(a.choice, 1) << "kept in 8 bits";
-  EXPECT_EQ(a.max, 0);
+  EXPECT_EQ(a.caption + "/" + a.pattern + "/" + a.xml_path, "x y     z/[|]/a:B");
+  EXPECT_EQ((std::vector<int>{a.prnt, a.seq, a.choice, a.max}), (std::vector{1, 2, 1, 0}));
   for (const int i : {1, 2}) EXPECT_EQ(type.Basis().Item(i).xml_path, "") << i;
   EXPECT_EQ(type.Basis().Item(1).caption, "NAMESPACE=a:B");
 }
@@ -124,20 +117,14 @@ TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
   const TFieldInfo& composite = basis.FieldByName("G31");
   EXPECT_EQ(Sizes(composite), "M250");
   EXPECT_EQ(basis.FieldByName("NUM").type, 'N');
-  ASSERT_EQ(composite.sub_fields.size(), 2u);
-  const TSubField& first = composite.sub_fields[0];
-  EXPECT_EQ(Utf8(first.prefix), "№\rМЕСТО");
-  EXPECT_EQ(first.number, 2);
-  EXPECT_EQ(Utf8(first.ref_name), "ССЫЛКА12");
-  EXPECT_EQ(first.ref_number, 12);
-  EXPECT_TRUE(first.flag);
-  EXPECT_EQ(first.full_name, "G31.1");
-  EXPECT_EQ(Utf8(first.caption), "часть");
-  const TSubField& second = composite.sub_fields[1];
-  EXPECT_EQ(second.prefix, " ");
-  EXPECT_EQ(second.number, 44) << "kept in 8 bits";
-  EXPECT_EQ(second.ref_number, 0);
-  EXPECT_FALSE(second.flag);
+  std::string described;
+  for (const TSubField& part : composite.sub_fields) {
+    described += part.full_name + ";" + part.prefix + ";" + std::to_string(part.number) + ";" +
+                 part.ref_name + ";" + std::to_string(part.ref_number) + ";" +
+                 (part.flag ? "x;" : ";") + part.caption + "|";
+  }
+  // A level is kept in 8 bits.
+  EXPECT_EQ(Utf8(described), "G31.1;№\rМЕСТО;2;ССЫЛКА12;12;x;часть|G31.2; ;44;R;0;;|");
   const std::pair<const char*, int> parts[] = {
       {"EARLY.1", -1}, {"G31.1", 0}, {"G31.2", 1}, {"NUM.1", 0}};
   for (const auto& [name, part] : parts) {

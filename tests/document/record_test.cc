@@ -24,18 +24,14 @@ class RecordTest : public testing::Test {
 
   RecordTest() {
     for (int i = 0; i < 40; ++i) {
-      if (i == kBlock) AddBlock();
+      if (i == kBlock) {
+        auto goods = std::make_unique<TBasis>();
+        goods->Append(Field("G33"));
+        level.AppendBlock(Field("GOODS"), std::move(goods));
+      }
       level.Append(Field("F" + std::to_string(i)));
     }
     record.Fill();
-  }
-
-  void AddBlock() {
-    auto goods = std::make_unique<TBasis>();
-    goods->Append(Field("G33"));
-    TFieldInfo block = Field("GOODS");
-    block.is_block = true;
-    level.AppendBlock(std::move(block), std::move(goods));
   }
 
   TBasis level;

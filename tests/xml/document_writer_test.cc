@@ -61,23 +61,21 @@ TEST(DocumentWriter, NestsElementsByTheNamesOfTheFields) {
     std::string fields;
     std::string_view values;  // "," between them, "-" for none
     const char* body;
-  } cases[] = {
-      {"inner ones close first", inner, "1,2,3",
-       "<A>|<B>|<C1>1</C1>|<C2>2</C2>|</B>|<D>3</D>|</A>|"},
-      {"left word by word", twins, "1,2,3,4",
-       "<A>|<B>|<C>1</C>|</B>|<BB>|<C>2</C>|</BB>|</A>|<A>3</A>|<A>|<E>4</E>|</A>|"},
-      {"empty elements vanish", "A#B#C=9\nD#E=9\nF=9", "-,-,1", "<F>1</F>|"},
-      {"marked ones stay", marks, "-,1,2", "<A>|<B></B>|<D>1</D>|</A>|<E>|<F>2</F>|</E>|"},
-      {"a path of its own", own_path, "1,2,3", "<c:P>|<c:Q>1</c:Q>|</c:P>|"},
-      {"NOP only by the name in use", "NOP=9 | NAMESPACE=\"A\"", "1", "<A>1</A>|"},
-      {"a child of the same name", "A#A=9\nB=9", "1,2", "<A>|<A>1</A></A>|<B>2</B>|"},
-      {"text of an element", text_of_x, "-,x", "<X>x</X>|"},
-      {"text behind a value", text_of_x, "1,x,y", "<A>|<B>1</B>|</A>|<X>x|<Y>y</Y>|</X>|"},
-      {"text of blanks", "N=9 | NAMESPACE=\"A#B#NodeText\"\nC=9", "  ,1", "<C>1</C>|"},
-      {"marks go from values, too", "A=19", "x P=1 P=1y P= P=11", "<A>xy P=1</A>|"},
-      {"a CR ends the line", "A=9\nB=9", "1\r2\n\r\r\n3,4", "<A>1|2 || 3</A>|<B>4</B>|"},
-      {"line ends of raw text", "A=Z9", "1\n2\r\n3\r", "<A>1|2|3|</A>|"},
-  };
+  } cases[] = {{"inner ones close first", inner, "1,2,3",
+                "<A>|<B>|<C1>1</C1>|<C2>2</C2>|</B>|<D>3</D>|</A>|"},
+               {"left word by word", twins, "1,2,3,4",
+                "<A>|<B>|<C>1</C>|</B>|<BB>|<C>2</C>|</BB>|</A>|<A>3</A>|<A>|<E>4</E>|</A>|"},
+               {"empty elements vanish", "A#B#C=9\nD#E=9\nF=9", "-,-,1", "<F>1</F>|"},
+               {"marked ones stay", marks, "-,1,2", "<A>|<B></B>|<D>1</D>|</A>|<E>|<F>2</F>|</E>|"},
+               {"a path of its own", own_path, "1,2,3", "<c:P>|<c:Q>1</c:Q>|</c:P>|"},
+               {"NOP only by the name in use", "NOP=9 | NAMESPACE=\"A\"", "1", "<A>1</A>|"},
+               {"a child of the same name", "A#A=9\nB=9", "1,2", "<A>|<A>1</A></A>|<B>2</B>|"},
+               {"text of an element", text_of_x, "-,x", "<X>x</X>|"},
+               {"text behind a value", text_of_x, "1,x,y", "<A>|<B>1</B>|</A>|<X>x|<Y>y</Y>|</X>|"},
+               {"text of blanks", "N=9 | NAMESPACE=\"A#B#NodeText\"\nC=9", "  ,1", "<C>1</C>|"},
+               {"marks go from values, too", "A=19", "x P=1 P=1y P= P=11", "<A>xy P=1</A>|"},
+               {"a CR ends the line", "A=9\nB=9", "1\r2\n\r\r\n3,4", "<A>1|2 || 3</A>|<B>4</B>|"},
+               {"line ends of raw text", "A=Z9", "1\n2\r\n3\r", "<A>1|2|3|</A>|"}};
   for (const auto& c : cases) {
     WriterWorld world(c.fields);
     int position = 0;
@@ -127,8 +125,7 @@ TEST(DocumentWriter, FormatsValuesByTheirType) {
       {"A=D",
        {"11.06.2015=2015-06-11", " 1.6.15=2015-06-01", "11/06/2015=2015-06-11",
         "11-06-15=2015-06-11", "110615=2015-06-11", "11062015=2015-06-11",
-        "2015-06-11=", "30.02.2015="}},
-  };
+        "2015-06-11=", "30.02.2015="}}};
   for (const auto& [field, values] : types) {
     for (const std::string_view value : values) {
       const std::size_t equals = value.find('=');
@@ -158,12 +155,15 @@ TEST(DocumentWriter, CutsValuesIntoPieces) {
 }
 
 TEST(DocumentWriter, MakesNamesValid) {
-  EXPECT_EQ(ValidElementName("Total Sum"), "_Total_Sum");
-  EXPECT_EQ(ValidElementName("1\"2&3'4<5>"), "_1_2_3_4_5_");
-  EXPECT_EQ(ValidElementName("1st") + ValidElementName("-a"), "G_1stG_-a");
-  for (const char* valid : {"_a", "Ёлка", "ёлка", "яма"}) {
-    EXPECT_EQ(Utf8(ValidElementName(Win(valid))), valid);
-  }
+  const std::pair<const char*, const char*> cases[] = {{"Total Sum", "_Total_Sum"},
+                                                       {"1\"2&3'4<5>", "_1_2_3_4_5_"},
+                                                       {"1st", "G_1st"},
+                                                       {"-a", "G_-a"},
+                                                       {"_a", "_a"},
+                                                       {"Ёлка", "Ёлка"},
+                                                       {"ёлка", "ёлка"},
+                                                       {"яма", "яма"}};
+  for (const auto& [name, valid] : cases) EXPECT_EQ(Utf8(ValidElementName(Win(name))), valid);
   EXPECT_EQ(Written("P#A<=C5", "1"), "<P>|<_A_ Name=\"P#A&lt;\">1</_A_>|</P>|");
 }
 
@@ -197,8 +197,7 @@ TEST(DocumentWriter, TheHeaderDecidesFormAndEncoding) {
       {"A=C5\nSDS_SIGNATURE#SDS_SIGNATURE_ITEM=C5", "Prefix=<R>\nXmlType=KIND\n",
        xml + "\"UTF-8\"?>|<ROWSET>| <ROW xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
              "doctype=\"KIND\">|    <A>Я</A>|  </ROW>|</ROWSET>|"},
-      {"B=B5", "Prefix=<R>\n", xml + "\"UTF-8\"?>|<R>|</R>|"},
-  };
+      {"B=B5", "Prefix=<R>\n", xml + "\"UTF-8\"?>|<R>|</R>|"}};
   for (const auto& c : cases) {
     WriterWorld world(c.fields, c.header);
     world.Set(0, "Я");

@@ -14,37 +14,21 @@ namespace {
 constexpr const char* kFile = "C:\\IN\\decl.xml";
 
 constexpr const char* kCatalogue =
-    "[ESADout.HEADER]\n"
-    "ShortName=ЭД ДТ\n"
-    "XmlType=ESADout\n"
-    "Prefix=<ESADout xmlns:cat=\"u\">\n"
+    "[ESADout.HEADER]\nShortName=ЭД ДТ\nXmlType=ESADout\nPrefix=<ESADout xmlns:cat=\"u\">\n"
     "[ESADout.Fields]\n"
-    "Kind=C10 | NAMESPACE=\"cat:Kind\"\n"
-    "Bare=C10\n"
+    "Kind=C10 | NAMESPACE=\"cat:Kind\"\nBare=C10\n"
     "Mode=C10 | NAMESPACE=\"Transport#cat:Border#Mode\"\n"
-    "Since=D | NAMESPACE=\"Since\"\n"
-    "Cost=N15.2 | NAMESPACE=\"Cost\"\n"
-    "Lines=C250 | NAMESPACE=\"Line\" SEQ=\"1\"\n"
-    "List=C250 | NAMESPACE=\"List\" SEQ=\"2\"\n"
+    "Since=D | NAMESPACE=\"Since\"\nCost=N15.2 | NAMESPACE=\"Cost\"\n"
+    "Lines=C250 | NAMESPACE=\"Line\" SEQ=\"1\"\nList=C250 | NAMESPACE=\"List\" SEQ=\"2\"\n"
     "Chosen=C10 | NAMESPACE=\"Chosen\" CHOICE=\"2\"\n"
-    "Group=B | NAMESPACE=\"Group\"\n"
-    "InGroup=C10 | NAMESPACE=\"Group#Inside\"\n"
-    "Scan=Y | NAMESPACE=\"Scan\"\n"
-    "Version=C10 | NAMESPACE=\"att=Version\"\n"
+    "Group=B | NAMESPACE=\"Group\"\nInGroup=C10 | NAMESPACE=\"Group#Inside\"\n"
+    "Scan=Y | NAMESPACE=\"Scan\"\nVersion=C10 | NAMESPACE=\"att=Version\"\n"
     "Goods { NAMESPACE=\"Shipment#Goods\"\n"
-    "  Number=C10 | NAMESPACE=\"Number\"\n"
-    "  Id=C10 | NAMESPACE=\"att=id\"\n"
-    "  Mark { NAMESPACE=\"cat:Mark\"\n"
-    "    Text=C10\n"
-    "    Sign=C10 | NAMESPACE=\"Sign\"\n"
-    "  }\n"
+    "  Number=C10 | NAMESPACE=\"Number\"\n  Id=C10 | NAMESPACE=\"att=id\"\n"
+    "  Mark { NAMESPACE=\"cat:Mark\"\n    Text=C10\n    Sign=C10 | NAMESPACE=\"Sign\"\n  }\n"
     "}\n"
-    "[Inventory.HEADER]\n"
-    "ShortName=Inventory\n"
-    "XmlType=Inventory\n"
-    "Prefix=<Inventory xmlns=\"u\">\n"
-    "[Inventory.Fields]\n"
-    "Number=C10 | NAMESPACE=\"Number\"\n";
+    "[Inventory.HEADER]\nShortName=Inventory\nXmlType=Inventory\nPrefix=<Inventory xmlns=\"u\">\n"
+    "[Inventory.Fields]\nNumber=C10 | NAMESPACE=\"Number\"\n";
 
 // A program folder and one XML file. Texts are UTF-8.
 struct World : CatalogueWorld {
@@ -82,24 +66,22 @@ TEST(TXMLContainer, YieldsDocumentsByKind) {
   const std::string third = "<ESADout x=\"\"><Kind>3</Kind></ESADout>";
   const std::string xml = "<?xml version=\"1.0\"?>";
   const struct {
-    const char* what;
+    const char *what, *documents;
     std::string xml;
-    const char* documents;
   } cases[] = {
       {"envelopes win over declarations",
-       xml + "<r>" + Envelope(first) + Envelope("\n" + second) + Envelope(third),
-       "ESADout 1: Kind=\"1\"\nESADout 2: Kind=\"3\"\nInventory 1: Number=\"2\"\n"},
-      {"a declaration each", xml + second + xml + "\n" + first,
-       "Inventory 1: Number=\"2\"\nESADout 1: Kind=\"1\"\n"},
-      {"letter case, unknown kinds", Envelope("<Other>") + Envelope("<esadOUT >") + first,
-       "ESADout 1: Kind=\"1\"\n"},
+       "ESADout 1: Kind=\"1\"\nESADout 2: Kind=\"3\"\nInventory 1: Number=\"2\"\n",
+       xml + "<r>" + Envelope(first) + Envelope("\n" + second) + Envelope(third)},
+      {"a declaration each", "Inventory 1: Number=\"2\"\nESADout 1: Kind=\"1\"\n",
+       xml + second + xml + "\n" + first},
+      {"letter case, unknown kinds", "ESADout 1: Kind=\"1\"\n",
+       Envelope("<Other>") + Envelope("<esadOUT >") + first},
       {"two names of one type are two kinds",
-       Envelope("<ESADout_CUv2 a=''>") + Envelope(first) + Envelope("<Inventory_CU >") + second,
-       "ESADout 1: Kind=\"1\"\nESADout 1: Kind=\"1\"\nInventory 1: Number=\"2\"\n"},
-      {"a root without attributes is not found", Envelope("<ESADout></ESADout>"), "ESADout 1: \n"},
-      {"a line break belongs to the name", Envelope("<ESADout\nx='y'></ESADout>"), ""},
-      {"neither envelope nor declaration", first, ""},
-  };
+       "ESADout 1: Kind=\"1\"\nESADout 1: Kind=\"1\"\nInventory 1: Number=\"2\"\n",
+       Envelope("<ESADout_CUv2 a=''>") + Envelope(first) + Envelope("<Inventory_CU >") + second},
+      {"a root without attributes is not found", "ESADout 1: \n", Envelope("<ESADout></ESADout>")},
+      {"a line break belongs to the name", "", Envelope("<ESADout\nx='y'></ESADout>")},
+      {"neither envelope nor declaration", "", first}};
   for (const auto& c : cases) {
     World world;
     TXMLContainer container = world.Open(c.xml);
@@ -119,10 +101,7 @@ TEST(TXMLContainer, ListsKindsWithTheirCounts) {
 }
 
 TEST(TXMLContainer, FillsFieldsByTheirXmlPaths) {
-  const struct {
-    const char* content;
-    const char* fields;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"<x:KIND>a</x:KIND>", "Kind=\"a\""},
       {"<Kind Version='1'>&amp;lt;&#192;&quot;</Kind>", "Kind=\"<А\"\""},
       {"<a:Transport><Border><Mode>a</Mode><x/></Border></a:Transport>", "Mode=\"a\""},
@@ -143,12 +122,11 @@ TEST(TXMLContainer, FillsFieldsByTheirXmlPaths) {
       // text goes to the first field without a path.
       {"<Line>1</Line><Kind>a</Kind><Line>2</Line>", "Kind=\"a\" Lines=\"2\""},
       {"<!-- --><Line>1</Line><!-- --><Line>2</Line>", "Lines=\"2\""},
-      {"<Line>1</Line>stray<Line>2</Line>", "Bare=\"stray\" Lines=\"2\""},
-  };
-  for (const auto& c : cases) {
+      {"<Line>1</Line>stray<Line>2</Line>", "Bare=\"stray\" Lines=\"2\""}};
+  for (const auto& [content, fields] : cases) {
     World world;
-    TXMLContainer container = world.Open(Declaration(c.content));
-    EXPECT_EQ(DumpAll(container), "ESADout 1: " + std::string(c.fields) + "\n") << c.content;
+    TXMLContainer container = world.Open(Declaration(content));
+    EXPECT_EQ(DumpAll(container), "ESADout 1: " + std::string(fields) + "\n") << content;
     EXPECT_FALSE(container.UnknownIdsFound());
   }
 }
@@ -159,8 +137,7 @@ TEST(TXMLContainer, NoticesValuesUnderUnknownNames) {
       {"<Shipment><Goods><Kind>a</Kind></Goods></Shipment>", true},
       {"<Group>a</Group>", true},
       {"<Other/><Other></Other><Other><![CDATA[]]></Other>", false},
-      {"<Other>a<x/></Other>", false},
-  };
+      {"<Other>a<x/></Other>", false}};
   for (const auto& [content, found] : cases) {
     World world;
     TXMLContainer container = world.Open(Declaration(content));
