@@ -1,6 +1,8 @@
 #ifndef CUSTOMSCONV_TESTS_CLI_CLI_WORLD_H_
 #define CUSTOMSCONV_TESTS_CLI_CLI_WORLD_H_
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <string>
 #include <string_view>
@@ -70,6 +72,12 @@ class CliWorld {
     arguments.insert(arguments.end(), more.begin(), more.end());
     arguments.emplace_back(kFile);
     return RunProgram(arguments);
+  }
+
+  // Whether the results hold this text; the failed expectation shows them.
+  testing::AssertionResult Printed(std::string_view text) {
+    if (output.results.find(text) != std::string::npos) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << text << "\nis not in\n" << output.results;
   }
 
   std::string Table(std::string_view name) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "common/settings.h"
 #include "support/fake_host.h"
 #include "support/text.h"
 
@@ -65,32 +64,6 @@ TEST(SharedConfigurations, HandsOutOneObjectUntilTheFileChanges) {
   world.host.files.Remove(kFile);
   EXPECT_EQ(ErrorOf([&] { shared.Get(kFile, CodePage::kWindows); }),
             Win("Не могу открыть ini-файл \"C:\\PROG\\kord.ini\""));
-}
-
-// Every setting in one line, by its accessor.
-std::string AllSettings(const TConfiguration& config) {
-  using namespace settings;
-  std::string flags;
-  for (const bool flag : {CollapsePatternBlanks(config), CheckXsd(config), NewYearNumber(config),
-                          RegNumsYear2Digit(config), ResetPrinterIndex(config),
-                          Country31(config, false), Country31(config, true), SqlLastNum(config)}) {
-    flags += flag ? '1' : '0';
-  }
-  return flags + " " + CustomHouseCode(config) + " " + RegNumStructure(config) + " " +
-         LastNumsFile(config) + " " + ArchiveId(config) + " " + UpCaseDocs(&config) + " " +
-         std::to_string(ArcNum(config)) + " " + std::to_string(MinOrdNumber(config));
-}
-
-TEST(Settings, HaveTheirDefaultsAndTheirPlaces) {
-  EXPECT_EQ(AllSettings(World("").config),
-            "11111100 00000000 %CODE/%DATE/%GNUM  1 Kord,DS1,DS2,KTS,KTD,OPN,KUT,NGA, 1 1");
-  World world(
-      "[ed]\nNDSp=0\nCheckXSD=no\n[KORD.ARMTI]\nCustomHouseCode=10\nMinOrdNumber=5\n"
-      "RegNumStructure=%N\nNewYearNumber=0\nCountry31=0\n[System]\nRegNumsYear2Digit=0\n"
-      "LastNumsFile=n.ini\n[Print]\nResetPrinterIndex=0\n[Kord]\nSQLLastNum=1\n[Tmr]\nArcNum=7\n"
-      "Id=8\n[Common]\nUpCaseDocs=A\n");
-  EXPECT_EQ(AllSettings(world.config), "00000001 10 %N n.ini 8 A 7 5");
-  EXPECT_EQ(settings::UpCaseDocs(nullptr), "Kord,DS1,DS2,KTS,KTD,OPN,KUT,NGA,");
 }
 
 }  // namespace

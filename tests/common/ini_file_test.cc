@@ -39,13 +39,11 @@ TEST(TVeltIni, ReadsWhatALineMeans) {
       n + "]\n" + n + "=" + v + "\n[open header\r\nin no name=5" + std::string("\0x", 2));
   const struct {
     std::string section, key, value;
-  } cases[] = {
-      {"", "FIRST", "outside"},         {"раздел", "КЛЮЧ", "a = b"},
-      {"РАЗДЕЛ", "off", "default"},     {"Раздел", "empty", ""},
-      {"Раздел", "no sign", "default"}, {"A", "B_C", "1"},  // "A_B" with "C" came first
-      {"раздел", "only here", "4"},     {"", "in no name", "5x"},
-      {"", n.substr(0, 255), v},        {n, n, "default"},
-  };
+  } cases[] = {{"", "FIRST", "outside"},         {"раздел", "КЛЮЧ", "a = b"},
+               {"РАЗДЕЛ", "off", "default"},     {"Раздел", "empty", ""},
+               {"Раздел", "no sign", "default"}, {"A", "B_C", "1"},  // "A_B" with "C" came first
+               {"раздел", "only here", "4"},     {"", "in no name", "5x"},
+               {"", n.substr(0, 255), v},        {n, n, "default"}};
   for (const auto& c : cases) {
     EXPECT_TRUE(world.Read(c.section, c.key) == c.value) << c.section << " / " << c.key;
   }
@@ -68,23 +66,19 @@ TEST(TVeltIni, ListsSectionsAndTheirLines) {
 }
 
 TEST(TVeltIni, WritesAKeyWhereItBelongs) {
+  const std::string n(26, 'n');
   const struct {
-    const char *what, *before, *section, *key, *after;
-  } cases[] = {
-      {"in place of its line", "[A]\nX = 1\n[B]\n", "a", "x", "[A]\nx=!\n[B]\n"},
-      {"switched off", "[A]\n;y=2\nz=1\n", "A", "y", "[A]\ny=!\nz=1\n"},
-      {"28 characters", "[A]\n;\t23456789012345678901234567y=\n", "A",
-       "23456789012345678901234567y", "[A]\n23456789012345678901234567y=!\n"},
-      {"29 are a remark", "[A]\n;\t234567890123456789012345678y=\n", "A",
-       "234567890123456789012345678y",
-       "[A]\n;\t234567890123456789012345678y=\n234567890123456789012345678y=!\n"},
-      {"above the blank line", "[A]\nx=1\n\n[B]\n", "A", "z", "[A]\nx=1\nz=!\n\n[B]\n"},
-      {"above one blank line only", "[A]\n\n\n[B]\n", "A", "z", "[A]\n\nz=!\n\n[B]\n"},
-      {"last section", "[A]\nx=1\n\n", "A", "z", "[A]\nx=1\nz=!\n\n"},
-      {"first of two sections", "[A]\n[B]\n[a]\n", "A", "z", "[A]\nz=!\n[B]\n[a]\n"},
-      {"new section", "[A]\nx=1", "B", "z", "[A]\nx=1\n\n[B]\nz=!\n"},
-      {"new in an empty file", "", "B", "z", "[B]\nz=!\n"},
-  };
+    std::string what, before, section, key, after;
+  } cases[] = {{"in place of its line", "[A]\nX = 1\n[B]\n", "a", "x", "[A]\nx=!\n[B]\n"},
+               {"switched off", "[A]\n;y=2\nz=1\n", "A", "y", "[A]\ny=!\nz=1\n"},
+               {"28 characters", "[A]\n;\t" + n + "y=\n", "A", n + "y", "[A]\n" + n + "y=!\n"},
+               {"29 are a remark", "[A]\n;\t" + n + "8y=\n", "A", n + "8y",
+                "[A]\n;\t" + n + "8y=\n" + n + "8y=!\n"},
+               {"above the blank line", "[A]\nx=1\n\n[B]\n", "A", "z", "[A]\nx=1\nz=!\n\n[B]\n"},
+               {"above one blank line only", "[A]\n\n\n[B]\n", "A", "z", "[A]\n\nz=!\n\n[B]\n"},
+               {"first of two sections", "[A]\n[B]\n[a]\n", "A", "z", "[A]\nz=!\n[B]\n[a]\n"},
+               {"new section", "[A]\nx=1", "B", "z", "[A]\nx=1\n\n[B]\nz=!\n"},
+               {"new in an empty file", "", "B", "z", "[B]\nz=!\n"}};
   for (const auto& c : cases) {
     World world(c.before);
     world.ini.WriteString(c.section, c.key, "!");

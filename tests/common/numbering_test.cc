@@ -47,8 +47,7 @@ TEST(Numbering, NumbersByPatternAndCounters) {
        "0000003", "0000004"},
       {"one-digit years", "S", "%DATE", "[System]\nRegNumsYear2Digit=0\n", "17036", "17036"},
       {"series with full years", "DUT", "%CODE.%DATE", "CustomHouseCode=10702020\n",
-       "10702020.17032026", "10702020.17032026"},
-  };
+       "10702020.17032026", "10702020.17032026"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     Station station("[Kord.ArmTI]\nRegNumStructure=" + c.pattern + "\n" + c.ini);

@@ -69,7 +69,6 @@ TEST(ArchiveRun, StartsTheBatchFileWhenWanted) {
   const auto& starts = world.host.processes.starts;
   ASSERT_EQ(starts.size(), 2U);
   EXPECT_EQ(starts[0].command, "C:\\PROG\\Utils\\arctmr.bat");
-  EXPECT_EQ(starts[0].parameters, "C:\\OUT\\ C:\\PROG\\Utils\\ D1703012.004");
   EXPECT_EQ(starts[1].parameters, "C:\\OUT\\ C:\\PROG\\Utils\\ D1703012.005");
 }
 

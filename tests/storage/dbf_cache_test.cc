@@ -28,8 +28,9 @@ class TDbfCacheTest : public ::testing::Test {
   TDbfCacheTest() {
     for (const char* name : {"DOCS", "HEAD", "TOVAR"}) host.files[Path(name)] = OneRow("old");
   }
-  void Change(const char* name, std::string_view value = "new") {
-    TFileDbfFile table(cache);
+  void Change(const char* name, std::string_view value = "new") { Change(name, value, cache); }
+  static void Change(const char* name, std::string_view value, TDbfCache& in) {
+    TFileDbfFile table(in);
     table.Open(Path(name), kShared, OnError::kThrow);
     table.GoTo(1);
     table.SetField(0, value, false);
@@ -109,11 +110,7 @@ TEST_F(TDbfCacheTest, FlushesTheTablesThatAreNamed) {
 TEST_F(TDbfCacheTest, FlushesWhenItGoes) {
   {
     TDbfCache short_lived(host);
-    TFileDbfFile table(short_lived);
-    table.Open(Path("HEAD"), kShared, OnError::kThrow);
-    table.GoTo(1);
-    table.SetField(0, "new", false);
-    table.Post();
+    Change("HEAD", "new", short_lived);
   }
   EXPECT_EQ(OnDisk(), "H");
 }

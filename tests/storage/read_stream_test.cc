@@ -36,8 +36,7 @@ TEST(TReadStream, LinesEndAtCarriageReturns) {
       {less1 + "\r\ny", {less1, "y"}},  // the buffer ends between CR and LF
       {less2 + "\r\ny\r\n", {less2, "y"}},
       {less2 + "\r\n", {less2}},  // a file of one whole buffer
-      {full, {full}},
-  };
+      {full, {full}}};
   for (const auto& [bytes, lines] : cases) {
     World world(bytes);
     Texts read;

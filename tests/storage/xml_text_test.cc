@@ -37,8 +37,7 @@ TEST(XmlText, TheHeadOfTheFileDecidesItsEncoding) {
       {"near once normalised", last + "<a n = \"windows-1251\"/>", "<a n=\"windows-1251\"/>"},
       {"UTF-16", Utf16(utf16) + "\x2F\x04\x16\x21", utf16 + "Я№"},
       {"no element", " x ", " x "},
-      {"an empty file", "", ""},
-  };
+      {"an empty file", "", ""}};
   for (const auto& c : cases) EXPECT_EQ(Loaded(c.bytes), c.text) << c.what;
 }
 
@@ -49,8 +48,7 @@ TEST(XmlText, KnowsOneSchemaPrefixAndDropsTheFirstComment) {
       {"<!--><b/> --><a/>", "<b/> --><a/>"},
       {"<a>--><!-- one --></a>", "<a>--><!-- one --></a>"},
       {"<a><!-- open", "<a><!-- open"},
-      {"!--<a>!--<!--!---->", "<a>!--"},
-  };
+      {"!--<a>!--<!--!---->", "<a>!--"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(Loaded(bytes), text);
 }
 
