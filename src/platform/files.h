@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,21 +45,28 @@ class FileStream {
   [[nodiscard]] virtual FileStamp Stamp() const = 0;
 };
 
-// New content of a file, written and flushed to disk beside its target but not yet in
-// its place. Discarded on destruction unless committed.
+// New content of a file, written beside its target but not yet in its place. Discarded on
+// destruction unless placed. The steps come in this order; several files go through each
+// step together, so that the disk works on all of them at once.
 class PendingFile {
  public:
   virtual ~PendingFile() = default;
+  // Waits until the content would outlast a power cut. Throws FileError (kWrite).
+  virtual void Harden() = 0;
   // Puts the content in place in one step. Throws FileError (kCreate); the old
   // file then stays whole.
   virtual void Place() = 0;
   // Waits until what was placed in the file's folder would outlast a power cut.
   virtual void Settle() = 0;
   void Commit() {
+    Harden();
     Place();
     Settle();
   }
 };
+
+// The bytes of a file in pieces that follow each other.
+using FilePieces = std::span<const std::string_view>;
 
 // A lock between processes, held until destruction.
 class FileLock {
@@ -91,10 +99,15 @@ class Files {
   // new ones, never half. Throws FileError (kWrite for trouble with the bytes, kCreate for
   // a file that is not to be had); the old file then stays whole.
   void Replace(std::string_view path, std::string_view content) { Stage(path, content)->Commit(); }
-  // First half of Replace: the temporary file. Several files are replaced with
-  // a tiny window between them by staging all before the first Commit.
-  [[nodiscard]] virtual std::unique_ptr<PendingFile> Stage(std::string_view path,
-                                                           std::string_view content) = 0;
+  void Replace(std::string_view path, FilePieces content) { StagePieces(path, content)->Commit(); }
+  // First step of Replace: the temporary file. Several files are replaced with a tiny window
+  // between them by staging and hardening all before the first one is placed.
+  [[nodiscard]] std::unique_ptr<PendingFile> Stage(std::string_view path,
+                                                   std::string_view content) {
+    return StagePieces(path, {&content, 1});
+  }
+  [[nodiscard]] virtual std::unique_ptr<PendingFile> StagePieces(std::string_view path,
+                                                                 FilePieces content) = 0;
 
   // Makes an empty file and returns true, or returns false when one exists; of
   // two processes that try at the same moment exactly one gets true. Throws

@@ -63,8 +63,8 @@ std::vector<TDbfMemoryStream*> TDbfCache::TakeDue(std::string_view table_names) 
   return due;
 }
 
-// All new files are written before the first one takes its place, so that the
-// moment in which the disk holds some old and some new tables is short.
+// All new files are safe on the disk before the first one takes its place, so that the
+// moment in which the folder holds some old and some new tables is short.
 void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress) {
   Files& files = host_.files;
   std::vector<std::pair<TDbfMemoryStream*, std::unique_ptr<PendingFile>>> staged;
@@ -76,13 +76,19 @@ void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* p
     }
     if (progress != nullptr) progress->Show(++done);
   }
+  std::erase_if(staged, [this](auto& entry) {
+    return !TryToWrite(*entry.first, [&entry] { entry.second->Harden(); });
+  });
   for (std::size_t i = 0; i < staged.size(); ++i) {
     auto& [image, pending] = staged[i];
     // One wait for the disk serves all files of a folder; they stand together.
     const bool settles =
         i + 1 == staged.size() || FolderPart(staged[i + 1].first->path) != FolderPart(image->path);
     const auto put_in_place = [&files, settles, image = image, &pending = pending] {
-      if (!pending) pending = files.Stage(image->path, image->bytes.view());
+      if (!pending) {
+        pending = files.Stage(image->path, image->bytes.view());
+        pending->Harden();
+      }
       // A file that cannot be put in place is of no use to the next attempt.
       const std::unique_ptr<PendingFile> ready = std::move(pending);
       ready->Place();

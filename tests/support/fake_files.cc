@@ -92,6 +92,7 @@ class FakeFiles::MemoryPendingFile : public PendingFile {
  public:
   MemoryPendingFile(FakeFiles& files, std::string_view path, std::string_view content)
       : files_(files), path_(path), content_(content) {}
+  void Harden() override {}
   void Place() override {
     files_.Change(FileOp::kCommit, path_, content_,
                   [this](std::string_view content) { files_.Put(path_, content); });
@@ -244,7 +245,9 @@ std::unique_ptr<FileStream> FakeFiles::Open(std::string_view path, FileMode mode
   return std::make_unique<MemoryStream>(*this, NodeToOpen(path, mode), mode);
 }
 
-std::unique_ptr<PendingFile> FakeFiles::Stage(std::string_view path, std::string_view content) {
+std::unique_ptr<PendingFile> FakeFiles::StagePieces(std::string_view path, FilePieces pieces) {
+  std::string content;
+  for (const std::string_view piece : pieces) content += piece;
   RefuseWhereReadOnly(path);
   Change(FileOp::kStage, path, content, [](std::string_view) {});
   return std::make_unique<MemoryPendingFile>(*this, path, content);

@@ -17,8 +17,8 @@ class PosixFiles : public Files {
   [[nodiscard]] bool FolderExists(std::string_view path) const override;
   [[nodiscard]] FileStamp Stamp(std::string_view path) const override;
   [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
-  [[nodiscard]] std::unique_ptr<PendingFile> Stage(std::string_view path,
-                                                   std::string_view content) override;
+  [[nodiscard]] std::unique_ptr<PendingFile> StagePieces(std::string_view path,
+                                                         FilePieces content) override;
   [[nodiscard]] bool CreateNew(std::string_view path) override;
   void Append(std::string_view path, std::string_view content) override;
   bool Delete(std::string_view path) override;

@@ -22,14 +22,42 @@ using Kind = FileError::Kind;
 
 class PosixPendingFile : public PendingFile {
  public:
-  // Takes over the temporary file, which goes with the object unless committed.
-  PosixPendingFile(std::string temporary, std::string target, std::string_view path)
-      : temporary_(std::move(temporary)), target_(std::move(target)), path_(path) {}
+  // Takes over the temporary file, which goes with the object unless placed.
+  PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
+                   std::string_view path)
+      : file_(std::move(file)),
+        temporary_(std::move(temporary)),
+        target_(std::move(target)),
+        path_(path) {}
   ~PosixPendingFile() override {
     if (!temporary_.empty()) ::unlink(temporary_.c_str());
   }
   PosixPendingFile(const PosixPendingFile&) = delete;
   PosixPendingFile& operator=(const PosixPendingFile&) = delete;
+
+  [[nodiscard]] bool Write(FilePieces content) const {
+    for (const std::string_view piece : content) {
+      if (!file_.Write(piece)) return false;
+    }
+    return true;
+  }
+  // Permissions and owner of the file that is replaced.
+  [[nodiscard]] bool TakeAfter(const struct stat& old) const {
+    // Another owner may be beyond our rights; the permissions are what counts.
+    static_cast<void>(::fchown(file_.number(), old.st_uid, old.st_gid) != 0);
+    return ::fchmod(file_.number(), old.st_mode & 07777) == 0;
+  }
+  // The disk begins to write while the program goes on; where that cannot be asked for,
+  // hardening does it all.
+  void StartWriting() const {
+    static_cast<void>(::sync_file_range(file_.number(), 0, 0, SYNC_FILE_RANGE_WRITE));
+  }
+
+  void Harden() override {
+    if (::fsync(file_.number()) != 0 || !file_.Close()) {
+      throw SystemFileError(Kind::kWrite, path_, errno);
+    }
+  }
 
   void Place() override {
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
@@ -45,6 +73,7 @@ class PosixPendingFile : public PendingFile {
   }
 
  private:
+  FileDescriptor file_;    // open until it is hardened
   std::string temporary_;  // empty once it is in place
   std::string target_;
   std::string path_;
@@ -92,20 +121,15 @@ std::optional<struct stat> OldFile(const std::string& target, std::string_view p
 }  // namespace
 
 std::unique_ptr<PendingFile> StageFile(const std::string& system_name, std::string_view path,
-                                       std::string_view content) {
+                                       FilePieces content) {
   const std::string target = BehindLinks(system_name);
   const std::optional<struct stat> old = OldFile(target, path);
   auto [file, temporary] = CreateTemporary(target, path);
-  auto pending = std::make_unique<PosixPendingFile>(temporary, target, path);
-  bool written = file.Write(content);
-  if (old) {
-    // Another owner may be beyond our rights; the permissions are what counts.
-    static_cast<void>(::fchown(file.number(), old->st_uid, old->st_gid) != 0);
-    written = written && ::fchmod(file.number(), old->st_mode & 07777) == 0;
-  }
-  if (!written || ::fsync(file.number()) != 0 || !file.Close()) {
+  auto pending = std::make_unique<PosixPendingFile>(std::move(file), temporary, target, path);
+  if (!pending->Write(content) || (old && !pending->TakeAfter(*old))) {
     throw SystemFileError(Kind::kWrite, path, errno);
   }
+  pending->StartWriting();
   return pending;
 }
 
