@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_BASE_CODE_PAGES_H_
 #define CUSTOMSCONV_BASE_CODE_PAGES_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -46,6 +47,9 @@ void DosFromWinInPlace(std::string& text);
 // (overlong forms, surrogates, above U+10FFFF included). A byte order mark at
 // the start is dropped; a character that code page 1251 lacks becomes "?".
 [[nodiscard]] std::optional<std::string> WinFromUtf8(std::string_view utf8);
+// The same in the memory of `text`, for files of any size; what stands before `start`
+// is dropped. False for what is malformed; nothing useful is left of the text then.
+[[nodiscard]] bool WinFromUtf8InPlace(std::string& text, std::size_t start = 0);
 [[nodiscard]] std::string Utf8FromWin(std::string_view win);
 void AppendUtf8FromWin(std::string& utf8, std::string_view win);
 

@@ -17,7 +17,7 @@ namespace {
 
 constexpr char kReplacement = '?';
 constexpr std::ptrdiff_t kBlock = 16;      // bytes between two tries of the quick way
-constexpr std::size_t kPiece = 32 * 1024;  // bytes converted before they are moved out
+constexpr std::size_t kPiece = 32 * 1024;  // bytes converted before they are handed on
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
@@ -86,6 +86,23 @@ std::size_t PieceSize(std::string_view text, std::size_t limit) {
   return size;
 }
 
+// Converts the text, a byte order mark apart, and hands it on by pieces that stay in the
+// processor's cache, so that the memory of a large result is touched once and only as far as
+// it is used. False when the text is malformed.
+template <class Take>
+bool ConvertByPieces(std::string_view utf8, Take take) {
+  if (utf8.starts_with(kByteOrderMark)) utf8.remove_prefix(kByteOrderMark.size());
+  std::array<char, kPiece> piece;
+  while (!utf8.empty()) {
+    const std::size_t size = PieceSize(utf8, kPiece);
+    const char* const end = ConvertUtf8(utf8.data(), utf8.data() + size, piece.data());
+    if (end == nullptr) return false;
+    take(std::string_view(piece.data(), static_cast<std::size_t>(end - piece.data())));
+    utf8.remove_prefix(size);
+  }
+  return true;
+}
+
 // UTF-8 form of a byte of code page 1251.
 struct Utf8Form {
   std::array<char, 3> bytes;
@@ -113,21 +130,21 @@ const Utf8Form& Utf8FormOf(char c) { return kUtf8Forms[static_cast<unsigned char
 
 }  // namespace
 
-// Goes by pieces that stay in the processor's cache, so that the memory of a
-// large result is touched once and only as far as it is used.
 std::optional<std::string> WinFromUtf8(std::string_view utf8) {
-  if (utf8.starts_with(kByteOrderMark)) utf8.remove_prefix(kByteOrderMark.size());
   std::string win;
   win.reserve(utf8.size());
-  std::array<char, kPiece> piece;
-  while (!utf8.empty()) {
-    const std::size_t size = PieceSize(utf8, kPiece);
-    const char* end = ConvertUtf8(utf8.data(), utf8.data() + size, piece.data());
-    if (end == nullptr) return std::nullopt;
-    win.append(piece.data(), static_cast<std::size_t>(end - piece.data()));
-    utf8.remove_prefix(size);
-  }
+  if (!ConvertByPieces(utf8, [&win](std::string_view piece) { win += piece; })) return std::nullopt;
   return win;
+}
+
+// A text is never longer in code page 1251, so what is written stays behind what is read.
+bool WinFromUtf8InPlace(std::string& text, std::size_t start) {
+  char* to = text.data();
+  const bool well_formed = ConvertByPieces(
+      std::string_view(text).substr(start),
+      [&to](std::string_view piece) { to = std::copy(piece.begin(), piece.end(), to); });
+  text.resize(static_cast<std::size_t>(to - text.data()));
+  return well_formed;
 }
 
 std::string Utf8FromWin(std::string_view win) {

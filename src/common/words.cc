@@ -179,6 +179,27 @@ bool ContainsNoCase(std::string_view text, std::string_view pattern) {
   return PosFromNoCase(pattern, text, 1) != 0;
 }
 
+// Most blocks hold no place where the pattern's first and last character stand at its distance;
+// that test of a whole block is a few vector instructions.
+std::size_t FindInLong(std::string_view text, std::string_view pattern, std::size_t from) {
+  constexpr std::size_t kBlock = 64;
+  if (pattern.empty()) return text.find(pattern, from);
+  const std::size_t distance = pattern.size() - 1;
+  for (; from + kBlock + distance <= text.size(); from += kBlock) {
+    const char* const first = text.data() + from;
+    const char* const last = first + distance;
+    unsigned char candidate = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) {
+      const bool both = (first[i] == pattern.front()) & (last[i] == pattern.back());
+      candidate = static_cast<unsigned char>(candidate | static_cast<unsigned char>(both));
+    }
+    if (candidate == 0) continue;
+    const std::size_t found = text.substr(from, kBlock + distance).find(pattern);
+    if (found != std::string_view::npos) return from + found;
+  }
+  return text.find(pattern, from);
+}
+
 std::string ReplaceAll(std::string_view text, std::string_view old_text,
                        std::string_view new_text) {
   std::string result;

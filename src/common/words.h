@@ -54,6 +54,12 @@ namespace customsconv {
 [[nodiscard]] bool Contains(std::string_view text, std::string_view pattern);
 [[nodiscard]] bool ContainsNoCase(std::string_view text, std::string_view pattern);
 
+// Offset (from 0) where `pattern` begins at `from` or behind; npos when it does not. For whole
+// files: many times quicker than std::string_view::find where the pattern's first character
+// is frequent, as "<" is.
+[[nodiscard]] std::size_t FindInLong(std::string_view text, std::string_view pattern,
+                                     std::size_t from);
+
 // Every occurrence, left to right, without overlap, exact bytes.
 [[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view old_text,
                                      std::string_view new_text);

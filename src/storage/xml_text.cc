@@ -20,8 +20,8 @@ void UnifySchemaPrefix(std::string& text) {
   constexpr std::string_view kShort = "xs:";
   constexpr std::string_view kLong = "xsd:";
   std::size_t count = 0;
-  for (std::size_t found = text.find(kShort); found != std::string::npos;
-       found = text.find(kShort, found + kShort.size())) {
+  for (std::size_t found = FindInLong(text, kShort, 0); found != std::string::npos;
+       found = FindInLong(text, kShort, found + kShort.size())) {
     ++count;
   }
   if (count == 0) return;
@@ -29,7 +29,7 @@ void UnifySchemaPrefix(std::string& text) {
   unified.reserve(text.size() + count * (kLong.size() - kShort.size()));
   std::size_t start = 0;
   for (; count > 0; --count) {
-    const std::size_t found = text.find(kShort, start);
+    const std::size_t found = FindInLong(text, kShort, start);
     unified.append(text, start, found - start).append(kLong);
     start = found + kShort.size();
   }
@@ -48,22 +48,22 @@ void NormaliseHead(std::string& text) {
   text.replace(0, size, normal);
 }
 
-// In code page 1251; empty for malformed UTF-8. Bytes that are in 1251 already are
-// handed on without a copy.
-std::string DecodeXml(std::string&& bytes) {
-  if (bytes.size() > 2 && bytes.compare(0, 2, "\xEF\xBB") == 0) {
-    const std::size_t start = bytes.find('<', 2);
-    return WinFromUtf8(std::string_view(bytes).substr(start == std::string::npos ? 2 : start))
-        .value_or("");
+// Brings a text to code page 1251, in its own memory where that can be. False for malformed
+// UTF-8.
+bool DecodeXml(std::string& text) {
+  if (text.size() > 2 && text.compare(0, 2, "\xEF\xBB") == 0) {
+    const std::size_t start = text.find('<', 2);
+    return WinFromUtf8InPlace(text, start == std::string::npos ? 2 : start);
   }
-  NormaliseHead(bytes);
+  NormaliseHead(text);
   using std::string_view_literals::operator""sv;
-  const std::string_view head = std::string_view(bytes).substr(0, kHeadSize);
-  if (head.find("-1251\"") != std::string_view::npos) return std::move(bytes);
+  const std::string_view head = std::string_view(text).substr(0, kHeadSize);
+  if (head.find("-1251\"") != std::string_view::npos) return true;
   if (head.find("\0U\0T\0F\0-\0001\0006\0\"\0"sv) != std::string_view::npos) {
-    return WinFromUtf16(std::string_view(bytes).substr(2));
+    text = WinFromUtf16(std::string_view(text).substr(2));
+    return true;
   }
-  return WinFromUtf8(bytes).value_or("");
+  return WinFromUtf8InPlace(text);
 }
 
 void RemoveFirstComment(std::string& text) {
@@ -78,11 +78,10 @@ void RemoveFirstComment(std::string& text) {
 
 }  // namespace
 
-std::string XmlTextFromBytes(std::string bytes, std::string_view file_name) {
-  if (bytes.empty()) return bytes;
-  UnifySchemaPrefix(bytes);
-  std::string text = DecodeXml(std::move(bytes));
-  if (text.empty()) {
+std::string XmlTextFromBytes(std::string text, std::string_view file_name) {
+  if (text.empty()) return text;
+  UnifySchemaPrefix(text);
+  if (!DecodeXml(text) || text.empty()) {
     throw Error(std::string(file_name) + '\r' +
                 std::string("Ошибка при перекодировке из UTF-8 - битый файл!"_cp1251));
   }

@@ -12,8 +12,8 @@ namespace customsconv {
 // first comment; "xs:" has become "xsd:". Throws FileError for a file that cannot be read, and
 // Error naming the file when it does not decode.
 [[nodiscard]] std::string LoadXmlText(const Files& files, std::string_view file_name);
-// The same for bytes that were read already; `file_name` serves the message.
-[[nodiscard]] std::string XmlTextFromBytes(std::string bytes, std::string_view file_name);
+// The same for what was read already; `file_name` serves the message.
+[[nodiscard]] std::string XmlTextFromBytes(std::string text, std::string_view file_name);
 
 }  // namespace customsconv
 

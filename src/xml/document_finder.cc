@@ -23,11 +23,11 @@ class MarkSearch {
     constexpr std::string_view kEnvelope = "<DocBody>";
     constexpr std::string_view kDeclaration = "<?xml version=\"1.0\"";
     if (envelopes_left_) {
-      const std::size_t envelope = text_.find(kEnvelope, from);
+      const std::size_t envelope = FindInLong(text_, kEnvelope, from);
       if (envelope != kNowhere) return envelope;
       envelopes_left_ = false;
     }
-    return text_.find(kDeclaration, from);
+    return FindInLong(text_, kDeclaration, from);
   }
 
  private:
@@ -76,7 +76,7 @@ std::string_view DocumentFinder::Find(std::string_view text, std::size_t number)
 
 std::size_t DocumentFinder::StartOf(std::string_view text, std::size_t number) {
   while (starts_.size() < number && (starts_.empty() || starts_.back() != kNowhere)) {
-    starts_.push_back(text.find(start_tag_, starts_.empty() ? 0 : starts_.back() + 1));
+    starts_.push_back(FindInLong(text, start_tag_, starts_.empty() ? 0 : starts_.back() + 1));
   }
   return number <= starts_.size() ? starts_[number - 1] : kNowhere;
 }
@@ -86,7 +86,7 @@ std::size_t DocumentFinder::EndTagBehind(std::string_view text, std::size_t star
   const bool still_the_next = end_tag_searched_from_ <= start && start < end_tag_position_;
   if (!still_the_next) {
     end_tag_searched_from_ = start;
-    end_tag_position_ = text.find(end_tag_, start);
+    end_tag_position_ = FindInLong(text, end_tag_, start);
   }
   return end_tag_position_;
 }

@@ -86,6 +86,8 @@ TEST(WinFromUtf8, MixedRunsOfAnyLengthConvertAsCharactersDo) {
       expected += win;
     }
     ASSERT_EQ(WinFromUtf8(utf8), expected) << utf8;
+    std::string text = "ж" + utf8;
+    ASSERT_TRUE(WinFromUtf8InPlace(text, 2) && text == expected) << utf8;
     if (expected.find('?') == expected.npos) {
       ASSERT_EQ(Utf8FromWin(expected), utf8);
     }
@@ -97,6 +99,8 @@ TEST(WinFromUtf8, MixedRunsOfAnyLengthConvertAsCharactersDo) {
 TEST(WinFromUtf8, DropsTheByteOrderMarkOnceAtTheStart) {
   EXPECT_EQ(WinFromUtf8("\xEF\xBB\xBF\xEF\xBB\xBFx\xEF\xBB\xBF"), "?x?");
   EXPECT_EQ(WinFromUtf8(""), "");
+  std::string text = "no text\xEF\xBB\xBFx";
+  EXPECT_TRUE(WinFromUtf8InPlace(text, 7) && text == "x");
 }
 
 TEST(WinFromUtf16, LoneSurrogatesAreQuestionMarksAndAnOddByteIsDropped) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "support/text.h"
 
 namespace customsconv {
@@ -38,6 +40,17 @@ TEST(Positions, CountFromOneAndAreZeroWhenAbsent) {
   EXPECT_EQ(PosInRange("cd", "abcdcd", 3, 600), 2U);
   EXPECT_EQ(CopyRange("abcdef", 1, 30, 4), "bcd");
   EXPECT_EQ(CopyRange("abcdef", 4, 30, 400), "ef");
+}
+
+TEST(Positions, InLongTextsAreThoseOfAnyText) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text(random() % 300, ' ');
+    for (char& c : text) c = "<ab>"[random() % 4];
+    const std::string pattern = text.substr(0, random() % 9);
+    const std::size_t from = random() % 310;
+    EXPECT_EQ(FindInLong(text, pattern, from), text.find(pattern, from)) << text << from;
+  }
 }
 
 TEST(Texts, ReplaceAndCompare) {
