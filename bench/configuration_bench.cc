@@ -74,8 +74,13 @@ void WriteFile(benchmark::State& state) {
   for (auto _ : state) file.Write();
 }
 
-#define LINES \
-  ->ArgName("lines")->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond)->UseRealTime()
+#define LINES                         \
+  ->ArgName("lines")                  \
+      ->Arg(10'000)                   \
+      ->Arg(100'000)                  \
+      ->Arg(1'000'000)                \
+      ->Unit(benchmark::kMillisecond) \
+      ->UseRealTime()
 BENCHMARK(LoadConfiguration) LINES;
 BENCHMARK(WriteString) LINES;
 BENCHMARK(WriteFile) LINES;

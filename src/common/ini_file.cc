@@ -11,11 +11,14 @@ namespace customsconv {
 namespace {
 
 // Section and key are joined without escaping, so "A_B" with "C" and "A" with
-// "B_C" are one entry; the first line of the file wins.
+// "B_C" are one entry; the first line of the file wins. The result stands in `buffer`.
+const std::string& FullKey(std::string_view section, std::string_view key, std::string& buffer) {
+  return buffer.assign(section).append(1, '_').append(key);
+}
+
 std::string FullKey(std::string_view section, std::string_view key) {
   std::string full_key;
-  full_key.reserve(section.size() + 1 + key.size());
-  return full_key.append(section).append(1, '_').append(key);
+  return FullKey(section, key, full_key);
 }
 
 std::string KeyLine(std::string_view key, std::string_view value) {
@@ -53,7 +56,7 @@ void TVeltIni::LoadLines() {
     unread_ = false;
     if (code_page_ == CodePage::kUnknown) code_page_ = DetectCodePage(text);
     if (code_page_ != CodePage::kWindows) text = ToWindows(text, code_page_);
-    text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
+    if (text.find('\0') != std::string::npos) std::erase(text, '\0');
     lines_.Assign(std::move(text));
   } catch (const FileError& error) {
     unread_ = error.kind() != FileError::Kind::kMissing;
@@ -63,11 +66,12 @@ void TVeltIni::LoadLines() {
 
 void TVeltIni::BuildIndex() {
   sections_.clear();
-  first_sections_.clear();
-  keys_.clear();
-  commented_keys_.clear();
-  keys_.reserve(lines_.Count());
-  std::string section;
+  first_sections_.Clear();
+  keys_.Clear();
+  commented_keys_.Clear();
+  keys_.Reserve(lines_.Count(), lines_.Size());
+  std::string_view section;
+  std::string full_key;
   for (IniLines::Number number = lines_.Next(IniLines::kEnd); number != IniLines::kEnd;
        number = lines_.Next(number)) {
     const std::string_view line = lines_.Text(number);
@@ -75,26 +79,25 @@ void TVeltIni::BuildIndex() {
       section = *header;
       AddSection(section, number);
     } else if (const auto key_line = ParseKeyLine(line)) {
-      keys_.try_emplace(FullKey(section, key_line->key), number);
+      keys_.Add(FullKey(section, key_line->key, full_key), number);
     } else if (const auto commented = ParseCommentedKey(line)) {
-      commented_keys_.try_emplace(FullKey(section, *commented), number);
+      commented_keys_.Add(FullKey(section, *commented, full_key), number);
     }
   }
 }
 
 void TVeltIni::AddSection(std::string_view name, IniLines::Number header) {
-  first_sections_.try_emplace(std::string(name), sections_.size());
-  sections_.push_back({std::string(name), header});
+  first_sections_.Add(name, static_cast<int>(sections_.size()));
+  sections_.push_back(header);
 }
 
 // ---- reading
 
 std::string TVeltIni::ReadString(std::string_view section, std::string_view key,
                                  std::string_view default_value) const {
-  const auto found = keys_.find(FullKey(section, key));
-  if (found != keys_.end()) {
-    if (const auto key_line = ParseKeyLine(lines_.Text(found->second)))
-      return std::string(key_line->value);
+  const int found = keys_.Find(FullKey(section, key));
+  if (found >= 0) {
+    if (const auto key_line = ParseKeyLine(lines_.Text(found))) return std::string(key_line->value);
   }
   return std::string(default_value);
 }
@@ -109,13 +112,14 @@ bool TVeltIni::ReadBool(std::string_view section, std::string_view key, bool def
 }
 
 IniLines::Number TVeltIni::SectionEnd(std::size_t index) const {
-  return index + 1 < sections_.size() ? sections_[index + 1].header : IniLines::kEnd;
+  return index + 1 < sections_.size() ? sections_[index + 1] : IniLines::kEnd;
 }
 
 TVeltIni::LineRange TVeltIni::LinesOf(std::string_view section) const {
-  const auto found = first_sections_.find(section);
-  if (found == first_sections_.end()) return {IniLines::kEnd, IniLines::kEnd};
-  return {lines_.Next(sections_[found->second].header), SectionEnd(found->second)};
+  const int found = first_sections_.Find(section);
+  if (found < 0) return {IniLines::kEnd, IniLines::kEnd};
+  const auto index = static_cast<std::size_t>(found);
+  return {lines_.Next(sections_[index]), SectionEnd(index)};
 }
 
 std::vector<std::string> TVeltIni::ReadSection(std::string_view section) const {
@@ -132,8 +136,8 @@ std::vector<std::string> TVeltIni::ReadSection(std::string_view section) const {
 std::vector<std::string> TVeltIni::ReadSections() const {
   std::vector<std::string> result;
   result.reserve(sections_.size());
-  for (const Section& section : sections_) {
-    const std::string_view header = lines_.Text(section.header);
+  for (const IniLines::Number section : sections_) {
+    const std::string_view header = lines_.Text(section);
     const std::size_t end = header.find(']');
     result.emplace_back(end == header.npos ? std::string_view() : header.substr(1, end - 1));
   }
@@ -151,7 +155,7 @@ std::vector<std::string> TVeltIni::ReadSectionValues(std::string_view section) c
 }
 
 bool TVeltIni::SectionExists(std::string_view section) const {
-  return first_sections_.find(section) != first_sections_.end();
+  return first_sections_.Find(section) >= 0;
 }
 
 // ---- changing
@@ -178,21 +182,19 @@ void TVeltIni::WriteBool(std::string_view section, std::string_view key, bool va
 }
 
 bool TVeltIni::SetLine(std::string_view section, std::string_view key, std::string_view value) {
-  std::string full_key = FullKey(section, key);
+  const std::string full_key = FullKey(section, key);
   const std::string line = KeyLine(key, value);
-  if (const auto found = keys_.find(full_key); found != keys_.end()) {
-    if (lines_.Text(found->second) == line) return false;
-    lines_.Set(found->second, line);
-  } else if (const auto commented = commented_keys_.find(full_key);
-             commented != commented_keys_.end()) {
-    lines_.Set(commented->second, line);
-    keys_.insert(commented_keys_.extract(commented));
+  if (const int found = keys_.Find(full_key); found >= 0) {
+    if (lines_.Text(found) == line) return false;
+    lines_.Set(found, line);
+  } else if (const int commented = commented_keys_.Find(full_key); commented >= 0) {
+    lines_.Set(commented, line);
+    commented_keys_.Remove(full_key);
+    keys_.Add(full_key, commented);
   } else {
-    const auto existing = first_sections_.find(section);
-    const IniLines::Number number = existing != first_sections_.end()
-                                        ? InsertIntoSection(existing->second, line)
-                                        : AppendSection(section, line);
-    keys_.emplace(std::move(full_key), number);
+    const int existing = first_sections_.Find(section);
+    keys_.Add(full_key, existing >= 0 ? InsertIntoSection(static_cast<std::size_t>(existing), line)
+                                      : AppendSection(section, line));
   }
   modified_ = true;
   return true;
@@ -212,10 +214,11 @@ IniLines::Number TVeltIni::AppendSection(std::string_view section, std::string_v
 }
 
 bool TVeltIni::DeleteLine(std::string_view section, std::string_view key) {
-  const auto found = keys_.find(FullKey(section, key));
-  if (found == keys_.end()) return false;
-  lines_.Remove(found->second);
-  keys_.erase(found);
+  const std::string full_key = FullKey(section, key);
+  const int found = keys_.Find(full_key);
+  if (found < 0) return false;
+  lines_.Remove(found);
+  keys_.Remove(full_key);
   modified_ = true;
   return true;
 }
@@ -227,10 +230,11 @@ void TVeltIni::DeleteKey(std::string_view section, std::string_view key) {
 }
 
 void TVeltIni::EraseSection(std::string_view section) {
-  const auto found = first_sections_.find(section);
-  if (found == first_sections_.end()) return;
-  const IniLines::Number end = SectionEnd(found->second);
-  for (IniLines::Number number = sections_[found->second].header; number != end;) {
+  const int found = first_sections_.Find(section);
+  if (found < 0) return;
+  const auto index = static_cast<std::size_t>(found);
+  const IniLines::Number end = SectionEnd(index);
+  for (IniLines::Number number = sections_[index]; number != end;) {
     const IniLines::Number next = lines_.Next(number);
     lines_.Remove(number);
     number = next;
@@ -249,12 +253,13 @@ void TVeltIni::Flush() {
   if (unread_) {
     throw FileError(FileError::Kind::kWrite, file_name_, "его содержимое не прочитано"_cp1251);
   }
-  const std::string& text = lines_.Joined();
+  std::vector<std::string_view> content = lines_.Content();
+  std::string dos;
   if (code_page_ == CodePage::kDos) {
-    host_.files.Replace(file_name_, DosFromWin(text));
-  } else {
-    host_.files.Replace(file_name_, text);
+    for (const std::string_view piece : content) dos += DosFromWin(piece);
+    content.assign(1, dos);
   }
+  host_.files.Replace(file_name_, content);
   modified_ = false;
 }
 

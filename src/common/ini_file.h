@@ -5,12 +5,11 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "base/code_pages.h"
-#include "base/letter_case.h"
 #include "common/ini_lines.h"
+#include "common/key_index.h"
 #include "platform/host.h"
 
 namespace customsconv {
@@ -94,17 +93,10 @@ class TVeltIni {
   void FlushIfModified();
 
  private:
-  struct Section {
-    std::string name;
-    IniLines::Number header;
-  };
   struct LineRange {
     IniLines::Number begin;
     IniLines::Number end;
   };
-  // "<section>_<key>" to its first line.
-  using KeyIndex = std::unordered_map<std::string, IniLines::Number, NoCaseHash, NoCaseEqual>;
-
   void LoadLines();
   void AddSection(std::string_view name, IniLines::Number header);
   IniLines::Number InsertIntoSection(std::size_t index, std::string_view line);
@@ -118,10 +110,10 @@ class TVeltIni {
   std::string file_name_;
   CodePage code_page_;
   IniLines lines_;
-  std::vector<Section> sections_;  // in file order
-  std::unordered_map<std::string, std::size_t, NoCaseHash, NoCaseEqual> first_sections_;
-  KeyIndex keys_;
-  KeyIndex commented_keys_;
+  std::vector<IniLines::Number> sections_;  // their header lines, in file order
+  KeyIndex first_sections_;                 // by name, to the index in sections_
+  KeyIndex keys_;                           // by "<section>_<key>", to the first line's number
+  KeyIndex commented_keys_;                 // the same for keys that are switched off
   bool modified_ = false;
   bool unread_ = false;  // the file is there, but the last reading of it failed
   FileStamp file_age_ = kNoStamp;

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/key_index.h"
 #include "document/field_info.h"
-#include "document/key_index.h"
 
 namespace customsconv {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "common/environment.h"
+#include "common/key_index.h"
 #include "document/doc_info.h"
-#include "document/key_index.h"
 
 namespace customsconv {
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/key_index.h"
 #include "document/doc_info.h"
-#include "document/key_index.h"
 
 namespace customsconv {
 

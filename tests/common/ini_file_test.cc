@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "support/fake_host.h"
 #include "support/text.h"
 
@@ -100,6 +102,35 @@ TEST(TVeltIni, GoesOnChangingWhereLinesMoved) {
   EXPECT_EQ(world.Read("B", "x"), "6") << "the second line comes to light";
   world.ini.EraseSection("D");
   EXPECT_EQ(world.Lines(), "[A]\nn=1\nx=again\n\n[B]\ny=3\n\noff=1\n\nx=6\n[d]\nd=2\n\n[C]\nk=\n");
+}
+
+TEST(IniLines, KeepTheirNumbersAndOrderThroughThousandsOfChanges) {
+  IniLines lines;
+  lines.Assign("zero\r\none\r\n");
+  std::vector<std::pair<IniLines::Number, std::string>> expected = {{1, "zero"}, {2, "one"}};
+  std::mt19937 random(1);
+  for (int i = 0; i < 20'000; ++i) {
+    const auto place = static_cast<std::ptrdiff_t>(random() % (expected.size() + 1));
+    const auto line = expected.begin() + place;
+    const std::string text(random() % 30, static_cast<char>('a' + i % 26));
+    if (const auto change = random() % 7; change > 3 || line == expected.end()) {
+      const auto next = line == expected.end() ? IniLines::kEnd : line->first;
+      expected.insert(line, {lines.Insert(next, text), text});
+    } else if (change > 0) {
+      lines.Set(line->first, line->second = text);
+    } else {
+      lines.Remove(line->first);
+      expected.erase(line);
+    }
+    if (i % 500 != 0) continue;
+    std::string content, expected_content;
+    for (const std::string_view piece : lines.Content()) content += piece;
+    for (const auto& [number, line_text] : expected) {
+      expected_content += line_text + "\r\n";
+      ASSERT_EQ(lines.Text(number), line_text);
+    }
+    ASSERT_EQ(content, expected_content);
+  }
 }
 
 TEST(TVeltIni, LeavesTheFileAloneWhenNothingChanges) {
