@@ -55,6 +55,7 @@ void TDbfDocument::Load(std::string_view path) {
 }
 
 void TDbfDocument::Save(std::string_view folder) {
+  appended_rows_.clear();
   const std::string target(folder.empty() ? doc_folder_.view() : folder);
   doc_key_ = RecordKey(RootBasis()).Of(RootRecord());
   std::optional<ExchangeLock> lock;
@@ -63,7 +64,11 @@ void TDbfDocument::Save(std::string_view folder) {
   } catch (const SilentAbort&) {
     return;  // the user gives the save up for another station's sake
   }
-  TableWriter(cache_, target, deleted_rows_).Write(RootRecord());
+  {
+    TableWriter writer(cache_, target, deleted_rows_);
+    writer.Write(RootRecord());
+    appended_rows_ = writer.AppendedRows();
+  }
   DeleteRows(cache_, target, deleted_rows_);
   deleted_rows_.clear();
   cache_.Flush({}, /*show_progress=*/true);

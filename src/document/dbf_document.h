@@ -32,6 +32,8 @@ class TDbfDocument : public TDocument {
   // save at the lock ends it without an error. Throws Error when a table cannot be opened; rows
   // written so far then stay in the table images, and the lock is gone.
   void Save(std::string_view folder);
+  // Rows that the last save appended, by table file name; empty when it was abandoned.
+  [[nodiscard]] const RowCounts& AppendedRows() const { return appended_rows_; }
   // Notes the row of the record for deletion at the next save and removes the record; rows of
   // the records below it stay.
   void DeleteRecord(std::string_view path, bool flag);
@@ -53,6 +55,7 @@ class TDbfDocument : public TDocument {
   std::int64_t row_count_ = 0;
   ShortText doc_key_;
   DeletedRows deleted_rows_;
+  RowCounts appended_rows_;
 };
 
 // A document of a table-set type over `folder`, whose table headers give the

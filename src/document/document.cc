@@ -174,10 +174,14 @@ const TBasis* TDocument::MainBlockBasis() const {
   return position < 0 ? nullptr : root_basis_->Item(position).block.get();
 }
 
-int TDocument::MainRecordCount() const {
+const RecordList* TDocument::MainRecords() const {
   const int position = MainBlockPosition();
-  if (position < 0 || position >= root_record_->Count()) return 0;
-  const RecordList* const records = root_record_->Records(position);
+  if (position < 0 || position >= root_record_->Count()) return nullptr;
+  return root_record_->Records(position);
+}
+
+int TDocument::MainRecordCount() const {
+  const RecordList* const records = MainRecords();
   return records == nullptr ? 0 : records->Count();
 }
 

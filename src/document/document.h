@@ -56,7 +56,8 @@ class TDocument {
   // record; 0 when it leads nowhere.
   [[nodiscard]] int RecordCount(std::string_view path);
   [[nodiscard]] const TBasis& GetMainBasis();
-  // Records of the main block that are there; never opens one.
+  // The main block's records that are there, null without any; never opens one.
+  [[nodiscard]] const RecordList* MainRecords() const;
   [[nodiscard]] int MainRecordCount() const;
   // The block's level, or null when the type has no main block of its own; never opens a record.
   [[nodiscard]] const TBasis* MainBlockBasis() const;

@@ -25,11 +25,7 @@ std::int32_t RecordNumberOf(std::string_view part) {
 bool EnterBlock(std::string_view name, DocumentPlace& place) {
   const int position = place.basis->IndexOfName(name);
   if (position < 0 || !place.basis->Item(position).is_block) return false;
-  if (position >= place.record->Count()) {
-    throw Error(std::string("Неправильный номер поля "_cp1251) + std::to_string(position) + " " +
-                place.basis->Path());
-  }
-  RecordList* const list = place.record->Records(position);
+  RecordList* const list = BlockRecords(*place.record, position);
   if (list == nullptr) return false;
   place = {&list->basis(), nullptr, list};
   return true;
@@ -43,6 +39,14 @@ bool EnterRecord(std::string_view part, DocumentPlace& place) {
 }
 
 }  // namespace
+
+RecordList* BlockRecords(const TDocFieldList& record, int position) {
+  if (position >= record.Count()) {
+    throw Error(std::string("Неправильный номер поля "_cp1251) + std::to_string(position) + " " +
+                record.Basis().Path());
+  }
+  return record.Records(position);
+}
 
 bool WalkPath(std::string_view path, DocumentPlace& place) {
   DocumentPlace reached = place;

@@ -19,6 +19,10 @@ struct DocumentPlace {
   RecordList* list = nullptr;       // null at a record
 };
 
+// What a path finds under a block: the records at `position` of the record, null when there are
+// none. Throws Error when the record lacks the slot.
+[[nodiscard]] RecordList* BlockRecords(const TDocFieldList& record, int position);
+
 // Walks `path` (block names and record numbers in turn; no root prefix) from `place`.
 // An empty part ends the walk. False when the path leads nowhere; `place` is then as it
 // was. Throws Error when a record lacks the slot of a block that its level has.

@@ -55,6 +55,15 @@ void TableWriter::Write(TDocFieldList& top) {
   }
 }
 
+RowCounts TableWriter::AppendedRows() const {
+  RowCounts rows;
+  for (const auto& [basis, level] : levels_) {
+    if (level.appended > 0)
+      rows[static_cast<const TDbfBasis*>(basis)->table_file] += level.appended;
+  }
+  return rows;
+}
+
 TableWriter::Level& TableWriter::LevelOf(const TBasis& basis) {
   const auto [place, added] = levels_.try_emplace(&basis);
   Level& level = place->second;
@@ -105,6 +114,7 @@ void TableWriter::WriteRecord(Level& level, TDocFieldList& record) {
   if (is_new) {
     if (!table.Append()) ThrowCannotOpen(table.file_name());
     record.RecNo = static_cast<std::int32_t>(table.current_record());
+    ++level.appended;
   } else if (table.Post() != DbfStatus::kOk) {
     ThrowCannotOpen(table.file_name());  // replaced on disk since it was opened
   }

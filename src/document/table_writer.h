@@ -19,6 +19,8 @@ namespace customsconv {
 
 // The rows to delete at the next save, by table file name.
 using DeletedRows = std::map<std::string, std::set<std::int32_t>, std::less<>>;
+// Numbers of rows by table file name.
+using RowCounts = std::map<std::string, std::int32_t>;
 
 // Writes records as rows of their levels' tables, parents before their children.
 // Each table is opened once, when its first record comes.
@@ -33,6 +35,8 @@ class TableWriter {
   // and gives the records the row numbers that they will have after the deletions. Throws
   // Error when a table cannot be opened; what was written stays in the table images.
   void Write(TDocFieldList& top);
+  // Rows that were appended, by table file name.
+  [[nodiscard]] RowCounts AppendedRows() const;
 
  private:
   struct Field {
@@ -42,6 +46,7 @@ class TableWriter {
   // What is the same for all records of a level.
   struct Level {
     TFileDbfFile* table = nullptr;
+    std::int32_t appended = 0;  // rows
     std::vector<Field> fields;
     bool columns_differ = true;  // no two fields go to one column
     std::vector<int> blocks;     // positions

@@ -12,7 +12,6 @@
 #include "common/words.h"
 #include "document/dbf_document.h"
 #include "entry/registration_number.h"
-#include "entry/row_count.h"
 #include "mapping/rules_file.h"
 #include "mapping/section_mapper.h"
 #include "xml/xml_container.h"
@@ -107,10 +106,9 @@ class ConversionRun {
         CreateDbfDocument(type->Code, output_dir_, types_, tables_, run_.environment);
     if (components) target->Load(output_dir_);
     MapSection(source, *target, *section);
-    const RowCount unsaved = observer_ == nullptr ? RowCount() : RecordsWithoutRow(*target);
     // Components go back to the folder that their head row was loaded from.
     target->Save(components ? std::string_view() : output_dir_);
-    if (observer_ != nullptr) report.rows_added = RowsAdded(unsaved, RecordsWithoutRow(*target));
+    report.rows_added = target->AppendedRows();
     return std::nullopt;
   }
 

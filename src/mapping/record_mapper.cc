@@ -1,5 +1,7 @@
 #include "mapping/record_mapper.h"
 
+#include <algorithm>
+
 #include "base/cp1251_literal.h"
 #include "common/blanks.h"
 #include "mapping/built_in/closing_header.h"
@@ -52,7 +54,8 @@ void WriteGoodsLocation(RecordScope& record, const MappingLine& line, std::strin
 }
 
 ShortText Cleaned(const ShortText& value) {
-  if (value.view().find_first_of("\r\n") == std::string_view::npos) return value;
+  const auto ends_line = [](char c) { return c == '\r' || c == '\n'; };
+  if (std::none_of(value.view().begin(), value.view().end(), ends_line)) return value;
   return CollapseBlanks(ReplaceChar(ReplaceChar(value, '\r', ' '), '\n', ' '));
 }
 

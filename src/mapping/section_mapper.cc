@@ -124,8 +124,12 @@ class SectionWalk {
 
   void MapMainBlockRecords(std::string_view block, std::string_view target_block, int header) {
     TDocument& source = *run_.source;
-    const int main_records = source.MainRecordCount();
-    for (int m = 1; m <= main_records; ++m) {
+    const RecordList* const main_records = source.MainRecords();
+    if (main_records == nullptr) return;
+    const int position = main_records->basis().IndexOfName(block);
+    for (int m = 1; m <= main_records->Count(); ++m) {
+      // Most goods lack most blocks; their paths need not be walked to know it.
+      if (BlockRecords(main_records->Record(m), position) == nullptr) continue;
       const std::string number = std::to_string(m);
       const ShortText inside = Join({source.DocInfo().MainBlock, "\\", number, "\\", block});
       const int records = source.RecordCount(Join({"\\\\", inside}));

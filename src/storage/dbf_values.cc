@@ -13,13 +13,12 @@
 namespace customsconv::dbf {
 namespace {
 
-constexpr std::string_view kDigits = "0123456789";
 constexpr std::size_t kMemoNumberSize = 4;
 constexpr std::size_t kRoundedDecimals = 2;  // more decimals are kept as they are written
 constexpr double kWrittenNumberLimit = 1e9;  // below this, that is
 
 bool AllDigits(std::string_view text) {
-  return text.find_first_not_of(kDigits) == std::string_view::npos;
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // ---- as shown
