@@ -68,6 +68,24 @@ class PendingFile {
 // The bytes of a file in pieces that follow each other.
 using FilePieces = std::span<const std::string_view>;
 
+// What a new content of a file has in common with the one that was placed before it: the bytes
+// from `begin` to `end`.
+struct SameBytes {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+};
+
+// Replaces one file again and again. Where bytes were only added, the file system may keep a
+// copy beside the file to write no more than those. What it keeps goes with the object.
+class FileSeries {
+ public:
+  virtual ~FileSeries() = default;
+  // As Files::Stage. `same` speaks of what was placed last through this object; it does not
+  // count for the first time. The result must not outlive the object.
+  [[nodiscard]] virtual std::unique_ptr<PendingFile> Stage(std::string_view content,
+                                                           SameBytes same) = 0;
+};
+
 // A lock between processes, held until destruction.
 class FileLock {
  public:
@@ -108,6 +126,12 @@ class Files {
   }
   [[nodiscard]] virtual std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                                  FilePieces content) = 0;
+
+  // For a file that will be replaced many times; null where the file system has nothing
+  // better than Replace.
+  [[nodiscard]] virtual std::unique_ptr<FileSeries> StartSeries(std::string_view /*path*/) {
+    return nullptr;
+  }
 
   // Makes an empty file and returns true, or returns false when one exists; of
   // two processes that try at the same moment exactly one gets true. Throws

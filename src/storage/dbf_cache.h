@@ -43,6 +43,10 @@ class TDbfCache {
   // display.
   void Flush(std::string_view table_names = {}, bool show_progress = false);
 
+  // Many flushes of the same tables will follow: from now on each table may have a copy of itself
+  // beside it, as long as the cache holds it, so that a flush costs what was added.
+  void ExpectSeries() { expects_series_ = true; }
+
   // Some image differs from its file: it was changed since the last flush, or could not be
   // written.
   [[nodiscard]] bool HasUnsaved() const { return !changed_.empty(); }
@@ -79,6 +83,7 @@ class TDbfCache {
 
   [[nodiscard]] std::vector<TDbfMemoryStream*> TakeDue(std::string_view table_names);
   void WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress);
+  [[nodiscard]] std::unique_ptr<PendingFile> Stage(TDbfMemoryStream& image) const;
   template <typename Write>
   bool TryToWrite(TDbfMemoryStream& image, Write write);
   void Written(TDbfMemoryStream& image);
@@ -90,6 +95,7 @@ class TDbfCache {
   std::unordered_map<std::string, TDbfMemoryStream*> spellings_;               // by full name
   std::vector<TDbfMemoryStream*> changed_;
   std::unordered_set<TFileDbfFile*> tables_;
+  bool expects_series_ = false;
 };
 
 }  // namespace customsconv

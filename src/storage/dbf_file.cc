@@ -207,8 +207,9 @@ DbfStatus TFileDbfFile::Post() {
   }
   NormaliseMark();
   TDbfMemoryStream& image = *bytes_.image();
-  image.bytes.Overwrite(static_cast<std::size_t>(layout_->RecordAt(current_record_)),
-                        std::string_view(record_).substr(0, layout_->header.record_length));
+  const auto at = static_cast<std::size_t>(layout_->RecordAt(current_record_));
+  image.Touch(at);
+  image.bytes.Overwrite(at, std::string_view(record_).substr(0, layout_->header.record_length));
   cache_.MarkChanged(image);
   return DbfStatus::kOk;
 }
@@ -218,7 +219,9 @@ bool TFileDbfFile::Append() {
   const std::int64_t count = RecordCount();
   if (count >= kMaxRecordCount) return false;
   NormaliseMark();
-  bytes_.image()->bytes.Overwrite(static_cast<std::size_t>(layout_->RecordAt(count + 1)), record_);
+  const auto at = static_cast<std::size_t>(layout_->RecordAt(count + 1));
+  bytes_.image()->Touch(at);
+  bytes_.image()->bytes.Overwrite(at, record_);
   SetRecordCount(count + 1);
   current_record_ = count + 1;
   return true;
@@ -228,7 +231,9 @@ DbfStatus TFileDbfFile::DeleteRecord(std::int64_t record) {
   if (record < 1 || !PrepareChange() || record > RecordCount()) return DbfStatus::kRefused;
   const std::int64_t count = RecordCount();
   GrowingBytes& bytes = bytes_.image()->bytes;
-  bytes.Erase(static_cast<std::size_t>(layout_->RecordAt(record)), layout_->header.record_length);
+  const auto at = static_cast<std::size_t>(layout_->RecordAt(record));
+  bytes_.image()->Touch(at);
+  bytes.Erase(at, layout_->header.record_length);
   const auto end = static_cast<std::size_t>(layout_->RecordAt(count));
   bytes.Resize(end);
   bytes.Overwrite(end, {&dbf::kEndOfTable, 1});

@@ -8,6 +8,7 @@
 #include "common/file_names.h"
 #include "common/words.h"
 #include "storage/dbf_cache.h"
+#include "storage/dbf_format.h"
 #include "storage/dbf_image.h"
 
 // How changed images reach the disk.
@@ -66,12 +67,11 @@ std::vector<TDbfMemoryStream*> TDbfCache::TakeDue(std::string_view table_names) 
 // All new files are safe on the disk before the first one takes its place, so that the
 // moment in which the folder holds some old and some new tables is short.
 void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress) {
-  Files& files = host_.files;
   std::vector<std::pair<TDbfMemoryStream*, std::unique_ptr<PendingFile>>> staged;
   std::size_t done = 0;
   for (TDbfMemoryStream* image : due) {
     std::unique_ptr<PendingFile> pending;
-    if (TryToWrite(*image, [&] { pending = files.Stage(image->path, image->bytes.view()); })) {
+    if (TryToWrite(*image, [&] { pending = Stage(*image); })) {
       staged.emplace_back(image, std::move(pending));
     }
     if (progress != nullptr) progress->Show(++done);
@@ -84,9 +84,9 @@ void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* p
     // One wait for the disk serves all files of a folder; they stand together.
     const bool settles =
         i + 1 == staged.size() || FolderPart(staged[i + 1].first->path) != FolderPart(image->path);
-    const auto put_in_place = [&files, settles, image = image, &pending = pending] {
+    const auto put_in_place = [this, settles, image = image, &pending = pending] {
       if (!pending) {
-        pending = files.Stage(image->path, image->bytes.view());
+        pending = Stage(*image);
         pending->Harden();
       }
       // A file that cannot be put in place is of no use to the next attempt.
@@ -96,6 +96,13 @@ void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* p
     };
     if (TryToWrite(*image, put_in_place)) Written(*image);
   }
+}
+
+std::unique_ptr<PendingFile> TDbfCache::Stage(TDbfMemoryStream& image) const {
+  if (expects_series_ && !image.series) image.series = host_.files.StartSeries(image.path);
+  const std::string_view content = image.bytes.view();
+  if (!image.series) return host_.files.Stage(image.path, content);
+  return image.series->Stage(content, {dbf::kHeaderSize, image.same_end});
 }
 
 // False when the image still has to be written. What goes wrong is shown.
@@ -118,6 +125,7 @@ bool TDbfCache::TryToWrite(TDbfMemoryStream& image, Write write) {
 void TDbfCache::Written(TDbfMemoryStream& image) {
   image.file_age = host_.files.Stamp(image.path);
   image.failure_time = kNoFailureSinceWrite;
+  image.same_end = image.bytes.size();
   image.changed = false;
   // A new file may be known by another identity than the one it replaced. An image that is
   // held for it already is outdated now, as its next user finds.

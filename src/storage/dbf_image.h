@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_STORAGE_DBF_IMAGE_H_
 #define CUSTOMSCONV_STORAGE_DBF_IMAGE_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -31,7 +32,12 @@ struct TDbfMemoryStream {
   FileStamp file_age = kNoStamp;       // of the file when it was loaded or last written
   DateTime failure_time = kNoFailureSinceLoad;
   bool changed = false;                       // stands in the changed list
+  std::unique_ptr<FileSeries> series;         // once a flush of several wrote the file
+  std::size_t same_end = 0;                   // records up to here are as they were last written
   std::shared_ptr<const TableLayout> layout;  // once the image was found to be a table
+
+  // The bytes of records from `at` on are about to change.
+  void Touch(std::size_t at) { same_end = std::min(same_end, at); }
 };
 
 // The whole content of a file. Throws FileError, also when memory does not hold it.

@@ -5,7 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <map>
 
@@ -78,6 +80,58 @@ TEST(PosixFiles, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
   fs::create_directory(folder / "Out");
   files.Replace(folder.Win("OUT\\Новый.Dbf"), "x");
   EXPECT_EQ(folder.Read("Out/Новый.Dbf"), "x") << "a new name is stored as given";
+}
+
+TEST(PosixFiles, ASeriesWritesWhatWasAddedAndNothingElseIntoAnOldCopy) {
+  const TempFolder folder;
+  const auto old_time = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  for (const char* name : {"~cc1-1-1.tmp", "~cc1-1-2.tmp"}) folder.Write(name, "left behind");
+  fs::last_write_time(folder / "~cc1-1-1.tmp", old_time);
+  PosixFiles files;
+  auto series = files.StartSeries(folder.Win("T"));
+  std::string content = "head" + std::string(100'000, 'a') + "\x1A";
+  std::size_t same_end = 0;
+  const auto place = [&] {
+    series->Stage(content, {4, same_end})->Commit();
+    ASSERT_EQ(folder.Read("T"), content);
+    same_end = content.size();
+  };
+  const auto add = [&](char row) {
+    same_end = std::min(same_end, content.size() - 1);
+    content.replace(content.size() - 1, 1, std::string(500, row) + "\x1A").replace(0, 1, 1, row);
+  };
+  const auto file_number = [&] {
+    struct stat status {};
+    ::stat((folder / "T").c_str(), &status);
+    return status.st_ino;
+  };
+  place();
+  const auto first = file_number();
+  add('b');
+  place();
+  EXPECT_EQ(folder.Listing().find("~cc1-1-1"), std::string::npos) << "the abandoned one is gone";
+  std::ifstream reader(folder / "T", std::ios::binary);
+  add('c');
+  place();
+  EXPECT_EQ(file_number(), first) << "the first file has grown";
+  same_end = 50;
+  content[50] = 'X';  // what the reader has open must not change there
+  place();
+  add('d');
+  place();
+  std::string read(100'000, ' ');
+  reader.read(read.data(), 100'000);
+  EXPECT_EQ(read.substr(4), std::string(99'996, 'a'));
+  folder.Write("T", "somebody else's");
+  add('e');
+  place();
+  add('f');
+  place();
+  { const auto discarded = series->Stage("x", {4, 1}); }
+  add('g');
+  place();
+  series.reset();
+  EXPECT_EQ(folder.Listing(), "T ~cc1-1-2.tmp");
 }
 
 TEST(PosixFiles, AKillDuringReplaceLeavesTheOldContentOrTheNew) {

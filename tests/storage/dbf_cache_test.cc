@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
 
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
 #include "storage/dbf_file.h"
-#include "support/fake_host.h"
+#include "support/opened_table.h"
 #include "support/table_image.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
@@ -180,6 +181,36 @@ TEST(TDbfCache, KeepsItsImagesWhenAFileAppearsThatDiffersInLetterCaseOnly) {
     second.Open(folder.Win("link/t.dbf"), kShared, OnError::kThrow);
     EXPECT_EQ(second.RecordCount(), rows);
   }
+}
+
+TEST(TDbfCache, AFileOfASeriesIsAlwaysTheWholeImage) {
+  const TempFolder folder;
+  TableImage image = TableImage().Field("A", 'C', 250);
+  for (int i = 0; i < 400; ++i) image.Row({std::to_string(i)});
+  OpenedTable expected(image.Bytes());
+  folder.Write("T.DBF", image.Bytes());
+  QuietDialogs dialogs;
+  PosixHost host(dialogs);
+  {
+    TDbfCache cache(host);
+    cache.ExpectSeries();
+    TFileDbfFile table(cache);
+    table.Open(folder.Win("T.DBF"), kShared, OnError::kThrow);
+    std::mt19937 random(1);
+    for (int round = 0; round < 200; ++round) {
+      const auto change = random() % 12;
+      const auto row = static_cast<std::int64_t>(1 + random() % 400);
+      for (TFileDbfFile* changed : {&table, &expected.table}) {
+        if (change == 0) changed->DeleteRecord(row);
+        changed->GoTo(row);
+        changed->SetFieldByName("A", std::to_string(round));
+        change == 1 ? static_cast<void>(changed->Post()) : static_cast<void>(changed->Append());
+      }
+      cache.Flush();
+      ASSERT_EQ(folder.Read("T.DBF"), expected.Flushed()) << round;
+    }
+  }
+  EXPECT_EQ(folder.Listing(), "T.DBF");
 }
 
 TEST_F(TDbfCacheTest, LooksUpThroughAlternativeFields) {

@@ -18,6 +18,7 @@
 #include "platform/name_mask.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/folder_listing.h"
+#include "platform/posix/posix_file_series.h"
 #include "platform/posix/posix_pending_file.h"
 #include "platform/posix/posix_stream.h"
 #include "platform/posix/share_locks.h"
@@ -121,6 +122,10 @@ std::string PosixFiles::Read(std::string_view path, std::size_t limit) const {
 
 std::unique_ptr<PendingFile> PosixFiles::StagePieces(std::string_view path, FilePieces content) {
   return StageFile(SystemName(path), path, content);
+}
+
+std::unique_ptr<FileSeries> PosixFiles::StartSeries(std::string_view path) {
+  return std::make_unique<PosixFileSeries>(path);
 }
 
 // Exactly one of two that use the same letter case gets the file; all stations

@@ -1,6 +1,7 @@
 #include "platform/posix/posix_pending_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
@@ -10,8 +11,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
-#include "platform/posix/file_descriptor.h"
+#include "platform/posix/folder_listing.h"
 #include "platform/posix/system_error.h"
 #include "platform/posix/system_names.h"
 
@@ -20,64 +22,8 @@ namespace {
 
 using Kind = FileError::Kind;
 
-class PosixPendingFile : public PendingFile {
- public:
-  // Takes over the temporary file, which goes with the object unless placed.
-  PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
-                   std::string_view path)
-      : file_(std::move(file)),
-        temporary_(std::move(temporary)),
-        target_(std::move(target)),
-        path_(path) {}
-  ~PosixPendingFile() override {
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
-  }
-  PosixPendingFile(const PosixPendingFile&) = delete;
-  PosixPendingFile& operator=(const PosixPendingFile&) = delete;
-
-  [[nodiscard]] bool Write(FilePieces content) const {
-    for (const std::string_view piece : content) {
-      if (!file_.Write(piece)) return false;
-    }
-    return true;
-  }
-  // Permissions and owner of the file that is replaced.
-  [[nodiscard]] bool TakeAfter(const struct stat& old) const {
-    // Another owner may be beyond our rights; the permissions are what counts.
-    static_cast<void>(::fchown(file_.number(), old.st_uid, old.st_gid) != 0);
-    return ::fchmod(file_.number(), old.st_mode & 07777) == 0;
-  }
-  // The disk begins to write while the program goes on; where that cannot be asked for,
-  // hardening does it all.
-  void StartWriting() const {
-    static_cast<void>(::sync_file_range(file_.number(), 0, 0, SYNC_FILE_RANGE_WRITE));
-  }
-
-  void Harden() override {
-    if (::fsync(file_.number()) != 0 || !file_.Close()) {
-      throw SystemFileError(Kind::kWrite, path_, errno);
-    }
-  }
-
-  void Place() override {
-    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
-      throw SystemFileError(Kind::kCreate, path_, errno);  // a server's file that others hold
-    }
-    temporary_.clear();
-  }
-
-  // A file system that cannot do so is no failure: the file is in place.
-  void Settle() override {
-    const FileDescriptor folder = FileDescriptor::Open(FolderOf(target_), O_RDONLY | O_DIRECTORY);
-    if (folder.valid()) ::fsync(folder.number());
-  }
-
- private:
-  FileDescriptor file_;    // open until it is hardened
-  std::string temporary_;  // empty once it is in place
-  std::string target_;
-  std::string path_;
-};
+constexpr std::string_view kTemporaryStart = "~cc";
+constexpr std::string_view kTemporaryEnd = ".tmp";
 
 // The file that `name` leads to, through links.
 std::string BehindLinks(const std::string& name) {
@@ -94,10 +40,11 @@ std::pair<FileDescriptor, std::string> CreateTemporary(const std::string& target
   timespec now{};
   ::clock_gettime(CLOCK_REALTIME, &now);
   for (int i = 0; i < kTries; ++i) {
-    char name[64];
-    std::snprintf(name, sizeof name, "/~cc%lx-%lx-%x.tmp", static_cast<long>(::getpid()),
-                  now.tv_nsec, i);
-    const std::string temporary = FolderOf(target) + name;
+    char number[64];
+    std::snprintf(number, sizeof number, "%lx-%lx-%x", static_cast<long>(::getpid()), now.tv_nsec,
+                  i);
+    const std::string temporary =
+        FolderOf(target).append("/").append(kTemporaryStart).append(number).append(kTemporaryEnd);
     FileDescriptor file = FileDescriptor::Open(temporary, O_WRONLY | O_CREAT | O_EXCL);
     if (file.valid()) return {std::move(file), temporary};
     if (errno != EEXIST) throw SystemFileError(Kind::kCreate, path, errno);
@@ -118,19 +65,122 @@ std::optional<struct stat> OldFile(const std::string& target, std::string_view p
   return status;
 }
 
+bool IsAbandoned(const FileDescriptor& file) {
+  constexpr time_t kOld = 10 * 60;
+  struct stat status {};
+  return file.valid() && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) &&
+         ::time(nullptr) - status.st_mtime > kOld && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
 }  // namespace
 
-std::unique_ptr<PendingFile> StageFile(const std::string& system_name, std::string_view path,
-                                       FilePieces content) {
-  const std::string target = BehindLinks(system_name);
-  const std::optional<struct stat> old = OldFile(target, path);
+PosixPendingFile::PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
+                                   std::string_view path)
+    : file_(std::move(file)),
+      temporary_(std::move(temporary)),
+      target_(std::move(target)),
+      path_(path) {}
+
+PosixPendingFile::~PosixPendingFile() {
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+std::unique_ptr<PosixPendingFile> PosixPendingFile::Create(const std::string& system_name,
+                                                           std::string_view path) {
+  std::string target = BehindLinks(system_name);
   auto [file, temporary] = CreateTemporary(target, path);
-  auto pending = std::make_unique<PosixPendingFile>(std::move(file), temporary, target, path);
-  if (!pending->Write(content) || (old && !pending->TakeAfter(*old))) {
-    throw SystemFileError(Kind::kWrite, path, errno);
+  std::unique_ptr<PosixPendingFile> pending(
+      new PosixPendingFile(std::move(file), std::move(temporary), std::move(target), path));
+  pending->TakeAfterTarget();
+  return pending;
+}
+
+std::unique_ptr<PosixPendingFile> PosixPendingFile::GoOn(FileDescriptor file, std::string temporary,
+                                                         const std::string& system_name,
+                                                         std::string_view path) {
+  std::unique_ptr<PosixPendingFile> pending(
+      new PosixPendingFile(std::move(file), std::move(temporary), BehindLinks(system_name), path));
+  pending->TakeAfterTarget();
+  return pending;
+}
+
+void PosixPendingFile::TakeAfterTarget() {
+  const std::optional<struct stat> old = OldFile(target_, path_);
+  if (!old) return;
+  // Another owner may be beyond our rights; the permissions are what counts.
+  static_cast<void>(::fchown(file_.number(), old->st_uid, old->st_gid) != 0);
+  if (::fchmod(file_.number(), old->st_mode & 07777) != 0) {
+    throw SystemFileError(Kind::kWrite, path_, errno);
+  }
+}
+
+void PosixPendingFile::WriteAt(std::size_t offset, std::string_view bytes) {
+  const bool there = ::lseek(file_.number(), static_cast<off_t>(offset), SEEK_SET) >= 0;
+  if (!there || !file_.Write(bytes)) throw SystemFileError(Kind::kWrite, path_, errno);
+}
+
+void PosixPendingFile::StartWriting() {
+  // Where that cannot be asked for, hardening does it all.
+  static_cast<void>(::sync_file_range(file_.number(), 0, 0, SYNC_FILE_RANGE_WRITE));
+}
+
+void PosixPendingFile::Harden() {
+  if (::fsync(file_.number()) != 0) throw SystemFileError(Kind::kWrite, path_, errno);
+}
+
+void PosixPendingFile::Place() {
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
+    throw SystemFileError(Kind::kCreate, path_, errno);  // a server's file that others hold
+  }
+  Placed();
+}
+
+std::string PosixPendingFile::Exchange() {
+  if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_EXCHANGE) != 0) {
+    return {};
+  }
+  std::string name = temporary_;
+  Placed();
+  return name;
+}
+
+void PosixPendingFile::Placed() {
+  temporary_.clear();
+  struct stat status {};
+  if (::fstat(file_.number(), &status) == 0) placed_stamp_ = StampOf(status);
+  static_cast<void>(file_.Close());  // its content is safe already
+}
+
+// A file system that cannot do so is no failure: the file is in place.
+void PosixPendingFile::Settle() {
+  const FileDescriptor folder = FileDescriptor::Open(FolderOf(target_), O_RDONLY | O_DIRECTORY);
+  if (folder.valid()) ::fsync(folder.number());
+}
+
+std::unique_ptr<PosixPendingFile> StageFile(const std::string& system_name, std::string_view path,
+                                            FilePieces content) {
+  auto pending = PosixPendingFile::Create(system_name, path);
+  std::size_t offset = 0;
+  for (const std::string_view piece : content) {
+    pending->WriteAt(offset, piece);
+    offset += piece.size();
   }
   pending->StartWriting();
   return pending;
+}
+
+void RemoveAbandonedFiles(const std::string& folder) {
+  FolderListing listing(folder);
+  while (const dirent* const entry = listing.Next()) {
+    const std::string_view name = entry->d_name;
+    if (!name.starts_with(kTemporaryStart) || !name.ends_with(kTemporaryEnd)) continue;
+    const std::string file = folder + "/" + entry->d_name;
+    if (IsAbandoned(FileDescriptor::Open(file, O_RDWR | O_NOFOLLOW))) ::unlink(file.c_str());
+  }
+}
+
+void HoldTemporary(const FileDescriptor& file) {
+  static_cast<void>(::flock(file.number(), LOCK_EX | LOCK_NB));
 }
 
 }  // namespace customsconv::posix

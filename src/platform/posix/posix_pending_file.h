@@ -1,19 +1,73 @@
 #ifndef CUSTOMSCONV_PLATFORM_POSIX_POSIX_PENDING_FILE_H_
 #define CUSTOMSCONV_PLATFORM_POSIX_POSIX_PENDING_FILE_H_
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
 #include "platform/files.h"
+#include "platform/posix/file_descriptor.h"
 
 namespace customsconv::posix {
 
-// Writes `content` to a temporary file beside `system_name`, on the disk's way at once; Place
-// renames it. The new file gets the permissions of the one it replaces; where a link
-// stands, the file that it leads to is replaced. Errors name `path`. A process that dies leaves
-// at most a file "~cc….tmp" behind.
-[[nodiscard]] std::unique_ptr<PendingFile> StageFile(const std::string& system_name,
-                                                     std::string_view path, FilePieces content);
+// A temporary file beside the one that it will replace, with the permissions of that one;
+// where a link stands, the file that it leads to is replaced. Errors name the path
+// that was given. A process that dies leaves at most a file "~cc….tmp" behind.
+class PosixPendingFile : public PendingFile {
+ public:
+  // Makes the temporary file of `system_name`. Throws FileError (kCreate) where something stands
+  // that may not be replaced.
+  static std::unique_ptr<PosixPendingFile> Create(const std::string& system_name,
+                                                  std::string_view path);
+  // Goes on with `temporary`, a file that is there and open as `file`.
+  static std::unique_ptr<PosixPendingFile> GoOn(FileDescriptor file, std::string temporary,
+                                                const std::string& system_name,
+                                                std::string_view path);
+  ~PosixPendingFile() override;
+  PosixPendingFile(const PosixPendingFile&) = delete;
+  PosixPendingFile& operator=(const PosixPendingFile&) = delete;
+
+  // Throws FileError (kWrite).
+  void WriteAt(std::size_t offset, std::string_view bytes);
+  // The disk begins to write while the program goes on.
+  void StartWriting();
+
+  void Harden() override;
+  void Place() override;
+  void Settle() override;
+  // Like Place, but the file that stood there gets the temporary name and stays; the
+  // name, or empty text where that cannot be done and nothing happened.
+  [[nodiscard]] std::string Exchange();
+
+  // The file that will be replaced, behind links.
+  [[nodiscard]] const std::string& target() const { return target_; }
+  // Of the content as it was placed.
+  [[nodiscard]] FileStamp placed_stamp() const { return placed_stamp_; }
+
+ private:
+  PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
+                   std::string_view path);
+  // Permissions and owner of the file that is replaced, which must be one that may be.
+  void TakeAfterTarget();
+  void Placed();
+
+  FileDescriptor file_;
+  std::string temporary_;  // empty once it is in place
+  std::string target_;
+  std::string path_;
+  FileStamp placed_stamp_ = kNoStamp;
+};
+
+// Writes `content` beside `system_name`, on the disk's way at once.
+[[nodiscard]] std::unique_ptr<PosixPendingFile> StageFile(const std::string& system_name,
+                                                          std::string_view path,
+                                                          FilePieces content);
+
+// Removes the temporary files that processes left in `folder` when they died: those that are
+// ten minutes old and that nobody holds.
+void RemoveAbandonedFiles(const std::string& folder);
+// Marks a temporary file that stays for longer as held, until its descriptor is closed.
+void HoldTemporary(const FileDescriptor& file);
 
 }  // namespace customsconv::posix
 
