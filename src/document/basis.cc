@@ -38,14 +38,13 @@ std::uint32_t UpdateCrc(std::uint32_t value, std::string_view bytes) {
 // "a:X#b:Y" becomes "X#Y": within each part everything up to the last ":" goes. Replaces `to`.
 void StripPrefixes(std::string_view xml_path, std::string& to) {
   to.clear();
-  std::size_t part = 0;  // where the part being read begins in `to`
-  for (const char c : xml_path) {
-    if (c == ':') {
-      to.resize(part);
-      continue;
-    }
-    to += c;
-    if (c == '#') part = to.size();
+  for (;;) {
+    const std::size_t end = xml_path.find('#');
+    const std::string_view part = xml_path.substr(0, end);
+    to += part.substr(part.rfind(':') + 1);  // from its start when there is none
+    if (end == std::string_view::npos) return;
+    to += '#';
+    xml_path.remove_prefix(end + 1);
   }
 }
 

@@ -1,5 +1,7 @@
 #include "mapping/rules_file.h"
 
+#include <algorithm>
+
 #include "base/error.h"
 #include "common/words.h"
 
@@ -10,14 +12,17 @@ constexpr CharSet kHeaderDelimiters{" []"};
 
 bool BeginsWith(std::string_view line, char c) { return !line.empty() && line.front() == c; }
 
+bool EndsLine(char c) { return c == '\r' || c == '\n'; }
+
 }  // namespace
 
 RulesFile::RulesFile(std::string_view text, std::string_view name) : text_(text), name_(name) {
   std::string_view rest = text_;
   while (!rest.empty()) {
-    const std::size_t end = rest.find_first_of("\r\n");
+    const auto* const line_end = std::find_if(rest.begin(), rest.end(), EndsLine);
+    const auto end = static_cast<std::size_t>(line_end - rest.begin());
     lines_.push_back(rest.substr(0, end));
-    if (end == std::string_view::npos) break;
+    if (end == rest.size()) break;
     const bool pair = rest[end] == '\r' && end + 1 < rest.size() && rest[end + 1] == '\n';
     rest.remove_prefix(end + (pair ? 2 : 1));
   }
