@@ -13,11 +13,7 @@ namespace customsconv {
 namespace {
 
 TEST(FullPath, MakesNamesAbsolute) {
-  const struct {
-    const char* path;
-    const char* current;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"X.DBF", "/srv/out", "\\srv\\out\\X.DBF"},
       {"a/./b//..\\X", "\\srv\\", "\\srv\\a\\X"},
       {"..\\..\\..\\X", "/srv/out", "\\X"},
@@ -28,26 +24,21 @@ TEST(FullPath, MakesNamesAbsolute) {
       {"c:/a/../b", "/srv", "c:\\b"},
       {"C:\\", "/srv", "C:\\"},
       {"\\b", "C:\\W", "C:\\b"},
-      {"b", "C:\\W", "C:\\W\\b"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(FullPath(c.path, c.current), c.expected) << c.path;
+      {"b", "C:\\W", "C:\\W\\b"}};
+  for (const auto& [path, current, expected] : cases)
+    EXPECT_EQ(FullPath(path, current), expected) << path;
 }
 
 TEST(MatchesMask, KnowsStarsAndQuestionMarks) {
-  const struct {
-    const char* name;
-    const char* mask;
-    bool matches;
-  } cases[] = {
+  const std::tuple<const char*, const char*, bool> cases[] = {
       {"a.dcf", "*.DCF", true}, {"a.dcf.bak", "*.dcf", false},
       {"ЁЖ", "ё?", true},       {"ab", "?", false},
       {"", "*", true},          {"", "?", false},
       {"noext", "*.*", true},   {"noext", "*.?*", false},
       {"a.b.c", "*b*", true},   {"aXbXc", "a*X", false},
-      {"abcbcd", "*bcd", true}, {"x", "", false},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(MatchesMask(Win(c.name), Win(c.mask)), c.matches) << c.name << ' ' << c.mask;
+      {"abcbcd", "*bcd", true}, {"x", "", false}};
+  for (const auto& [name, mask, matches] : cases) {
+    EXPECT_EQ(MatchesMask(Win(name), Win(mask)), matches) << name << ' ' << mask;
   }
   EXPECT_FALSE(MatchesMask(std::string(20'000, 'a'), "*a*a*a*a*a*a*a*b")) << "and quickly so";
 }
@@ -87,7 +78,6 @@ TEST(PosixProcesses, RunsProgramsInTheirFolder) {
 
 TEST(PosixProcesses, SplitsCommandLinesAtBlanksOutsideQuotes) {
   using Words = std::vector<std::string>;
-  EXPECT_EQ(posix::CommandWords(""), Words());
   EXPECT_EQ(posix::CommandWords("  a  \"b c\"d \"\" "), (Words{"a", "b cd", ""}));
   EXPECT_EQ(posix::CommandWords("\"open end"), Words{"open end"});
 }

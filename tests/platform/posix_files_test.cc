@@ -35,14 +35,19 @@ int EndOf(pid_t child) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-TEST(PosixFiles, FindsNamesWithoutRegardToLetterCase) {
-  const TempFolder folder;
+// An empty folder.
+class PosixFilesTest : public testing::Test {
+ protected:
+  TempFolder folder;
+  PosixFiles files;
+};
+
+TEST_F(PosixFilesTest, FindsNamesWithoutRegardToLetterCase) {
   folder.Write("Данные/Ёлки/Kord.ini", "one");
   folder.Write("Данные/ёлки/KORD.INI", "two");
   folder.Write("данные/x", "three");
   folder.Write("A.TXT", "A");
   folder.Write("a.txt", "a");
-  const PosixFiles files;
   const std::map<const char*, const char*> contents = {
       {"Данные/Ёлки/Kord.ini", "one"},
       {"ДАННЫЕ\\ёЛКИ\\kord.INI", "one"},
@@ -50,8 +55,7 @@ TEST(PosixFiles, FindsNamesWithoutRegardToLetterCase) {
       {"данные/X", "three"},
       {"a.txt", "a"},
       {"A.txt", "A"},
-      {"Данные\\.\\\\..\\ДАННЫЕ\\ЁЛКИ\\kord.ini", "one"},
-  };
+      {"Данные\\.\\\\..\\ДАННЫЕ\\ЁЛКИ\\kord.ini", "one"}};
   for (const auto& [name, content] : contents) {
     EXPECT_EQ(files.Read(folder.Win(name)), content) << name;
   }
@@ -61,12 +65,10 @@ TEST(PosixFiles, FindsNamesWithoutRegardToLetterCase) {
   EXPECT_FALSE(files.Exists(folder.Win("данные/Ёлки/Kord.ini")));
 }
 
-TEST(PosixFiles, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
   folder.Write("old", "before");
   fs::permissions(folder / "old", fs::perms(0640));
   fs::create_symlink("old", folder / "link");
-  PosixFiles files;
   {
     const auto pending = files.Stage(folder.Win("link"), std::string(100'000, 'n'));
     EXPECT_EQ(folder.Read("old"), "before") << "staged only";
@@ -82,12 +84,10 @@ TEST(PosixFiles, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
   EXPECT_EQ(folder.Read("Out/Новый.Dbf"), "x") << "a new name is stored as given";
 }
 
-TEST(PosixFiles, ASeriesWritesWhatWasAddedAndNothingElseIntoAnOldCopy) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, ASeriesWritesWhatWasAddedAndNothingElseIntoAnOldCopy) {
   const auto old_time = fs::file_time_type::clock::now() - std::chrono::hours(1);
   for (const char* name : {"~cc1-1-1.tmp", "~cc1-1-2.tmp"}) folder.Write(name, "left behind");
   fs::last_write_time(folder / "~cc1-1-1.tmp", old_time);
-  PosixFiles files;
   auto series = files.StartSeries(folder.Win("T"));
   std::string content = "head" + std::string(100'000, 'a') + "\x1A";
   std::size_t same_end = 0;
@@ -134,8 +134,7 @@ TEST(PosixFiles, ASeriesWritesWhatWasAddedAndNothingElseIntoAnOldCopy) {
   EXPECT_EQ(folder.Listing(), "T ~cc1-1-2.tmp");
 }
 
-TEST(PosixFiles, AKillDuringReplaceLeavesTheOldContentOrTheNew) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, AKillDuringReplaceLeavesTheOldContentOrTheNew) {
   const std::string contents[] = {std::string(300'000, 'a'), std::string(700'001, 'b')};
   folder.Write("F", contents[0]);
   for (int round = 0; round < 25; ++round) {
@@ -150,8 +149,7 @@ TEST(PosixFiles, AKillDuringReplaceLeavesTheOldContentOrTheNew) {
   }
 }
 
-TEST(PosixFiles, OfTwoProcessesThatCreateAFileOneGetsIt) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, OfTwoProcessesThatCreateAFileOneGetsIt) {
   for (int round = 0; round < 50; ++round) {
     const std::string path = folder.Win("lock" + std::to_string(round));
     const auto create = [&] { return PosixFiles().CreateNew(path) ? 1 : 0; };
@@ -161,11 +159,9 @@ TEST(PosixFiles, OfTwoProcessesThatCreateAFileOneGetsIt) {
   }
 }
 
-TEST(PosixFiles, LockKeepsOtherProcessesOutOfItsFolder) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, LockKeepsOtherProcessesOutOfItsFolder) {
   folder.Write("count", "0");
   const auto count_up = [&] {
-    PosixFiles files;
     for (int i = 0; i < 25; ++i) {
       const auto lock = files.Lock(folder.Win("count"));
       files.Replace(folder.Win("COUNT"),
@@ -180,27 +176,22 @@ TEST(PosixFiles, LockKeepsOtherProcessesOutOfItsFolder) {
   EXPECT_EQ(folder.Listing(), "count");
 }
 
-TEST(PosixFiles, FailuresNameTheFileAndTheCause) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, FailuresNameTheFileAndTheCause) {
   fs::create_directory(folder / "Папка");
   folder.Write("file", "x");
-  PosixFiles files;
   const std::string place = (folder.path() / "").string();
   using Call = std::function<void(const std::string& path)>;
   const Call read = [&](auto& path) { (void)files.Read(path); };
   const Call replace = [&](auto& path) { files.Replace(path, ""); };
   const struct {
     const Call& call;
-    std::string name;
-    std::string expected;  // "%" stands for the path
-  } cases[] = {
-      {read, "нет", "Не найден файл %"},
-      {read, "ПАПКА", "Не могу открыть файл %: это папка"},
-      {read, "file/x", "Не найден файл %: часть пути - не папка"},
-      {read, std::string(300, 'n'), "Не могу открыть файл %: слишком длинное имя"},
-      {replace, "Папка", "Не могу создать файл %: это папка"},
-      {replace, "нет/x", "Не могу создать файл %: нет такого файла или папки"},
-  };
+    std::string name, expected;  // "%" stands for the path
+  } cases[] = {{read, "нет", "Не найден файл %"},
+               {read, "ПАПКА", "Не могу открыть файл %: это папка"},
+               {read, "file/x", "Не найден файл %: часть пути - не папка"},
+               {read, std::string(300, 'n'), "Не могу открыть файл %: слишком длинное имя"},
+               {replace, "Папка", "Не могу создать файл %: это папка"},
+               {replace, "нет/x", "Не могу создать файл %: нет такого файла или папки"}};
   for (const auto& c : cases) {
     std::string expected = c.expected;
     expected.replace(expected.find('%'), 1, place + c.name);
@@ -210,8 +201,7 @@ TEST(PosixFiles, FailuresNameTheFileAndTheCause) {
   EXPECT_EQ(folder.Listing(), "file Папка");
 }
 
-TEST(PosixFiles, RespectsPermissions) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, RespectsPermissions) {
   fs::permissions(folder.path(), fs::perms(0755));
   fs::create_directory(folder / "out");
   folder.Write("secret", "x");
@@ -220,7 +210,6 @@ TEST(PosixFiles, RespectsPermissions) {
   fs::permissions(folder / "fixed", fs::perms(0444));
   const pid_t child = Start([&] {
     if (::getuid() == 0 && ::setuid(65534) != 0) return 9;  // root may do everything
-    PosixFiles files;
     const auto refused = [](const char* action, const auto& call) {
       const std::string message = ErrorOf(call);
       return message.starts_with(Win(action)) && message.ends_with(Win("нет прав доступа")) ? 0 : 1;
@@ -235,12 +224,10 @@ TEST(PosixFiles, RespectsPermissions) {
   EXPECT_EQ(folder.Read("fixed"), "x");
 }
 
-TEST(PosixFiles, ReadsWholeFilesAndTheirBeginnings) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, ReadsWholeFilesAndTheirBeginnings) {
   const std::string content = std::string("a\0\r\n\xFF", 5) + std::string(200'000, 'x');
   folder.Write("f", content);
   folder.Write("empty", "");
-  const PosixFiles files;
   EXPECT_EQ(files.Read(folder.Win("f")), content);
   for (const std::size_t limit : {std::size_t{3}, content.size(), content.size() + 7}) {
     EXPECT_EQ(files.Read(folder.Win("f"), limit), content.substr(0, limit));
@@ -251,9 +238,7 @@ TEST(PosixFiles, ReadsWholeFilesAndTheirBeginnings) {
   EXPECT_NE(ErrorOf([&] { (void)files.Read("/dev/zero"); }), kNoError) << "without an end";
 }
 
-TEST(PosixFiles, EveryWriteChangesTheStamp) {
-  const TempFolder folder;
-  PosixFiles files;
+TEST_F(PosixFilesTest, EveryWriteChangesTheStamp) {
   const std::string path = folder.Win("f");
   EXPECT_EQ(files.Stamp(path), kNoStamp);
   EXPECT_EQ(files.Stamp(folder.Win("")), kNoStamp) << "a folder";
@@ -268,10 +253,8 @@ TEST(PosixFiles, EveryWriteChangesTheStamp) {
   EXPECT_NE(files.Stamp(path), second);
 }
 
-TEST(PosixFiles, RefusesBusyFilesBeforeAnythingIsCutOff) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, RefusesBusyFilesBeforeAnythingIsCutOff) {
   folder.Write("f", "kept");
-  const PosixFiles files;
   const std::string path = folder.Win("f");
   const auto held = files.Open(path, kModeRead | kShareExclusive);
   EXPECT_NE(ErrorOf([&] { (void)files.Open(path, kModeCreate); }), kNoError);
@@ -280,14 +263,12 @@ TEST(PosixFiles, RefusesBusyFilesBeforeAnythingIsCutOff) {
             "Не могу открыть файл " + (folder / "f") + ": файл занят");
 }
 
-TEST(PosixFiles, FindsFilesByMaskInByteOrder) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, FindsFilesByMaskInByteOrder) {
   for (const char* name : {"b.DCF", "A.dcf", "Ёж.Dcf", "a.txt", "noext", "漢.dcf", "\xFF.dcf"}) {
     folder.Write(name, "");
   }
   fs::create_directory(folder / "folder.dcf");
   fs::create_symlink("a.txt", folder / "link.dcf");
-  const PosixFiles files;
   const auto find = [&](std::string_view mask) {
     std::string all;
     for (const std::string& name : files.Find(folder.Win(""), Win(mask))) all += Utf8(name) + " ";
@@ -300,11 +281,9 @@ TEST(PosixFiles, FindsFilesByMaskInByteOrder) {
   EXPECT_TRUE(files.Find(folder.Win("no such folder"), "*").empty());
 }
 
-TEST(PosixFiles, KnowsWhichNamesLeadToOneFile) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, KnowsWhichNamesLeadToOneFile) {
   folder.Write("Out/A.DBF", "");
   fs::create_symlink("Out", folder / "Link");
-  const PosixFiles files;
   const std::string identity = files.Identity(folder.Win("Out/A.DBF"));
   for (const char* name : {"OUT\\a.dbf", "link/A.dbf", "Out\\..\\.\\Out/A.DBF"}) {
     EXPECT_EQ(files.Identity(folder.Win(name)), identity) << name;
@@ -315,10 +294,8 @@ TEST(PosixFiles, KnowsWhichNamesLeadToOneFile) {
   EXPECT_EQ(files.ShortName(folder.Win("Out/B.DBF")), "");
 }
 
-TEST(PosixFiles, NamesThatTheSystemOrTheCodePageCannotHoldLeadNowhere) {
-  const TempFolder folder;
+TEST_F(PosixFilesTest, NamesThatTheSystemOrTheCodePageCannotHoldLeadNowhere) {
   folder.Write("a", "x");
-  const PosixFiles files;
   EXPECT_FALSE(files.Exists(folder.Win("a") + std::string("\0tail", 5)));
   EXPECT_EQ(posix::NameFromSystem("Ёж/漢"), std::nullopt);
   EXPECT_EQ(posix::NameFromSystem("\xFF"), std::nullopt);
