@@ -10,10 +10,7 @@ namespace {
 TEST(Error, CarriesTheMessageIn1251AndShowsItInUtf8) {
   const std::string path = Win("C:\\Декларации\\Ёж.DBF");
   using Kind = FileError::Kind;
-  const struct {
-    Error error;
-    const char* expected;
-  } cases[] = {
+  const std::pair<Error, const char*> cases[] = {
       {Error(Win("Нет данных №5")), "Нет данных №5"},
       {ListIndexError(-1), "List index out of bounds (-1)"},
       {ConversionError(Win("12ш")), "'12ш' is not a valid integer value"},
@@ -23,11 +20,10 @@ TEST(Error, CarriesTheMessageIn1251AndShowsItInUtf8) {
        "Не могу открыть файл C:\\Декларации\\Ёж.DBF: is a folder"},
       {FileError(Kind::kCreate, "X", "full"), "Не могу создать файл X: full"},
       {FileError(Kind::kRead, "X", "full"), "Не могу прочитать файл X: full"},
-      {FileError(Kind::kWrite, "X", "full"), "Не могу записать файл X: full"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_STREQ(c.error.what(), c.expected);
-    EXPECT_EQ(c.error.text(), Win(c.expected));
+      {FileError(Kind::kWrite, "X", "full"), "Не могу записать файл X: full"}};
+  for (const auto& [error, expected] : cases) {
+    EXPECT_STREQ(error.what(), expected);
+    EXPECT_EQ(error.text(), Win(expected));
   }
 }
 

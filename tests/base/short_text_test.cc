@@ -8,19 +8,14 @@ namespace {
 const std::string kFull(255, 'x');
 
 TEST(ShortText, CutsSilentlyAt255Bytes) {
-  const struct {
-    const char* what;
-    ShortText text;
-    std::string expected;
-  } cases[] = {
+  const std::tuple<const char*, ShortText, std::string> cases[] = {
       {"fits", kFull, kFull},
       {"one too many", kFull + "y", kFull},
       {"one appended", ShortText(kFull) += 'y', kFull},
       {"cut within what is appended", ShortText(std::string(250, 'x')) += "xxxxxyyy", kFull},
       {"bytes above 127 and zero", std::string_view("\xFF\0\x80", 3), {"\xFF\0\x80", 3}},
-      {"nothing", "", ""},
-  };
-  for (const auto& c : cases) EXPECT_EQ(c.text.str(), c.expected) << c.what;
+      {"nothing", "", ""}};
+  for (const auto& [what, text, expected] : cases) EXPECT_EQ(text.str(), expected) << what;
 }
 
 TEST(ShortText, AppendsAndAssignsItsOwnText) {

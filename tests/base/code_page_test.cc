@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/code_pages.h"
+#include "base/cp1251_literal.h"
 #include "base/iconv_witness.h"
 #include "support/text.h"
 
@@ -26,6 +27,15 @@ std::string Expected(const char* from, const char* to,
     expected.replace(first, bytes.size(), bytes);
   }
   return expected;
+}
+
+TEST(Cp1251Literal, HoldsTheBytesThatTheConversionGives) {
+  constexpr std::string_view kText =
+      "Яя Ёё № «» § ° – — · ¤ ЄєЇїЎў \xC2\xA0 “”‘’„‚…•†‡‰€™ ©®±¶µ¬¦ ЂѓЉЊЌЋЏљњќћџЈјҐґЅѕІі abc~"_cp1251;
+  EXPECT_EQ(kText, Win("Яя Ёё № «» § ° – — · ¤ ЄєЇїЎў \xC2\xA0 “”‘’„‚…•†‡‰€™ ©®±¶µ¬¦ "
+                       "ЂѓЉЊЌЋЏљњќћџЈјҐґЅѕІі abc~"));
+  static_assert("АЯая"_cp1251 == "\xC0\xDF\xE0\xFF");
+  static_assert(""_cp1251.empty());
 }
 
 TEST(DosCodePage, MapsEveryByteByOwnListOrStandardInAllForms) {
@@ -55,11 +65,7 @@ TEST(DosCodePage, MapsEveryByteByOwnListOrStandardInAllForms) {
 
 TEST(DetectCodePage, GuessesFromNameMarkOrLetters) {
   const std::string late(248, ' ');
-  const struct {
-    const char* what;
-    std::string text;
-    CodePage expected;
-  } cases[] = {
+  const std::tuple<const char*, std::string, CodePage> cases[] = {
       {"name in any case", "<?xml version=\"1.0\" encoding=\"utf-8\"?>", CodePage::kUtf8},
       {"name ends with byte 255", late + "\"UTF-8\"", CodePage::kUtf8},
       {"name ends with byte 256", " " + late + "\"UTF-8\"", CodePage::kWindows},
@@ -72,27 +78,22 @@ TEST(DetectCodePage, GuessesFromNameMarkOrLetters) {
       {"three DOS letters", "\x80\x81\x82", CodePage::kWindows},
       {"letters that count for neither", "\xB0\xCE\xE0\xF1\xB0\xCE\xE0\xF1", CodePage::kWindows},
       {"Windows first", "\xCF\xDF\xF2\xFF\x80\x80\x80\x80", CodePage::kWindows},
-      {"DOS first", "\xCF\xDF\xF2\x80\x80\x80\x80\xFF", CodePage::kDos},
-  };
-  for (const auto& c : cases) EXPECT_EQ(DetectCodePage(c.text), c.expected) << c.what;
+      {"DOS first", "\xCF\xDF\xF2\x80\x80\x80\x80\xFF", CodePage::kDos}};
+  for (const auto& [what, text, expected] : cases) {
+    EXPECT_EQ(DetectCodePage(text), expected) << what;
+  }
 }
 
 TEST(ToWindows, ConvertsByCodePageAndDetectsTheUnknown) {
-  const struct {
-    const char* what;
-    std::string text;
-    CodePage code_page;
-    std::string expected;
-  } cases[] = {
+  const std::tuple<const char*, std::string, CodePage, std::string> cases[] = {
       {"DOS", "\x8C\xA8\xE0", CodePage::kDos, "Мир"},
       {"DOS detected", "\x8C\x88\x90\x9B", CodePage::kUnknown, "МИРЫ"},
       {"Windows as it stands", Win("Мир"), CodePage::kWindows, "Мир"},
       {"UTF-8", "Мир", CodePage::kUtf8, "Мир"},
       {"UTF-8 detected by its mark", "\xEF\xBB\xBFМир", CodePage::kUnknown, "Мир"},
-      {"malformed UTF-8", "Мир\xD0", CodePage::kUtf8, ""},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Utf8(ToWindows(c.text, c.code_page)), c.expected) << c.what;
+      {"malformed UTF-8", "Мир\xD0", CodePage::kUtf8, ""}};
+  for (const auto& [what, text, code_page, expected] : cases) {
+    EXPECT_EQ(Utf8(ToWindows(text, code_page)), expected) << what;
   }
   EXPECT_EQ(ToWindows("\x81\x82", static_cast<CodePage>(9)), "\x81\x82") << "an unknown number";
 }
