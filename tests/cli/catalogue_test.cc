@@ -42,15 +42,5 @@ TEST_F(CatalogueTest, ATableSetTakesItsFieldsFromTheTables) {
             "    G073  C 7\n    G33  C 2\n");
 }
 
-TEST_F(CatalogueTest, FailuresAreStatusesAndJson) {
-  EXPECT_EQ(RunProgram({"catalogue", "show", "--json", "--program", "C:\\PROG", "Нет"}), 3);
-  EXPECT_EQ(output.results, "{\"messages\":[],\"error\":\"Не описан документ Нет\"}\n");
-  EXPECT_EQ(output.remarks, "error: Не описан документ Нет\n");
-  EXPECT_EQ(RunProgram({"catalogue", "list", "--program", "C:\\NOWHERE"}), 3);
-  host.files.Remove("C:\\PROG\\document.dcf");
-  EXPECT_EQ(RunProgram({"catalogue", "list", "--json", "--program", "C:\\PROG"}), 1);
-  EXPECT_EQ(output.results.rfind("{\"messages\":[", 0), 0U) << output.results;
-}
-
 }  // namespace
 }  // namespace customsconv::cli

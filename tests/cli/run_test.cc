@@ -14,7 +14,6 @@ TEST_F(RunTest, WrongUsageEndsWithTwoAndTouchesNothing) {
   const std::vector<std::string> cases[] = {
       {},
       {"unknown"},
-      {"convert"},
       {"convert", "--program", "C:\\PROG"},
       {"convert", "--on-lock", "never"},
       {"dump", "--program", "C:\\PROG"},
@@ -52,6 +51,30 @@ TEST_F(RunTest, NamesTheArgumentThatCannotWork) {
   for (int i = 0; i < 255; ++i) cyrillic += "я";
   EXPECT_EQ(RunProgram({"dump", "--program", "C:\\PROG", cyrillic}), 3);
   EXPECT_EQ(RunProgram({"dump", "--program", cyrillic, kFile}), 2) << "no room for the separator";
+}
+
+TEST_F(RunTest, AStartUpThatFailsIsAResultOfEachCommand) {
+  const std::vector<std::string> commands[] = {
+      {"catalogue", "list"},
+      {"dump", kFile},
+      {"validate", "--schemas", "C:\\XSD", kFile},
+      {"convert", "--rules", "C:\\RULES\\armti.txt", "--output", "C:\\OUT", kFile},
+      {"export", kFile}};  // without a JSON form
+  const auto expect = [&](int status, const std::string& json_end) {
+    for (std::vector<std::string> arguments : commands) {
+      SCOPED_TRACE(arguments[0]);
+      const bool json = arguments[0] != "export";
+      arguments.insert(arguments.end(), {"--program", "C:\\PROG"});
+      if (json) arguments.emplace_back("--json");
+      EXPECT_EQ(RunProgram(arguments), status);
+      EXPECT_EQ(output.remarks.starts_with("error: "), status == 3) << output.remarks;
+      EXPECT_TRUE(json ? Printed(json_end) : output.results.empty());
+    }
+  };
+  host.files.Remove("C:\\PROG\\document.dcf");
+  expect(1, R"("messages":[{"kind":"message","text":"Не найден системный файл )");
+  host.files.Remove("C:\\PROG\\kord.ini");
+  expect(3, R"("messages":[],"error":"Не найден файл C:\\PROG/Kord.ini"})");
 }
 
 TEST_F(RunTest, HelpAndVersionAreResults) {

@@ -29,15 +29,31 @@ TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
                             "\n");
 }
 
-TEST_F(TablesTest, ShowPrintsRowsInThreeForms) {
-  EXPECT_EQ(RunProgram({"tables", "show", kGoods}), 0);
-  EXPECT_EQ(output.results,
-            " # | G32 |  SUM | NAME           | DAY\n"
-            " 1 |   1 | 3.50 | Сахар, \"песок\" | 17.03.26\n"
-            "*2 |   2 |      | Соль           |\n"
-            " 3 |   3 |      |                |\n");
-  EXPECT_EQ(RunProgram({"tables", "show", "--csv", kGoods}), 0);
-  EXPECT_EQ(output.results, "G32,SUM,NAME,DAY\n1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n3,,,\n");
+TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
+  const std::string head = "G32,SUM,NAME,DAY\n";
+  const std::string first = "1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n";
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{},
+       " # | G32 |  SUM | NAME           | DAY\n"
+       " 1 |   1 | 3.50 | Сахар, \"песок\" | 17.03.26\n"
+       "*2 |   2 |      | Соль           |\n"
+       " 3 |   3 |      |                |\n"},
+      {{"--filled"},
+       "GOODS.DBF  3 rows\n"
+       "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n"
+       "    *2  G32=2 | NAME=Соль\n"
+       "     3  G32=3\n"},
+      {{"--csv"}, head + first + "3,,,\n"},
+      {{"--csv", "--rows", "1"}, head + first},
+      {{"--csv", "--rows", "2-"}, head + "3,,,\n"},
+      {{"--csv", "--rows", "3-900"}, head + "3,,,\n"},
+      {{"--csv", "--rows", "4"}, head}};
+  for (const auto& [options, printed] : cases) {
+    std::vector<std::string> arguments = {"tables", "show", kGoods};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    EXPECT_EQ(RunProgram(arguments), 0);
+    EXPECT_EQ(output.results, printed);
+  }
   EXPECT_EQ(RunProgram({"tables", "show", "--json", "--rows", "1-2", kGoods}), 0);
   const std::string records = output.results.substr(output.results.find("\"records\""));
   EXPECT_EQ(records, R"("records":[{"number":1,"deleted":false,)"
@@ -46,32 +62,13 @@ TEST_F(TablesTest, ShowPrintsRowsInThreeForms) {
                      "\n");
 }
 
-TEST_F(TablesTest, ShowFilledLeavesBlankFieldsOutAndBreaksLongRows) {
-  EXPECT_EQ(RunProgram({"tables", "show", "--filled", kGoods}), 0);
-  EXPECT_EQ(output.results,
-            "GOODS.DBF  3 rows\n"
-            "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n"
-            "    *2  G32=2 | NAME=Соль\n"
-            "     3  G32=3\n");
+TEST_F(TablesTest, ShowFilledBreaksLongRows) {
   const std::string x(80, 'x');
   TableImage wide = TableImage().Field("A", 'C', 80).Field("B", 'C', 80).Field("C", 'C', 5);
   host.files["C:\\OUT\\WIDE.DBF"] = wide.Row({x, x, "5"}).Bytes();
   EXPECT_EQ(RunProgram({"tables", "show", "--filled", "C:\\OUT\\WIDE.DBF"}), 0);
   EXPECT_EQ(output.results.substr(output.results.find('\n') + 1),
             "     1  A=" + x + "\n        B=" + x + " | C=5\n");
-}
-
-TEST_F(TablesTest, RowsChooseARange) {
-  const struct {
-    const char *rows, *shown;
-  } cases[] = {{"1", "1,3.5"}, {"2-", "3,,"}, {"3-900", "3,,"}, {"4", ""}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.rows);
-    EXPECT_EQ(RunProgram({"tables", "show", "--csv", "--rows", c.rows, kGoods}), 0);
-    const std::string rows = output.results.substr(output.results.find('\n') + 1);
-    EXPECT_EQ(rows.substr(0, std::string(c.shown).size()), c.shown);
-    EXPECT_EQ(rows.empty(), c.shown[0] == '\0');
-  }
 }
 
 TEST_F(TablesTest, ATableThatCannotBeOpenedIsAnError) {
@@ -96,24 +93,23 @@ TEST_F(TablesTest, CreateMakesADescribedSet) {
 }
 
 TEST_F(TablesTest, CreateNamesTheLineThatCannotBe) {
-  const struct {
-    const char *line, *cause;
-  } cases[] = {{"A G1 C", "wanted: TABLE FIELD TYPE WIDTH [DECIMALS]"},
-               {"A G1 X 5", "the type is one of C, N, D, L, M"},
-               {"A G1 D 10", "the width of a D field lies from 8 to 8"},
-               {"A G1 N x", "the width of a N field lies from 1 to 32"},
-               {"A G1 N 5 4", "the decimals lie from 0 to 3"},
-               {"A ABCDEFGHIJK C 5", "a field name has at most 10 letters"},
-               {"..\\A G1 C 5", "a table name holds no folder"},
-               {"A G0 C 5", "the table has this field already"},
-               {"A G1 C 65000\nA G2 C 65000", "the record would be longer than 65535 bytes"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.line);
-    host.files["C:\\IN\\set.txt"] = "A G0 C 5\n" + std::string(c.line);
+  const std::pair<const char*, const char*> cases[] = {
+      {"A G1 C", "wanted: TABLE FIELD TYPE WIDTH [DECIMALS]"},
+      {"A G1 X 5", "the type is one of C, N, D, L, M"},
+      {"A G1 D 10", "the width of a D field lies from 8 to 8"},
+      {"A G1 N x", "the width of a N field lies from 1 to 32"},
+      {"A G1 N 5 4", "the decimals lie from 0 to 3"},
+      {"A ABCDEFGHIJK C 5", "a field name has at most 10 letters"},
+      {"..\\A G1 C 5", "a table name holds no folder"},
+      {"A G0 C 5", "the table has this field already"},
+      {"A G1 C 65000\nA G2 C 65000", "the record would be longer than 65535 bytes"}};
+  for (const auto& [line, cause] : cases) {
+    SCOPED_TRACE(line);
+    host.files["C:\\IN\\set.txt"] = "A G0 C 5\n" + std::string(line);
     EXPECT_EQ(
         RunProgram({"tables", "create", "--description", "C:\\IN\\set.txt", "--output", "C:\\OUT"}),
         2);
-    EXPECT_NE(output.remarks.find(c.cause), std::string::npos) << output.remarks;
+    EXPECT_NE(output.remarks.find(cause), std::string::npos) << output.remarks;
     EXPECT_NE(output.remarks.find("set.txt, line "), std::string::npos);
     EXPECT_FALSE(host.files.Has("C:\\OUT\\A.DBF"));
   }

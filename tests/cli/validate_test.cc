@@ -54,14 +54,6 @@ TEST_F(ValidateTest, JsonNamesDocumentLineAndText) {
   EXPECT_EQ(output.remarks, "");
 }
 
-TEST_F(ValidateTest, WhatCannotBeReadIsAnError) {
-  EXPECT_EQ(Validate("C:\\IN\\no.xml"), 3);
-  EXPECT_EQ(output.remarks.rfind("error: ", 0), 0U) << output.remarks;
-  EXPECT_EQ(Validate("C:\\IN\\no.xml", {"--json"}), 3);
-  EXPECT_EQ(output.results.rfind(R"({"result":false,"documents":0)", 0), 0U);
-  EXPECT_TRUE(Printed("\"messages\":[],\"error\":\""));
-}
-
 TEST_F(ValidateTest, ExportPrintsTheBytesThatAreChecked) {
   EXPECT_EQ(RunProgram({"export", "--program", "C:\\PROG", "C:\\IN\\2.xml"}), 0);
   const std::string first = output.results.substr(0, output.results.find("<Proc>ABC"));
@@ -74,7 +66,6 @@ TEST_F(ValidateTest, ExportPrintsTheBytesThatAreChecked) {
   EXPECT_EQ(RunProgram({"export", "--program", "C:\\PROG", "--document", "3", "C:\\IN\\2.xml"}), 1);
   EXPECT_EQ(output.results, "");
   EXPECT_EQ(output.remarks, "error: C:\\IN\\2.xml holds 2 documents, there is no document 3\n");
-  EXPECT_EQ(RunProgram({"export", "--program", "C:\\PROG", "C:\\IN\\no.xml"}), 3);
 }
 
 }  // namespace
