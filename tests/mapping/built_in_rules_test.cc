@@ -9,29 +9,17 @@ namespace {
 constexpr const char* kTarget =
     "[OUT.HEADER]\nMainBlock=TOVAR\n[OUT.Fields]\n"
     "G011=C10\nG071=C23\nG072=C10\nG073=C10\nG19=C1\nTM=C23\n"
-    "ROWS {\nNPOZ=C5\nPKSIGN=C1\nG4401=C5\nG4402=C5\n}\n"
-    "TOVAR {\n"
-    "  TECHD {\nG4402=C5\nG44020=C5\nG444=C250\n}\n"
-    "  GRSER {\nG32=C5\nG32G=C5\nNUMREC=C5\nG31_15_SN=C50\n}\n"
-    "  GR {\nG32G=C5\nNAME=C20\n}\n"
-    "}\n";
+    "ROWS {\nNPOZ=C5\nPKSIGN=C1\nG4401=C5\nG4402=C5\n}\n";
 
 constexpr const char* kDeclaration =
     "[ESADout.HEADER]\nXmlType=x\nMainBlock=ESADoutGoods\n[ESADout.Fields]\n"
     "CustomsProcedure=C2\nTransitDirectionCode=C2\n"
-    "ESADoutConsigment#DeliveryCustomsOffice#Code=C8\n"
     "ESADoutDeclarant#Name=C20\nESADoutDeclarant#Flag=L\n"
     "ESADoutDeclarant#ESADoutFilledPerson#Name=C20\n"
     "ESADoutCarrier#Name=C20\nESADoutCarrier#Only=C20\n"
     "ESADoutFinancialAdjustingResponsiblePerson#Name=C20\n"
     "ESADoutFinancialAdjustingResponsiblePerson#Flag=C5\n"
-    "ESADoutPrincipal#ESADPrincipalRepresentative {\nName=C20\nPost=C20\n}\n"
-    "ESADoutCarrier#ESADDriverInformation {\nPersonPost=C20\nPersonName=C20\n}\n"
-    "ESADoutGoods {\nCode=C10\n"
-    "  GoodsGroupDescription {\n"
-    "    GoodsGroupInformation {\nSerialNumber=C250\nName=C20\n}\n"
-    "  }\n"
-    "}\n";
+    "ESADoutPrincipal#ESADPrincipalRepresentative {\nName=C20\nPost=C20\n}\n";
 
 // A source kind with one block of that name, for rules that look at the path only.
 std::string KindWithBlock(const std::string& kind, const std::string& block) {
@@ -72,18 +60,13 @@ TEST(BuiltInRules, RecordCodesByTheSourceBlock) {
   }
 }
 
-class DeclarationRules : public testing::Test {
- protected:
+TEST(BuiltInRules, TransitMovesThePersonsOfTheSource) {
   // A name that the persons in front of it make longer than 100 bytes.
-  const std::string long_name = std::string(60, 'x');
-  MappingWorld world{"ESADout",
-                     kDeclaration + ("ESADoutDeclarant#" + long_name) +
-                         "=C5\nESADoutFinancialAdjustingResponsiblePerson#" + long_name + "=C5\n" +
-                         kTarget,
-                     kRules};
-};
-
-TEST_F(DeclarationRules, TransitMovesThePersonsOfTheSource) {
+  const std::string long_name(60, 'x');
+  const std::string long_fields = "ESADoutDeclarant#" + long_name +
+                                  "=C5\nESADoutFinancialAdjustingResponsiblePerson#" + long_name +
+                                  "=C5\n";
+  MappingWorld world("ESADout", kDeclaration + long_fields + kTarget, kRules);
   world.Source("CustomsProcedure", "ТТ");
   world.Source("TransitDirectionCode", "ИМ");
   world.Source("ESADoutDeclarant#Name", "Declarant");
@@ -103,31 +86,6 @@ TEST_F(DeclarationRules, TransitMovesThePersonsOfTheSource) {
             "ESADoutFinancialAdjustingResponsiblePerson#" +
                 long_name + "=\"long\"");
   EXPECT_TRUE(world.run.transit);
-}
-
-TEST_F(DeclarationRules, TransitRecordsComeWithTheFirstGoodsRecordOnce) {
-  world.run.transit = true;
-  world.Source("ESADoutConsigment#DeliveryCustomsOffice#Code", " 10702020 ");
-  world.Source("ESADoutCarrier#ESADDriverInformation\\1\\PersonPost", "Водитель");
-  world.Source("ESADoutCarrier#ESADDriverInformation\\1\\PersonName", "Иванов");
-  world.Source("ESADoutGoods\\2\\Code", "C");
-  world.Map("ESADoutGoods\\1", "TOVAR");
-  // Each group of the driver text that falls away leaves its blank.
-  EXPECT_EQ(world.Map("ESADoutGoods\\2", "TOVAR"),
-            "TOVAR{TECHD{G4402=\"8\" G44020=\"1\" G444=\"10702020\"}"
-            "{G4402=\"9\" G444=\"Водитель : Иванов     \"}}{}");
-}
-
-TEST_F(DeclarationRules, GoodsGroupsBecomeSerialNumbersOrRecords) {
-  const std::string group = "ESADoutGoods\\1\\GoodsGroupDescription\\2";
-  world.Source(group + "\\GoodsGroupInformation\\2\\SerialNumber", "A1, B2;C3");
-  world.Source(group + "\\GoodsGroupInformation\\1\\Name", "n");
-  world.Map("ESADoutGoods\\1", "TOVAR");
-  world.Map(group, "TOVAR\\1\\GRSER");
-  EXPECT_EQ(world.Map(group, "TOVAR\\1\\GR"),
-            "TOVAR{GRSER{G32=\"1\" G32G=\"2\" NUMREC=\"2\" G31_15_SN=\"A1\"}"
-            "{G32=\"1\" G32G=\"2\" NUMREC=\"2\" G31_15_SN=\"B2\"}"
-            "{G32=\"1\" G32G=\"2\" NUMREC=\"2\" G31_15_SN=\"C3\"} GR{G32G=\"2\"}{G32G=\"2\"}}");
 }
 
 TEST(BuiltInRules, AdjustmentsAreNumberedOverTheRun) {

@@ -20,7 +20,7 @@ class MappingWorld {
  public:
   MappingWorld(std::string_view source_code, std::string_view catalogue, std::string_view rules)
       : rules_(Win(rules), "C:\\RULES\\armti.txt"),
-        types_("Kordwin.dcf", false, world.Dcf(catalogue)),
+        types_("Kordwin.dcf", false, (world.Dcf(catalogue), world)),
         source(source_code, types_, world),
         target("OUT", types_, world),
         run{world, rules_},
