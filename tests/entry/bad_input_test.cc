@@ -12,9 +12,7 @@ class BadInputTest : public ConversionWorld, public testing::Test {};
 
 TEST_F(BadInputTest, RulesThatNameWhatIsNotThere) {
   const struct {
-    const char* what;
-    const char* lines;
-    const char* shown;
+    const char *what, *lines, *shown;
   } cases[] = {
       {"table", "[NOTAB]\nGoods{\nG33=Code\n", "Не описана таблица NOTAB в документе TD5"},
       {"block", "[DBRTOV]\nNothing{\nG33=Code\n",

@@ -56,13 +56,6 @@ TEST_F(ConversionDriverTest, TellsWhatItConvertsAndSkips) {
             "Letter 1 skipped 1\n");
 }
 
-TEST_F(ConversionDriverTest, AnAdjustmentIsServedByTheDeclarationsSection) {
-  ASSERT_TRUE(Convert({Declaration("A", "KTDout")}));
-  EXPECT_EQ(Table("DBRHEAD.DBF"),
-            "G073 C7, G071 C8, G011 C4, G19 L1\n"
-            "1: G073=\"0001234\" G071=\"КT000001\" G011=\"КТ\" G19=\"F\"\n");
-}
-
 TEST_F(ConversionDriverTest, AnErrorInTheMappingIsShownAndTheRestSaved) {
   host.files["C:\\RULES\\armti.txt"] =
       "[DBRHEAD]\r\n=ESADout\r\n[DBRTOV]\r\nGoods{\r\nG33=Code\r\n[NOTAB]\r\nx{\r\n[DBRTOV]";
@@ -104,18 +97,6 @@ TEST_F(ConversionDriverTest, AFullDiskIsShownAndTheOldTablesStayWhole) {
   EXPECT_EQ(Table("DBRTOV.DBF"), std::string(kEmptyGoods) +
                                      "1: G073=\"0001234\" G33=\"A\"\n"
                                      "2: G073=\"0005678\" G33=\"B\"\n");
-}
-
-TEST_F(ConversionDriverTest, AnAbandonedSaveLeavesTablesAndTheOtherStationsLock) {
-  host.files["C:\\OUT\\veltlock.$$$"] = "";
-  host.dialogs.lock_answers = {LockAnswer::kAbandon, LockAnswer::kAbandon};
-  Notes notes;
-  observer = &notes;
-  EXPECT_TRUE(Convert({Declaration("A"), "<DTSout a=\"1\"><Proc>1</Proc></DTSout>"}));
-  EXPECT_EQ(Table("DBRTOV.DBF"), kEmptyGoods);
-  EXPECT_TRUE(host.files.Has("C:\\OUT\\veltlock.$$$"));
-  EXPECT_EQ(notes.text,
-            "10702020/110615/0001234\nESADout 1 into DBRHEAD.DBF\nDTSout 1 into SBRHEAD.DBF\n");
 }
 
 // Every file operation of a run in turn is the one at which the machine stops.
