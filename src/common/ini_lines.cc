@@ -65,6 +65,7 @@ void IniLines::Remove(Number number) {
   line.next = removed_;
   removed_ = number;
   ++removed_count_;
+  GatherWhenScattered();
 }
 
 std::vector<std::string_view> IniLines::Content() const {
@@ -127,6 +128,10 @@ void IniLines::PutIn(std::size_t index, Line& line, std::string_view text) {
   } else {
     stretches_.insert(stretches_.begin() + static_cast<std::ptrdiff_t>(index), {begin, end});
   }
+  GatherWhenScattered();
+}
+
+void IniLines::GatherWhenScattered() {
   const bool wasteful = added_.size() > read_.size() + kMostStretches * kLineEnd.size();
   if (stretches_.size() > kMostStretches || wasteful) Gather();
 }

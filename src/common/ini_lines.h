@@ -73,6 +73,7 @@ class IniLines {
   std::size_t TakeOut(const Line& line);
   // Adds the bytes of the line in front of stretch `index`.
   void PutIn(std::size_t index, Line& line, std::string_view text);
+  void GatherWhenScattered();
   // Copies all lines into one stretch.
   void Gather();
 

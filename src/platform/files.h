@@ -3,10 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/error.h"
@@ -52,17 +54,37 @@ class PendingFile {
  public:
   virtual ~PendingFile() = default;
   // Waits until the content would outlast a power cut. Throws FileError (kWrite).
-  virtual void Harden() = 0;
+  void Harden() {
+    TryToHarden();
+    if (hardening_failure_) std::rethrow_exception(hardening_failure_);
+  }
+  // The same, but trouble is kept for Harden, which then does nothing more. Several files
+  // may be hardened by threads of their own.
+  void TryToHarden() noexcept {
+    if (std::exchange(hardened_, true)) return;
+    try {
+      WaitForDisk();
+    } catch (...) {
+      hardening_failure_ = std::current_exception();
+    }
+  }
   // Puts the content in place in one step. Throws FileError (kCreate); the old
   // file then stays whole.
   virtual void Place() = 0;
-  // Waits until what was placed in the file's folder would outlast a power cut.
-  virtual void Settle() = 0;
+  // Waits until what was placed in the file's folder would outlast a power cut; false where
+  // the folder cannot be asked for that.
+  virtual bool Settle() = 0;
   void Commit() {
     Harden();
     Place();
     Settle();
   }
+
+ private:
+  virtual void WaitForDisk() = 0;
+
+  bool hardened_ = false;
+  std::exception_ptr hardening_failure_;
 };
 
 // The bytes of a file in pieces that follow each other.
@@ -76,7 +98,8 @@ struct SameBytes {
 };
 
 // Replaces one file again and again. Where bytes were only added, the file system may keep a
-// copy beside the file to write no more than those. What it keeps goes with the object.
+// copy beside the file to write no more than those. What it keeps goes with the object. Nobody
+// who has the file open sees it change, as with any other replacing.
 class FileSeries {
  public:
   virtual ~FileSeries() = default;
@@ -126,6 +149,10 @@ class Files {
   }
   [[nodiscard]] virtual std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                                  FilePieces content) = 0;
+
+  // Hardens them with one wait, as far as the disk can; trouble shows when they are
+  // hardened one by one.
+  virtual void HardenTogether(std::span<PendingFile* const> /*files*/) {}
 
   // For a file that will be replaced many times; null where the file system has nothing
   // better than Replace.

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "base/error.h"
@@ -83,6 +84,8 @@ class TDbfCache {
 
   [[nodiscard]] std::vector<TDbfMemoryStream*> TakeDue(std::string_view table_names);
   void WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress);
+  using StagedFiles = std::vector<std::pair<TDbfMemoryStream*, std::unique_ptr<PendingFile>>>;
+  static void Settle(const StagedFiles& placed);
   [[nodiscard]] std::unique_ptr<PendingFile> Stage(TDbfMemoryStream& image) const;
   template <typename Write>
   bool TryToWrite(TDbfMemoryStream& image, Write write);

@@ -67,7 +67,7 @@ std::vector<TDbfMemoryStream*> TDbfCache::TakeDue(std::string_view table_names) 
 // All new files are safe on the disk before the first one takes its place, so that the
 // moment in which the folder holds some old and some new tables is short.
 void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress) {
-  std::vector<std::pair<TDbfMemoryStream*, std::unique_ptr<PendingFile>>> staged;
+  StagedFiles staged;
   std::size_t done = 0;
   for (TDbfMemoryStream* image : due) {
     std::unique_ptr<PendingFile> pending;
@@ -76,25 +76,37 @@ void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* p
     }
     if (progress != nullptr) progress->Show(++done);
   }
+  std::vector<PendingFile*> written;
+  for (const auto& entry : staged) written.push_back(entry.second.get());
+  host_.files.HardenTogether(written);
   std::erase_if(staged, [this](auto& entry) {
     return !TryToWrite(*entry.first, [&entry] { entry.second->Harden(); });
   });
-  for (std::size_t i = 0; i < staged.size(); ++i) {
-    auto& [image, pending] = staged[i];
-    // One wait for the disk serves all files of a folder; they stand together.
-    const bool settles =
-        i + 1 == staged.size() || FolderPart(staged[i + 1].first->path) != FolderPart(image->path);
-    const auto put_in_place = [this, settles, image = image, &pending = pending] {
-      if (!pending) {
-        pending = Stage(*image);
-        pending->Harden();
-      }
+  StagedFiles placed;
+  for (auto& [image, pending] : staged) {
+    std::unique_ptr<PendingFile> ready;
+    const auto put_in_place = [this, image = image, &pending = pending, &ready] {
       // A file that cannot be put in place is of no use to the next attempt.
-      const std::unique_ptr<PendingFile> ready = std::move(pending);
+      ready = pending ? std::move(pending) : Stage(*image);
+      ready->Harden();
       ready->Place();
-      if (settles) ready->Settle();
     };
-    if (TryToWrite(*image, put_in_place)) Written(*image);
+    if (!TryToWrite(*image, put_in_place)) continue;
+    Written(*image);
+    placed.emplace_back(image, std::move(ready));
+  }
+  Settle(placed);
+}
+
+// One wait for the disk serves all files of a folder; they stand together. Without it a table's
+// older copy may still be what the folder names after a power cut, and must not be changed.
+void TDbfCache::Settle(const StagedFiles& placed) {
+  for (std::size_t i = 0; i < placed.size();) {
+    const std::string_view folder = FolderPart(placed[i].first->path);
+    const bool settled = placed[i].second->Settle();
+    for (; i < placed.size() && FolderPart(placed[i].first->path) == folder; ++i) {
+      if (!settled) placed[i].first->same_end = 0;
+    }
   }
 }
 

@@ -92,14 +92,15 @@ class FakeFiles::MemoryPendingFile : public PendingFile {
  public:
   MemoryPendingFile(FakeFiles& files, std::string_view path, std::string_view content)
       : files_(files), path_(path), content_(content) {}
-  void Harden() override {}
   void Place() override {
     files_.Change(FileOp::kCommit, path_, content_,
                   [this](std::string_view content) { files_.Put(path_, content); });
   }
-  void Settle() override {}
+  bool Settle() override { return true; }
 
  private:
+  void WaitForDisk() override {}
+
   FakeFiles& files_;
   std::string path_;
   std::string content_;

@@ -52,6 +52,20 @@ bool FileDescriptor::Write(std::string_view content) const {
   return true;
 }
 
+bool FileDescriptor::WriteAt(std::size_t offset, std::string_view content) const {
+  while (!content.empty()) {
+    const ssize_t put =
+        ::pwrite(number_, content.data(), content.size(), static_cast<off_t>(offset));
+    if (put >= 0) {
+      offset += static_cast<std::size_t>(put);
+      content.remove_prefix(static_cast<std::size_t>(put));
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
 bool FileDescriptor::Close() { return ::close(std::exchange(number_, -1)) == 0; }
 
 // The time alone would not do: the system's clock for it ticks in milliseconds.

@@ -30,6 +30,7 @@ class FileDescriptor {
   // Reads until `count` bytes or the end; the number read, or -1.
   [[nodiscard]] std::ptrdiff_t Read(char* to, std::size_t count) const;
   [[nodiscard]] bool Write(std::string_view content) const;
+  [[nodiscard]] bool WriteAt(std::size_t offset, std::string_view content) const;
   // Closes now, so that what only closing reports is not lost.
   [[nodiscard]] bool Close();
 

@@ -1,6 +1,7 @@
 #include "platform/posix/posix_file_series.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,6 +24,15 @@ bool IsUntouched(const FileDescriptor& file, FileStamp stamp) {
          status.st_nlink == 1;
 }
 
+// The system grants a lease for writing to who is alone with a file. Where it knows no leases,
+// nobody counts as alone.
+bool IsAloneWith(const FileDescriptor& file) {
+  // Should somebody come in just now, the signal that tells it must be one that nobody minds.
+  if (::fcntl(file.number(), F_SETSIG, SIGURG) != 0) return false;
+  if (::fcntl(file.number(), F_SETLEASE, F_WRLCK) != 0) return false;
+  return ::fcntl(file.number(), F_SETLEASE, F_UNLCK) == 0;
+}
+
 }  // namespace
 
 // The next version, which takes its place in the series when it is placed.
@@ -32,11 +42,12 @@ class PosixFileSeries::Next : public PendingFile {
        SameBytes same)
       : series_(series), file_(std::move(file)), size_(size), same_(same) {}
 
-  void Harden() override { file_->Harden(); }
   void Place() override { series_.Place(*file_, size_, same_); }
-  void Settle() override { file_->Settle(); }
+  bool Settle() override { return file_->Settle(); }
 
  private:
+  void WaitForDisk() override { file_->Harden(); }
+
   PosixFileSeries& series_;
   std::unique_ptr<PosixPendingFile> file_;
   std::size_t size_;
@@ -65,11 +76,11 @@ std::unique_ptr<PosixPendingFile> PosixFileSeries::Grown(std::string_view conten
   const std::size_t tail = std::min(same.end, copy->same.end);
   const bool only_added =
       head <= tail && tail + kEndMark >= copy->version.size && content.size() >= copy->version.size;
-  if (!only_added || !IsUntouched(copy->file, copy->version.stamp)) return nullptr;
+  if (!only_added || !IsAloneWith(copy->file)) return nullptr;
+  if (!IsUntouched(copy->file, copy->version.stamp)) return nullptr;
   auto file = PosixPendingFile::GoOn(std::move(copy->file), std::exchange(copy->name, {}),
                                      SystemName(path_), path_);
   if (file->target() != target_) return nullptr;
-  // A reader never meets a head that speaks of more than there is.
   file->WriteAt(tail, content.substr(tail));
   file->WriteAt(0, content.substr(0, head));
   file->StartWriting();
@@ -90,14 +101,12 @@ void PosixFileSeries::Place(PosixPendingFile& file, std::size_t size, SameBytes 
 
 // What was replaced, unless somebody else put it there.
 void PosixFileSeries::KeepReplaced(const std::string& name, SameBytes same) {
-  FileDescriptor file = FileDescriptor::Open(name, O_RDWR | O_NOFOLLOW);
-  if (!IsUntouched(file, placed_->stamp)) {
+  FileDescriptor file = HoldTemporary(name);
+  if (IsUntouched(file, placed_->stamp)) {
+    copy_ = std::make_unique<Copy>(std::move(file), name, *placed_, same);
+  } else {
     ::unlink(name.c_str());
-    return;
   }
-  HoldTemporary(file);
-  if (!std::exchange(keeps_copies_, true)) RemoveAbandonedFiles(FolderOf(name));
-  copy_ = std::make_unique<Copy>(std::move(file), name, *placed_, same);
 }
 
 }  // namespace customsconv::posix

@@ -11,10 +11,8 @@
 namespace customsconv::posix {
 
 // Keeps the copy that was in place before the last as a temporary file and makes the next one
-// of it by writing what was added. Nothing but what this series placed is ever kept.
-//
-// Whoever opened that copy when it was in place may be reading it still: he sees bytes added and
-// the head change, as when another station appends to a table, and no other change.
+// of it by writing what was added. Nothing but what this series placed is ever kept, and a copy
+// that somebody has had open since it was in place is left alone.
 class PosixFileSeries : public FileSeries {
  public:
   explicit PosixFileSeries(std::string_view path) : path_(path) {}
@@ -49,7 +47,6 @@ class PosixFileSeries : public FileSeries {
   std::string target_;  // of the last placing
   std::optional<Version> placed_;
   std::unique_ptr<Copy> copy_;
-  bool keeps_copies_ = false;
 };
 
 }  // namespace customsconv::posix

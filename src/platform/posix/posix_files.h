@@ -2,6 +2,7 @@
 #define CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@ class PosixFiles : public Files {
   [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
   [[nodiscard]] std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                          FilePieces content) override;
+  void HardenTogether(std::span<PendingFile* const> files) override;
   [[nodiscard]] std::unique_ptr<FileSeries> StartSeries(std::string_view path) override;
   [[nodiscard]] bool CreateNew(std::string_view path) override;
   void Append(std::string_view path, std::string_view content) override;
@@ -34,6 +36,9 @@ class PosixFiles : public Files {
   // 1251 cannot hold.
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
   [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+
+ private:
+  std::set<std::string> cleared_folders_;  // of what killed processes left there
 };
 
 }  // namespace customsconv::posix

@@ -25,6 +25,8 @@ using Kind = FileError::Kind;
 constexpr std::string_view kTemporaryStart = "~cc";
 constexpr std::string_view kTemporaryEnd = ".tmp";
 
+bool Hold(const FileDescriptor& file) { return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0; }
+
 // The file that `name` leads to, through links.
 std::string BehindLinks(const std::string& name) {
   struct stat status {};
@@ -46,7 +48,10 @@ std::pair<FileDescriptor, std::string> CreateTemporary(const std::string& target
     const std::string temporary =
         FolderOf(target).append("/").append(kTemporaryStart).append(number).append(kTemporaryEnd);
     FileDescriptor file = FileDescriptor::Open(temporary, O_WRONLY | O_CREAT | O_EXCL);
-    if (file.valid()) return {std::move(file), temporary};
+    if (file.valid()) {
+      static_cast<void>(Hold(file));  // without it the file's age protects it
+      return {std::move(file), temporary};
+    }
     if (errno != EEXIST) throw SystemFileError(Kind::kCreate, path, errno);
   }
   throw SystemFileError(Kind::kCreate, path, EEXIST);
@@ -65,11 +70,17 @@ std::optional<struct stat> OldFile(const std::string& target, std::string_view p
   return status;
 }
 
-bool IsAbandoned(const FileDescriptor& file) {
+bool IsTemporaryName(std::string_view name) {
+  if (!name.starts_with(kTemporaryStart) || !name.ends_with(kTemporaryEnd)) return false;
+  name.remove_prefix(kTemporaryStart.size());
+  name.remove_suffix(kTemporaryEnd.size());
+  return name.find_first_not_of("0123456789abcdef-") == std::string_view::npos;
+}
+
+bool IsOld(const FileDescriptor& file) {
   constexpr time_t kOld = 10 * 60;
   struct stat status {};
-  return file.valid() && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) &&
-         ::time(nullptr) - status.st_mtime > kOld && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+  return ::fstat(file.number(), &status) == 0 && ::time(nullptr) - status.st_mtime > kOld;
 }
 
 }  // namespace
@@ -88,10 +99,11 @@ PosixPendingFile::~PosixPendingFile() {
 std::unique_ptr<PosixPendingFile> PosixPendingFile::Create(const std::string& system_name,
                                                            std::string_view path) {
   std::string target = BehindLinks(system_name);
+  const std::optional<struct stat> old = OldFile(target, path);
   auto [file, temporary] = CreateTemporary(target, path);
   std::unique_ptr<PosixPendingFile> pending(
       new PosixPendingFile(std::move(file), std::move(temporary), std::move(target), path));
-  pending->TakeAfterTarget();
+  if (old) pending->TakeAfter(*old);
   return pending;
 }
 
@@ -100,23 +112,21 @@ std::unique_ptr<PosixPendingFile> PosixPendingFile::GoOn(FileDescriptor file, st
                                                          std::string_view path) {
   std::unique_ptr<PosixPendingFile> pending(
       new PosixPendingFile(std::move(file), std::move(temporary), BehindLinks(system_name), path));
-  pending->TakeAfterTarget();
+  const std::optional<struct stat> old = OldFile(pending->target_, path);
+  if (old) pending->TakeAfter(*old);
   return pending;
 }
 
-void PosixPendingFile::TakeAfterTarget() {
-  const std::optional<struct stat> old = OldFile(target_, path_);
-  if (!old) return;
+void PosixPendingFile::TakeAfter(const struct stat& old) {
   // Another owner may be beyond our rights; the permissions are what counts.
-  static_cast<void>(::fchown(file_.number(), old->st_uid, old->st_gid) != 0);
-  if (::fchmod(file_.number(), old->st_mode & 07777) != 0) {
+  static_cast<void>(::fchown(file_.number(), old.st_uid, old.st_gid) != 0);
+  if (::fchmod(file_.number(), old.st_mode & 07777) != 0) {
     throw SystemFileError(Kind::kWrite, path_, errno);
   }
 }
 
 void PosixPendingFile::WriteAt(std::size_t offset, std::string_view bytes) {
-  const bool there = ::lseek(file_.number(), static_cast<off_t>(offset), SEEK_SET) >= 0;
-  if (!there || !file_.Write(bytes)) throw SystemFileError(Kind::kWrite, path_, errno);
+  if (!file_.WriteAt(offset, bytes)) throw SystemFileError(Kind::kWrite, path_, errno);
 }
 
 void PosixPendingFile::StartWriting() {
@@ -124,37 +134,36 @@ void PosixPendingFile::StartWriting() {
   static_cast<void>(::sync_file_range(file_.number(), 0, 0, SYNC_FILE_RANGE_WRITE));
 }
 
-void PosixPendingFile::Harden() {
+void PosixPendingFile::WaitForDisk() {
   if (::fsync(file_.number()) != 0) throw SystemFileError(Kind::kWrite, path_, errno);
 }
 
+void PosixPendingFile::Close() {
+  struct stat status {};
+  if (::fstat(file_.number(), &status) == 0) placed_stamp_ = StampOf(status);
+  if (!file_.Close()) throw SystemFileError(Kind::kWrite, path_, errno);
+}
+
 void PosixPendingFile::Place() {
+  if (file_.valid()) Close();
   if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
     throw SystemFileError(Kind::kCreate, path_, errno);  // a server's file that others hold
   }
-  Placed();
+  temporary_.clear();
 }
 
 std::string PosixPendingFile::Exchange() {
+  if (file_.valid()) Close();
   if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_EXCHANGE) != 0) {
     return {};
   }
-  std::string name = temporary_;
-  Placed();
-  return name;
-}
-
-void PosixPendingFile::Placed() {
-  temporary_.clear();
-  struct stat status {};
-  if (::fstat(file_.number(), &status) == 0) placed_stamp_ = StampOf(status);
-  static_cast<void>(file_.Close());  // its content is safe already
+  return std::exchange(temporary_, {});
 }
 
 // A file system that cannot do so is no failure: the file is in place.
-void PosixPendingFile::Settle() {
+bool PosixPendingFile::Settle() {
   const FileDescriptor folder = FileDescriptor::Open(FolderOf(target_), O_RDONLY | O_DIRECTORY);
-  if (folder.valid()) ::fsync(folder.number());
+  return folder.valid() && ::fsync(folder.number()) == 0;
 }
 
 std::unique_ptr<PosixPendingFile> StageFile(const std::string& system_name, std::string_view path,
@@ -172,15 +181,20 @@ std::unique_ptr<PosixPendingFile> StageFile(const std::string& system_name, std:
 void RemoveAbandonedFiles(const std::string& folder) {
   FolderListing listing(folder);
   while (const dirent* const entry = listing.Next()) {
-    const std::string_view name = entry->d_name;
-    if (!name.starts_with(kTemporaryStart) || !name.ends_with(kTemporaryEnd)) continue;
-    const std::string file = folder + "/" + entry->d_name;
-    if (IsAbandoned(FileDescriptor::Open(file, O_RDWR | O_NOFOLLOW))) ::unlink(file.c_str());
+    if (!IsTemporaryName(entry->d_name)) continue;
+    const std::string name = folder + "/" + entry->d_name;
+    const FileDescriptor file = HoldTemporary(name);
+    if (file.valid() && IsOld(file)) ::unlink(name.c_str());
   }
 }
 
-void HoldTemporary(const FileDescriptor& file) {
-  static_cast<void>(::flock(file.number(), LOCK_EX | LOCK_NB));
+FileDescriptor HoldTemporary(const std::string& name) {
+  // Whoever guards the file against opening is not waited for.
+  FileDescriptor file = FileDescriptor::Open(name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+  struct stat status {};
+  const bool ours =
+      file.valid() && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && Hold(file);
+  return ours ? std::move(file) : FileDescriptor();
 }
 
 }  // namespace customsconv::posix

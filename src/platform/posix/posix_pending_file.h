@@ -19,7 +19,8 @@ class PosixPendingFile : public PendingFile {
   // that may not be replaced.
   static std::unique_ptr<PosixPendingFile> Create(const std::string& system_name,
                                                   std::string_view path);
-  // Goes on with `temporary`, a file that is there and open as `file`.
+  // Goes on with `temporary`, a file that is there and open as `file`. Throws as Create; the
+  // file is gone then.
   static std::unique_ptr<PosixPendingFile> GoOn(FileDescriptor file, std::string temporary,
                                                 const std::string& system_name,
                                                 std::string_view path);
@@ -32,9 +33,8 @@ class PosixPendingFile : public PendingFile {
   // The disk begins to write while the program goes on.
   void StartWriting();
 
-  void Harden() override;
   void Place() override;
-  void Settle() override;
+  bool Settle() override;
   // Like Place, but the file that stood there gets the temporary name and stays; the
   // name, or empty text where that cannot be done and nothing happened.
   [[nodiscard]] std::string Exchange();
@@ -47,9 +47,11 @@ class PosixPendingFile : public PendingFile {
  private:
   PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
                    std::string_view path);
-  // Permissions and owner of the file that is replaced, which must be one that may be.
-  void TakeAfterTarget();
-  void Placed();
+  void WaitForDisk() override;
+  // Permissions and owner of the file that is replaced.
+  void TakeAfter(const struct stat& old);
+  // Notes the content's stamp. What only closing reports is not lost; throws FileError (kWrite).
+  void Close();
 
   FileDescriptor file_;
   std::string temporary_;  // empty once it is in place
@@ -66,8 +68,9 @@ class PosixPendingFile : public PendingFile {
 // Removes the temporary files that processes left in `folder` when they died: those that are
 // ten minutes old and that nobody holds.
 void RemoveAbandonedFiles(const std::string& folder);
-// Marks a temporary file that stays for longer as held, until its descriptor is closed.
-void HoldTemporary(const FileDescriptor& file);
+// Opens a temporary file and holds it until the descriptor is closed. Invalid when somebody else
+// holds it, or for what is no plain file.
+[[nodiscard]] FileDescriptor HoldTemporary(const std::string& name);
 
 }  // namespace customsconv::posix
 
