@@ -13,11 +13,9 @@ constexpr const char* kCatalogue =
     "Text=40X5\nPlain=C250\nPlace=C20\n"
     "ESADoutGoodsLocation {\nPlace=C20\n}\n"
     "ESADoutGoods {\nCode=C10\nDescription {\nPart=C250\nMore=C250\n}\n}\n"
-    "[GoodsComponentList.HEADER]\nXmlType=x\n[GoodsComponentList.Fields]\nNumber=C5\n"
     "[OUT.HEADER]\nMainBlock=TOVAR\n[OUT.Fields]\n"
     "G011=C10\nG071=C23\nG072=C10\nG073=C10\nG19=C1\nT1=C250\nG36=C100\nPASP=C60\nG30A=C10\n"
-    "TOVAR {\nT1=C250\n}\n"
-    "FLAT {\nG32=C5\nG33=C10\n}\n";
+    "TOVAR {\nT1=C250\n}\n";
 
 std::string Rules(std::string_view lines) { return "[T]\nBlock{\n" + std::string(lines); }
 
@@ -32,6 +30,7 @@ TEST(RecordMapper, StoresByTheTypeOfTheSourceField) {
   const struct {
     const char *field, *value, *stored;
   } cases[] = {{"Since", "2009-03-05", "05.03.2009"},
+               {"Since", "05-03-2009", "05.03.2009"},
                {"Since", "March", "March"},
                {"Plain", "2009-03-05", "2009-03-05"},
                {"Flag", "да", "1"},
@@ -106,20 +105,6 @@ TEST(RecordMapper, APathThatWasCutIsNotFollowed) {
                      Rules(""));
   world.Source(block + "\\1\\X", "x");
   EXPECT_EQ(world.Map(block + std::string(153, 'y') + "\\1", "FLAT"), "FLAT{}");
-}
-
-TEST(RecordMapper, ABlockBesideTheGoodsTableNamesItsGoodsItem) {
-  MappingWorld world("ESADout", kCatalogue, Rules("G33=Part"));
-  world.Source("ESADoutGoods\\2\\Description\\1\\Part", "P");
-  EXPECT_EQ(world.Map("ESADoutGoods\\2\\Description\\1", "TOVAR\\2\\FLAT"),
-            "FLAT{G32=\"2\" G33=\"P\"}");
-}
-
-TEST(RecordMapper, AComponentListLeavesTheHeaderAsItIs) {
-  MappingWorld world("GoodsComponentList", kCatalogue, Rules("T1=Number"));
-  world.Source("Number", "5");
-  world.target.SetField("T1", "kept");
-  EXPECT_EQ(world.Map("", ""), "T1=\"kept\"");
 }
 
 }  // namespace
