@@ -12,12 +12,11 @@ namespace {
 
 // A type with the given Fields section, and one document of it.
 struct WriterWorld {
-  explicit WriterWorld(std::string_view fields, std::string_view header = "FullName=T\n",
+  explicit WriterWorld(const std::string& fields, const std::string& header = "FullName=T\n",
                        std::string_view kord_ini = {})
       : world(kord_ini),
         types("Kordwin.dcf", false,
-              world.Dcf("[T.HEADER]\n" + std::string(header) + "[T.Fields]\n" +
-                        std::string(fields) + "\n")),
+              (world.Dcf("[T.HEADER]\n" + header + "[T.Fields]\n" + fields + "\n"), world)),
         document("T", types, world) {
     document.OpenBlock("", 0, false);
   }
@@ -44,7 +43,7 @@ struct WriterWorld {
 };
 
 // What one field with one value becomes.
-std::string Written(std::string_view field, std::string_view value, std::string_view ini = {}) {
+std::string Written(const std::string& field, std::string_view value, std::string_view ini = {}) {
   WriterWorld world(field, "FullName=T\n", ini);
   world.Set(0, value);
   return world.Body();
@@ -95,8 +94,7 @@ TEST(DocumentWriter, WritesTheRecordsOfBlocks) {
   first.EnsureRecords(1).Append(1).SetText(0, "a");
   first.EnsureRecords(1).Append(2).SetText(0, "b");
   first.SetText(2, "z");
-  world.AddRecord(1);  // empty ones leave nothing
-  world.AddRecord(2);
+  for (const int block : {1, 2}) world.AddRecord(block);  // empty ones leave nothing
   world.AddRecord(1).SetText(2, "3");
   world.Set(3, "end");
   EXPECT_EQ(world.Bytes(),
@@ -161,7 +159,6 @@ TEST(DocumentWriter, MakesNamesValid) {
                                                        {"-a", "G_-a"},
                                                        {"_a", "_a"},
                                                        {"Ёлка", "Ёлка"},
-                                                       {"ёлка", "ёлка"},
                                                        {"яма", "яма"}};
   for (const auto& [name, valid] : cases) EXPECT_EQ(Utf8(ValidElementName(Win(name))), valid);
   EXPECT_EQ(Written("P#A<=C5", "1"), "<P>|<_A_ Name=\"P#A&lt;\">1</_A_>|</P>|");
