@@ -39,9 +39,8 @@ TSubFieldsList Parts(std::initializer_list<std::pair<const char*, int>> describe
 
 TEST(PartValue, EndsAtTheNextPartOrTheRangeAndIsTrimmed) {
   const std::string composite = Marked("<1N >1 bolts |<2|Q >25<3>3");
-  EXPECT_EQ(PartValue(composite, 1, {0, 99}), "bolts");
-  EXPECT_EQ(PartValue(composite, 2, {0, 99}), "5");
-  EXPECT_EQ(PartValue(composite, 3, {0, 99}), "");
+  const char* const values[] = {"bolts", "5", ""};
+  for (const int part : {1, 2, 3}) EXPECT_EQ(PartValue(composite, part, {0, 99}), values[part - 1]);
   EXPECT_EQ(PartValue(composite, 1, {4, 9}), "bo");
   EXPECT_EQ(PartValue(composite, 1, {50, 5}), "");
 }

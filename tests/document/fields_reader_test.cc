@@ -31,13 +31,12 @@ std::string Tree(const TBasis& basis) {
 
 // A type T whose Fields section is the given text.
 struct TypeWorld {
-  explicit TypeWorld(std::string_view fields, std::string_view header = "FullName=T\n") {
-    world.Dcf("[T.HEADER]\n" + std::string(header) + "[T.Fields]\n" + std::string(fields));
-    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
-  }
-  TBasis& Basis() { return types->GetDocInfo("T").GetBasis(world); }
+  explicit TypeWorld(const std::string& fields, const std::string& header = "FullName=T\n")
+      : types("Kordwin.dcf", false,
+              (world.Dcf("[T.HEADER]\n" + header + "[T.Fields]\n" + fields), world)) {}
+  TBasis& Basis() { return types.GetDocInfo("T").GetBasis(world); }
   CatalogueWorld world;
-  std::unique_ptr<TDocTypeList> types;
+  TDocTypeList types;
 };
 
 using TextPair = std::pair<const char*, const char*>;
@@ -45,8 +44,7 @@ using TextPair = std::pair<const char*, const char*>;
 TEST(FieldsReader, UnderstandsSpecifications) {
   const TextPair cases[] = {{"F=20", " 20"},
                             {"F C20", "F1"},
-                            {"F=c20x3", "C20x3"},
-                            {"F=20X3X5", " 20x3"},
+                            {"F=c20X3x5", "C20x3"},
                             {"F=N", "N15"},
                             {"F=N15.2", "N18.2"},
                             {"F=D8", "D10"},
@@ -54,7 +52,6 @@ TEST(FieldsReader, UnderstandsSpecifications) {
                             {"F=10,20,30", " 30x3,10,20,30"},
                             {"F=C10,20X7", " 20x2,1,20"},
                             {"F=10,,20,", " 20x2,10,20"},
-                            {"F=C20 4 | SEQ=\"1\"", "C20.4"},
                             {"F=N5.1 4 | SEQ=\"1\"", "N7.1"},
                             {"F=B|группа", "B1"}};
   for (const auto& [line, sizes] : cases) {
@@ -116,7 +113,6 @@ TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
   const TBasis& basis = type.Basis();
   const TFieldInfo& composite = basis.FieldByName("G31");
   EXPECT_EQ(Sizes(composite), "M250");
-  EXPECT_EQ(basis.FieldByName("NUM").type, 'N');
   std::string described;
   for (const TSubField& part : composite.sub_fields) {
     described += part.full_name + ";" + part.prefix + ";" + std::to_string(part.number) + ";" +
@@ -127,19 +123,17 @@ TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
   EXPECT_EQ(Utf8(described), "G31.1;№\rМЕСТО;2;ССЫЛКА12;12;x;часть|G31.2; ;44;R;0;;|");
   const std::pair<const char*, int> parts[] = {
       {"EARLY.1", -1}, {"G31.1", 0}, {"G31.2", 1}, {"NUM.1", 0}};
-  for (const auto& [name, part] : parts) {
-    EXPECT_EQ(basis.FieldByName(name).type, 'V') << name;
-    EXPECT_EQ(basis.FieldByName(name).part, part) << name;
-  }
+  for (const auto& [name, part] : parts) EXPECT_EQ(basis.FieldByName(name).part, part) << name;
+  EXPECT_EQ(basis.FieldByName("NUM").type, 'N');
+  EXPECT_EQ(basis.FieldByName("NUM.1").type, 'V');
 }
 
 TEST(FieldsReader, NamesFileAndSectionOfWhatItCannotRead) {
   const TextPair cases[] = {{"F=20ABC\n", "Отсутствует пробел между длиной поля и описанием"},
                             {"A=C5\nA.b=x;y\n", "Неверный формат префикса A.B"}};
+  const std::string place = "Файл: C:\\PROG\\Data\\Kordwin.dcf  Раздел: [T.Fields]\r\r";
   for (const auto& [fields, message] : cases) {
-    TypeWorld type(fields);
-    const std::string place = "Файл: C:\\PROG\\Data\\Kordwin.dcf  Раздел: [T.Fields]\r\r";
-    EXPECT_EQ(Utf8(ErrorOf([&] { type.Basis(); })), place + message);
+    EXPECT_EQ(Utf8(ErrorOf([&] { TypeWorld(fields).Basis(); })), place + message);
   }
   TypeWorld type("EMPTY=\nA.B=x;1\n");
   EXPECT_EQ(Sizes(type.Basis().Item(0)), " 0");

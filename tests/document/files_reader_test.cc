@@ -27,21 +27,21 @@ TEST(FilesReader, ParsesLines) {
 }
 
 struct TableSet {
-  explicit TableSet(std::string_view files) {
-    world.Dcf("[TS.HEADER]\nDbfName=x\nMainBlock=GOODS\n[TS.Files]\n" + std::string(files));
-    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+  explicit TableSet(const std::string& files)
+      : types("Kordwin.dcf", false,
+              (world.Dcf("[TS.HEADER]\nDbfName=x\nMainBlock=GOODS\n[TS.Files]\n" + files), world)) {
   }
   void Table(const std::string& name, const TableImage& table) {
     world.host.files["C:\\OUT\\" + name + ".DBF"] = table.Bytes();
   }
   const TBasis& Load() {
-    TDocInfo& info = types->GetDocInfo("TS");
+    TDocInfo& info = types.GetDocInfo("TS");
     info.LoadFromDbf("C:\\OUT\\", cache, world);
     return info.GetBasis(world);
   }
   CatalogueWorld world;
   TDbfCache cache{world.host};
-  std::unique_ptr<TDocTypeList> types;
+  TDocTypeList types;
 };
 
 std::string Describe(const TBasis& basis) {
@@ -75,7 +75,6 @@ TEST(FilesReader, TakesTheLevelsOfATableSetFromTableHeaders) {
             " GOODS{DBRTOV[NOMER|G32]: NOMER=C7.0x1 TXT=C101.0x3 DOCS{DBRDOCS[|]: D=D8.0x1}}"
             " TAIL{DBRTAIL[|]: L=L1.0x1}");
   EXPECT_EQ(basis.FindSubBasis("GOODS\\DOCS").Path(), "GOODS\\DOCS");
-  EXPECT_TRUE(set.world.host.dialogs.log.empty());
 }
 
 TEST(FilesReader, LeavesOutBlocksWhoseTableCannotBeOpened) {
@@ -90,8 +89,7 @@ TEST(FilesReader, LeavesOutBlocksWhoseTableCannotBeOpened) {
 
 TEST(FilesReader, LoadsAgainAndKeepsTheNumberingRight) {
   TableSet set("HEAD = DBRHEAD\n  GOODS = DBRTOV\n");
-  TDocInfo& info = set.types->GetDocInfo("TS");
-  const TDocProtect& numbering = info.Numbering(set.world);
+  const TDocProtect& numbering = set.types.GetDocInfo("TS").Numbering(set.world);
   EXPECT_EQ(numbering.FieldIdByName("G32"), 0);
   set.Table("DBRHEAD", TableImage().Field("NOMER", 'C', 7));
   set.Table("DBRTOV", TableImage().Field("A", 'C', 7).Field("G32", 'N', 5));

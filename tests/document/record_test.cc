@@ -2,19 +2,74 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <utility>
-
+#include "document/basis.h"
 #include "support/text.h"
 
 namespace customsconv {
 namespace {
 
-TFieldInfo Field(std::string name) {
+TFieldInfo Field(std::string_view name, std::string_view xml_path = {}) {
   TFieldInfo field;
-  field.name = std::move(name);
+  field.name = Win(name);
+  field.xml_path = xml_path;
   return field;
+}
+
+// A level of one field.
+std::unique_ptr<TBasis> Level(const char* field) {
+  auto level = std::make_unique<TBasis>();
+  level->Append(Field(field));
+  level->Reindex();
+  return level;
+}
+
+TEST(TBasis, FindsNamesExactlyBeforeAndInAnyCaseAfterIndexing) {
+  TBasis basis;
+  for (const char* name : {"G01", "Ёж", "g01", "G02"}) basis.Append(Field(name));
+  EXPECT_EQ(basis.IndexOfName("g01"), 2);
+  EXPECT_EQ(basis.IndexOfName("g02"), -1);
+  basis.Reindex();
+  EXPECT_EQ(basis.IndexOfName("g01"), 0) << "the first of equal names wins";
+  EXPECT_EQ(basis.IndexOfName("g02"), 3);
+  EXPECT_EQ(basis.IndexOfName(Win("ёЖ")), 1);
+  EXPECT_EQ(basis.IndexOfName("G0"), -1);
+}
+
+TEST(TBasis, FindsXmlPathsWithoutTheirPrefixes) {
+  const std::string longest(255, 'L');
+  TBasis basis;
+  for (const std::string& path :
+       {std::string("ESADout_CU:GoodsShipment#cat_ru:Consignor"), std::string(),
+        std::string("x:y:goodsshipment#Consignor"), "p:" + longest + "cut", std::string()}) {
+    basis.Append(Field("A", path));
+  }
+  basis.Reindex();
+  EXPECT_EQ(basis.IndexOfXmlPath("goodsshipment#CONSIGNOR"), 0);
+  EXPECT_EQ(basis.IndexOfXmlPath("ESADout_CU:GoodsShipment#cat_ru:Consignor"), -1);
+  EXPECT_EQ(basis.IndexOfXmlPath(""), 1) << "the first field without a path";
+  EXPECT_EQ(basis.IndexOfXmlPath(longest + "another end"), 3);
+}
+
+TEST(TBasis, WalksDownBlockNames) {
+  TBasis top;
+  top.Append(Field("G01"));
+  auto goods = Level("G33");
+  goods->AppendBlock(Field("DOCS"), Level("G44"));
+  goods->Reindex();
+  top.AppendBlock(Field("TOVAR"), std::move(goods));
+  EXPECT_EQ(&top.FindSubBasis("TOVAR"), &top) << "not indexed yet";
+  top.Reindex();
+  const TBasis& tovar = *top.FieldByName("TOVAR").block;
+  const TBasis& docs = *tovar.FieldByName("DOCS").block;
+  EXPECT_EQ(top.checksum(), 0x09121E5Du) << "of the names of all levels";
+  const std::pair<const TBasis*, std::vector<const char*>> cases[] = {
+      {&top, {"", "root", "Main", "G01\\TOVAR"}},
+      {&tovar, {"TOVAR\\NONE\\DOCS", "TOVAR\\0\\DOCS"}},
+      {&docs, {"tovar\\3\\DOCS\\1", "\\\\TOVAR\\\\docs"}}};
+  for (const auto& [level, paths] : cases) {
+    for (const char* path : paths) EXPECT_EQ(&top.FindSubBasis(path), level) << path;
+  }
+  EXPECT_EQ(docs.Path() + top.Path(), "TOVAR\\DOCS");
 }
 
 // Fields F0 to F39 with the block GOODS, which has one field, in the middle.
@@ -24,11 +79,7 @@ class RecordTest : public testing::Test {
 
   RecordTest() {
     for (int i = 0; i < 40; ++i) {
-      if (i == kBlock) {
-        auto goods = std::make_unique<TBasis>();
-        goods->Append(Field("G33"));
-        level.AppendBlock(Field("GOODS"), std::move(goods));
-      }
+      if (i == kBlock) level.AppendBlock(Field("GOODS"), Level("G33"));
       level.Append(Field("F" + std::to_string(i)));
     }
     record.Fill();
