@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/kept_today.h"
-#include "support/fake_clock.h"
+#include "support/fake_host.h"
 #include "support/text.h"
 
 namespace customsconv {
@@ -32,17 +32,16 @@ TEST(Dates, LocalShortFormatIsStrict) {
 }
 
 TEST(Dates, FormatsReadPositionByPosition) {
-  const struct {
-    std::string_view format, text, moment;
-  } cases[] = {{"YYYY-MM-DD", "2009-03-05T23:59:59", "2009-03-05 00:00:00"},
-               {"dd-mm-yyyy", "05/03/2009", "2009-03-05 00:00:00"},
-               {"yyyy-mm-dd hh:nn:ss", "2009-03-05  7:59:59", "2009-03-05 07:59:59"},
-               {"d.mm.yy", "5.03.49", "2049-03-05 00:00:00"},
-               {"d.mm.yy", "15.03.50", "1950-03-15 00:00:00"},
-               {"dd mmm yyyy", "5  jUL 2009", "2009-07-05 00:00:00"},
-               {"mm.dd.yyyy", "03.05.209", "0209-03-05 00:00:00"}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(FormatDateTime("yyyy-mm-dd hh:nn:ss", TextToDateTimeFmt(c.format, c.text)), c.moment);
+  const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
+      {"YYYY-MM-DD", "2009-03-05T23:59:59", "2009-03-05 00:00:00"},
+      {"dd-mm-yyyy", "05/03/2009", "2009-03-05 00:00:00"},
+      {"yyyy-mm-dd hh:nn:ss", "2009-03-05  7:59:59", "2009-03-05 07:59:59"},
+      {"d.mm.yy", "5.03.49", "2049-03-05 00:00:00"},
+      {"d.mm.yy", "15.03.50", "1950-03-15 00:00:00"},
+      {"dd mmm yyyy", "5  jUL 2009", "2009-07-05 00:00:00"},
+      {"mm.dd.yyyy", "03.05.209", "0209-03-05 00:00:00"}};
+  for (const auto& [format, text, moment] : cases) {
+    EXPECT_EQ(FormatDateTime("yyyy-mm-dd hh:nn:ss", TextToDateTimeFmt(format, text)), moment);
   }
   for (const char* text : {"2024-02-30", "2009-3 -05", "2009-03-", "2009-13-01", "05.03.2009"}) {
     EXPECT_EQ(TextToDateFmtDef("yyyy-mm-dd", text, -1), -1) << text;

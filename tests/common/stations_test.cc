@@ -11,9 +11,7 @@
 #include "common/exchange_lock.h"
 #include "common/numbering.h"
 #include "platform/posix/posix_files.h"
-#include "support/fake_clock.h"
-#include "support/fake_processes.h"
-#include "support/scripted_dialogs.h"
+#include "support/fake_host.h"
 #include "support/temp_folder.h"
 
 namespace customsconv {

@@ -58,31 +58,29 @@ TEST(TFileDbfFile, RefusesWhatIsNotATable) {
   const std::string table =
       TableImage().Field("G32", 'N', 5).Field("NAME", 'C', 7).Row({"1"}).Bytes();
   const std::string zeros(65535, '\0');
-  const struct {
-    const char* what;
-    std::string bytes;
-    const char* number;
-  } cases[] = {{"no room for a header", zeros.substr(0, 64), ""},
-               {"zeros", zeros.substr(0, 65), "2"},
-               {"last row cut short", table.substr(0, table.size() - 2), "2"},
-               {"four bytes behind the rows", table + "...", "2"},
-               {"rows in the header", WithU16(WithU16(WithU32(table, 4, 80), 8, 31), 10, 1), "2"},
-               {"header beyond the file", WithU16(table, 8, 0xFFFF), "2"},
-               {"a count that overflows", WithU32(table, 4, 0xFFFFFFFF), "2"},
-               {"record length 0", WithU16(table, 10, 0).substr(0, 98), "3"},
-               {"a field wider than its record", WithByte(table, 32 + 16, 6), "3"},
-               {"lengths beyond 16 bits",
-                TableImage().Field("A", 'C', 65000).Field("B", 'C', 800).Bytes(), "3"},
-               {"2046 descriptors", WithU16(WithU16(zeros, 8, 65535), 10, 9), "3"},
-               {"no room for the extended tail", WithByte(table, 0, 0x30), "3"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
+  const std::tuple<const char*, std::string, const char*> cases[] = {
+      {"no room for a header", zeros.substr(0, 64), ""},
+      {"zeros", zeros.substr(0, 65), "2"},
+      {"last row cut short", table.substr(0, table.size() - 2), "2"},
+      {"four bytes behind the rows", table + "...", "2"},
+      {"rows in the header",
+       WithNumber(WithNumber(WithNumber(table, 4, 4, 80), 8, 2, 31), 10, 2, 1), "2"},
+      {"header beyond the file", WithNumber(table, 8, 2, 0xFFFF), "2"},
+      {"a count that overflows", WithNumber(table, 4, 4, 0xFFFFFFFF), "2"},
+      {"record length 0", WithNumber(table, 10, 2, 0).substr(0, 98), "3"},
+      {"a field wider than its record", WithByte(table, 32 + 16, 6), "3"},
+      {"lengths beyond 16 bits", TableImage().Field("A", 'C', 65000).Field("B", 'C', 800).Bytes(),
+       "3"},
+      {"2046 descriptors", WithNumber(WithNumber(zeros, 8, 2, 65535), 10, 2, 9), "3"},
+      {"no room for the extended tail", WithByte(table, 0, 0x30), "3"}};
+  for (const auto& [what, bytes, number] : cases) {
+    SCOPED_TRACE(what);
     FakeHost host;
-    host.files["C:\\OUT\\DBRHEAD.DBF"] = c.bytes;
+    host.files["C:\\OUT\\DBRHEAD.DBF"] = bytes;
     TDbfCache cache(host);
     TFileDbfFile file(cache);
     const auto open = [&] { file.Open("c:\\out\\dbrhead", kShared, OnError::kThrow); };
-    EXPECT_EQ(ErrorOf(open), std::string("DBF not DBF") + c.number + ": C:\\OUT\\DBRHEAD.DBF");
+    EXPECT_EQ(ErrorOf(open), std::string("DBF not DBF") + number + ": C:\\OUT\\DBRHEAD.DBF");
     EXPECT_EQ(file.Open("c:\\out\\dbrhead", kShared, OnError::kReturn), DbfStatus::kNotATable);
     EXPECT_FALSE(file.is_open());
   }
@@ -137,21 +135,17 @@ TEST(TFileDbfFile, MovesBetweenRecords) {
   TFileDbfFile& table = world.table;
   EXPECT_EQ(table.current_record(), -1);
   EXPECT_EQ(table.Post(), DbfStatus::kRefused);
-  const struct {
-    std::int64_t record;
-    DbfStatus status;
-    std::string value;
-  } steps[] = {{-1, DbfStatus::kRefused, ""},
-               {2, DbfStatus::kOk, "two"},
-               {3, DbfStatus::kRefused, "two"},
-               {0, DbfStatus::kRefused, "two"},
-               {1, DbfStatus::kOk, "one"}};
-  for (const auto& step : steps) {
-    EXPECT_EQ(table.GoTo(step.record), step.status) << step.record;
-    EXPECT_EQ(table.at_beginning(), step.record < 1);
-    EXPECT_EQ(table.past_end(), step.record > 2);
-    EXPECT_EQ(table.GetField(0), step.value);
-    EXPECT_EQ(table.IsDeleted(), step.value == "two");
+  const std::tuple<std::int64_t, DbfStatus, std::string> steps[] = {{-1, DbfStatus::kRefused, ""},
+                                                                    {2, DbfStatus::kOk, "two"},
+                                                                    {3, DbfStatus::kRefused, "two"},
+                                                                    {0, DbfStatus::kRefused, "two"},
+                                                                    {1, DbfStatus::kOk, "one"}};
+  for (const auto& [record, status, value] : steps) {
+    EXPECT_EQ(table.GoTo(record), status) << record;
+    EXPECT_EQ(table.at_beginning(), record < 1);
+    EXPECT_EQ(table.past_end(), record > 2);
+    EXPECT_EQ(table.GetField(0), value);
+    EXPECT_EQ(table.IsDeleted(), value == "two");
   }
   table.SetField(0, "new", false);
   EXPECT_EQ(table.GoTo(1), DbfStatus::kOk);

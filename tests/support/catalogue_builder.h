@@ -12,9 +12,8 @@ namespace customsconv {
 // A program folder in memory with a small catalogue. Texts are UTF-8 with "\n" between lines.
 //
 //   CatalogueWorld world;
-//   world.Dcf("[DS1.HEADER]\nMainBlock=TOVAR\n[DS1.Fields]\nG01=C10 | Тип\nTOVAR {\n
-//   G33=C10\n}\n"); TDocTypeList types("Kordwin.dcf", /*all_files=*/false, world); TDocument
-//   document("DS1", types, world);
+//   world.Dcf("[DS1.HEADER]\nMainBlock=TOVAR\n[DS1.Fields]\nG01=C10 | Тип\n");
+//   TDocTypeList types("Kordwin.dcf", /*all_files=*/false, world);
 //
 // DOCUMENT.INI is there (and empty), so that documents can be created.
 class CatalogueWorld : public TestEnvironment {
@@ -25,23 +24,17 @@ class CatalogueWorld : public TestEnvironment {
 
   // Adds to Kordwin.dcf of the data folder.
   CatalogueWorld& Dcf(std::string_view text) {
-    return File("C:\\PROG\\Data\\Kordwin.dcf", kordwin_ += WinLines(text));
+    DcfFile("C:\\PROG\\Data\\Kordwin.dcf", kordwin_.append(text));
+    return *this;
   }
   // Any other file of the catalogue, by its full name; replaces what was there.
-  CatalogueWorld& DcfFile(std::string_view name, std::string_view text) {
-    return File(name, WinLines(text));
-  }
+  void DcfFile(std::string_view name, std::string_view text) { host.files[name] = WinLines(text); }
   // The DOS catalogue, which a full load cannot do without.
-  CatalogueWorld& DosDcf(std::string_view text) {
-    return File("C:\\PROG\\document.dcf", DosFromWin(WinLines(text)));
+  void DosDcf(std::string_view text) {
+    host.files["C:\\PROG\\document.dcf"] = DosFromWin(WinLines(text));
   }
 
  private:
-  CatalogueWorld& File(std::string_view name, std::string_view bytes) {
-    host.files[name] = bytes;
-    return *this;
-  }
-
   std::string kordwin_;
 };
 

@@ -90,16 +90,8 @@ std::string TableDump(std::string_view bytes) {
   return dump;
 }
 
-std::string WithByte(std::string table, std::size_t at, int byte) {
-  return table.replace(at, 1, 1, static_cast<char>(byte));
-}
-
-std::string WithU16(std::string table, std::size_t at, std::uint16_t value) {
-  return table.replace(at, 2, LittleEndian(value, 2));
-}
-
-std::string WithU32(std::string table, std::size_t at, std::uint32_t value) {
-  return table.replace(at, 4, LittleEndian(value, 4));
+std::string WithNumber(std::string table, std::size_t at, int size, std::size_t number) {
+  return table.replace(at, static_cast<std::size_t>(size), LittleEndian(number, size));
 }
 
 }  // namespace customsconv

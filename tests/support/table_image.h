@@ -1,7 +1,6 @@
 #ifndef CUSTOMSCONV_TESTS_SUPPORT_TABLE_IMAGE_H_
 #define CUSTOMSCONV_TESTS_SUPPORT_TABLE_IMAGE_H_
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,11 +53,13 @@ class TableImage {
 //   2 deleted: G32="    2"
 [[nodiscard]] std::string TableDump(std::string_view bytes);
 
-// `table` with the bytes of its header from `at` on replaced: what damaged and
+// `table` with the `size` bytes of its header at `at` replaced by a number: what damaged and
 // hostile tables are made of.
-[[nodiscard]] std::string WithByte(std::string table, std::size_t at, int byte);
-[[nodiscard]] std::string WithU16(std::string table, std::size_t at, std::uint16_t value);
-[[nodiscard]] std::string WithU32(std::string table, std::size_t at, std::uint32_t value);
+[[nodiscard]] std::string WithNumber(std::string table, std::size_t at, int size,
+                                     std::size_t number);
+[[nodiscard]] inline std::string WithByte(std::string table, std::size_t at, std::size_t byte) {
+  return WithNumber(std::move(table), at, 1, byte);
+}
 
 }  // namespace customsconv
 

@@ -1,19 +1,24 @@
 #ifndef CUSTOMSCONV_TESTS_SUPPORT_TEXT_H_
 #define CUSTOMSCONV_TESTS_SUPPORT_TEXT_H_
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "base/code_pages.h"
 #include "base/error.h"
 
 namespace customsconv {
 
-// UTF-8 of a test source as code page 1251 bytes. Throws std::invalid_argument
-// for a character that the code page lacks.
-[[nodiscard]] std::string Win(std::string_view utf8);
-
 // Code page 1251 bytes as UTF-8, so that a failed expectation can be read.
-[[nodiscard]] std::string Utf8(std::string_view win);
+[[nodiscard]] inline std::string Utf8(std::string_view win) { return Utf8FromWin(win); }
+
+// UTF-8 of a test source as code page 1251 bytes. Throws for a character that it lacks.
+[[nodiscard]] inline std::string Win(std::string_view utf8) {
+  std::string win = WinFromUtf8(utf8).value();
+  if (Utf8(win) != utf8) throw std::invalid_argument("not in 1251: " + std::string(utf8));
+  return win;
+}
 
 inline constexpr std::string_view kNoError = "(no error)";
 inline constexpr std::string_view kSilentAbort = "(silent abort)";
