@@ -2,43 +2,33 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fake_host.h"
-#include "support/text.h"
+#include "support/environment_builder.h"
 
 namespace customsconv {
 namespace {
 
 constexpr const char* kFile = "C:\\PROG\\kord.ini";
 
-struct World {
-  explicit World(std::string_view bytes)
-      : config((host.files.Put(kFile, bytes), host), kFile, CreateMode::kMustExist,
-               CodePage::kWindows) {}
-  FakeHost host;
-  TConfiguration config;
-};
-
 TEST(TConfiguration, ReadsFlagsInWords) {
-  const World world("[S]\na= yes \nb=" + Win("да") + "\nc=-1\nd=no\ne=2\nf=\n");
-  for (const char* key : {"a", "b", "c"}) EXPECT_TRUE(world.config.GetBool("S", key, false)) << key;
-  for (const char* key : {"d", "e"}) EXPECT_FALSE(world.config.GetBool("S", key, true)) << key;
-  for (const char* key : {"f", "g"}) EXPECT_TRUE(world.config.GetBool("S", key, true)) << key;
+  TestEnvironment world("[S]\nyes=да\nno=2\nempty=\n");
+  EXPECT_TRUE(world.config().GetBool("S", "yes", false));
+  for (const char* key : {"no", "empty", "none"}) {
+    EXPECT_EQ(world.config().GetBool("S", key, true), key != std::string("no")) << key;
+  }
 }
 
 TEST(TConfiguration, ReadsWordsAndAppendsValues) {
-  World world("[S]\nlist=,one; two,,three\n");
-  EXPECT_EQ(world.config.GetWord("S", "list", 2) + world.config.GetWord("S", "list", 3),
-            " twothree");
-  EXPECT_EQ(world.config.GetWord("S", "list", 4), "");
-  world.config.AppendValue("S", "list", "four");
-  world.config.AppendValue("S", "new", "one");
+  TestEnvironment world("[S]\nlist=,one; two,,three\n");
+  EXPECT_EQ(world.config().GetWord("S", "list", 2), " two");
+  world.config().AppendValue("S", "list", "four");
+  world.config().AppendValue("S", "new", "one");
   EXPECT_EQ(world.host.files[kFile], "[S]\r\nlist=,one; two,,three,four\r\nnew=,one\r\n");
 }
 
 TEST(TConfiguration, KeepsLongValuesInPieces) {
   const std::string a(240, 'a'), b(240, 'b'), c(20, 'c');
-  World world("[S]\r\nk=old\r\nk(4)=x\r\nk(5)=y\r\nk(6)=\r\nk(7)=z\r\n");
-  TConfiguration& config = world.config;
+  TestEnvironment world("[S]\nk=old\nk(4)=x\nk(5)=y\nk(6)=\nk(7)=z\n");
+  TConfiguration& config = world.config();
   EXPECT_EQ(ErrorOf([&] { config.SetLongString("S", "k", a + "b\tb"); }),
             Win("TVeltIni: Недопустимое значение S_k(2)=b\tb"));
   EXPECT_EQ(config.GetLongString("S", "k", ""), "old");
@@ -55,7 +45,7 @@ TEST(TConfiguration, KeepsLongValuesInPieces) {
 }
 
 TEST(SharedConfigurations, HandsOutOneObjectUntilTheFileChanges) {
-  World world("[S]\r\nk=1\r\n");
+  TestEnvironment world("[S]\nk=1\n");
   SharedConfigurations shared(world.host);
   TConfiguration& first = shared.Get(kFile, CodePage::kWindows);
   EXPECT_EQ(&shared.Get("c:\\prog\\KORD.INI", CodePage::kWindows), &first);

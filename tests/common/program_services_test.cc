@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "common/archive_run.h"
+#include "common/file_names.h"
 #include "common/program_paths.h"
 #include "common/program_start.h"
 #include "common/run_log.h"
@@ -9,20 +10,49 @@
 namespace customsconv {
 namespace {
 
+TEST(FileNames, PartsOfAPath) {
+  EXPECT_EQ(FolderPart("C:\\OUT\\A.B.DBF"), "C:\\OUT\\");
+  EXPECT_EQ(FileNameOf("C:A.DBF"), "A.DBF");
+  EXPECT_EQ(ExtractFileBaseName("out.d/A.B.DBF"), "A.B");
+  EXPECT_EQ(ExtractFileFolder("C:\\OUT\\A"), "C:\\OUT");
+  EXPECT_EQ(ExtractFileFolder("C:\\A"), "C:\\");
+  EXPECT_EQ(ExtractFileFolder("/a"), "/");
+  EXPECT_EQ(ExtractFileFolder("a"), "");
+}
+
+TEST(FileNames, ExtensionsAndClosingSeparators) {
+  EXPECT_EQ(ForceExtension("C:\\a.b\\DBRHEAD", "DBF"), "C:\\a.b\\DBRHEAD.DBF");
+  EXPECT_EQ(ChangeExtension("a.b\\C.D.E", "DBF"), "a.b\\C.D.DBF");
+  EXPECT_EQ(ChangeExtension("a.b\\C", ".DBF"), "a.b\\C.DBF");
+  EXPECT_EQ(WithTrailingBackslash("/a/"), "/a/");
+  EXPECT_EQ(WithTrailingBackslash(""), "");
+}
+
+TEST(FileNames, TemporaryNamesAreNotTakenYet) {
+  FakeHost host;
+  host.clock.Set({2026, 3, 17}, 12);
+  const auto name = [&host] {
+    return UniqueTempFileName(host.files, host.clock, "C:\\TMP", "~v", "tmp");
+  };
+  EXPECT_EQ(name(), "C:\\TMP\\~v50000000.tmp");
+  host.files["C:\\TMP\\~v50000000.tmp"] = "";
+  host.files["C:\\TMP\\~v50000001.tmp"] = "";
+  EXPECT_EQ(name(), "C:\\TMP\\~v50000002.tmp");
+}
+
 TEST(ProgramPaths, ExpandAgainstTheBaseFolder) {
-  const struct {
-    const char *base, *path, *whole;
-  } cases[] = {{"C:\\PROG\\", "Utils/a.bat", "C:\\PROG\\Utils\\a.bat"},
-               {"C:\\PROG\\", "/nums\\\\\\last.ini", "C:\\nums\\last.ini"},
-               {"C:\\PROG\\", "//srv//nums", "\\\\srv\\nums"},
-               {"C:\\PROG\\", "D:/x\\\\y", "D:\\x\\y"},
-               {"\\opt\\prog\\", "\\nums", "\\nums"},
-               {".\\", "nums", "C:\\EXE\\nums"}};
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"C:\\PROG\\", "Utils/a.bat", "C:\\PROG\\Utils\\a.bat"},
+      {"C:\\PROG\\", "/nums\\\\\\last.ini", "C:\\nums\\last.ini"},
+      {"C:\\PROG\\", "//srv//nums", "\\\\srv\\nums"},
+      {"C:\\PROG\\", "D:/x\\\\y", "D:\\x\\y"},
+      {"\\opt\\prog\\", "\\nums", "\\nums"},
+      {".\\", "nums", "C:\\EXE\\nums"}};
   TestEnvironment world;
   world.host.processes.executable_folder = "C:\\EXE\\";
-  for (const auto& c : cases) {
-    world.environment.base_path = c.base;
-    EXPECT_EQ(ExpandFamilyPath(c.path, world), c.whole) << c.base << " and " << c.path;
+  for (const auto& [base, path, whole] : cases) {
+    world.environment.base_path = base;
+    EXPECT_EQ(ExpandFamilyPath(path, world), whole) << base << " and " << path;
   }
 }
 
