@@ -124,7 +124,7 @@ TEST_F(TDbfCacheTest, LeavesEachTableWholeWhereverTheProgramDies) {
       host.files[Path(name)] = OneRow("old");
       Change(name);
     }
-    host.files.DieAtChange(change, /*tear=*/true);
+    host.files.DieAtChange(change);
     EXPECT_THROW(cache.Flush(), SuddenDeath);
     EXPECT_EQ(OnDisk(), on_disk[change - 1]) << change;
     host.files.Revive();

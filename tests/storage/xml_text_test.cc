@@ -23,10 +23,7 @@ std::string Utf16(std::string_view ascii) {
 TEST(XmlText, TheHeadOfTheFileDecidesItsEncoding) {
   const std::string bom = "\xEF\xBB\xBF", win = Win("Я"), late(82, ' '), last(81, ' ');
   const std::string declared = "<?xml e=\"windows-1251\"?>", utf16 = "<?xml e=\"UTF-16\"?>";
-  const struct {
-    const char* what;
-    std::string bytes, text;
-  } cases[] = {
+  const std::tuple<const char*, std::string, std::string> cases[] = {
       {"nothing declared", "<a>Я№\xE2\x82\xBF</a>", "<a>Я№?</a>"},
       {"1251 declared", declared + win, declared + "Я"},
       {"blanks and single quotes", "<?xml e = 'windows-1251'?>" + win, declared + "Я"},
@@ -38,7 +35,7 @@ TEST(XmlText, TheHeadOfTheFileDecidesItsEncoding) {
       {"UTF-16", Utf16(utf16) + "\x2F\x04\x16\x21", utf16 + "Я№"},
       {"no element", " x ", " x "},
       {"an empty file", "", ""}};
-  for (const auto& c : cases) EXPECT_EQ(Loaded(c.bytes), c.text) << c.what;
+  for (const auto& [what, bytes, text] : cases) EXPECT_EQ(Loaded(bytes), text) << what;
 }
 
 TEST(XmlText, KnowsOneSchemaPrefixAndDropsTheFirstComment) {
