@@ -14,7 +14,7 @@ constexpr const char* kCatalogue =
     "ESADoutGoodsLocation {\nPlace=C20\n}\n"
     "ESADoutGoods {\nCode=C10\nDescription {\nPart=C250\nMore=C250\n}\n}\n"
     "[OUT.HEADER]\nMainBlock=TOVAR\n[OUT.Fields]\n"
-    "G011=C10\nG071=C23\nG072=C10\nG073=C10\nG19=C1\nT1=C250\nG36=C100\nPASP=C60\nG30A=C10\n"
+    "G011=C10\nG071=C23\nG072=C10\nG073=C10\nG19=C1\nT1=C250\nG30A=C10\n"
     "TOVAR {\nT1=C250\n}\n";
 
 std::string Rules(std::string_view lines) { return "[T]\nBlock{\n" + std::string(lines); }
@@ -72,14 +72,6 @@ TEST(RecordMapper, ResolvesExpressions) {
     world.Source("ESADoutGoods\\2\\Description\\2\\More", "m2");
     EXPECT_EQ(world.Map("ESADoutGoods\\2", "TOVAR"), "TOVAR{" + Stored("T1", value) + "}");
   }
-}
-
-TEST(RecordMapper, GathersBracketFieldsAndReducesTheirDates) {
-  MappingWorld world("ESADout", kCatalogue,
-                     Rules("G36[1]=Plain\nG36[2]=Plain\nPASP[1]=Plain\nPASP[2]=Since\nNONE=Plain"));
-  world.Source("Plain", "1234");
-  world.Source("Since", "2009-03-05");
-  EXPECT_EQ(world.Map("", ""), kNumber + " G36=\"12341234\" PASP=\"1234/050309\"");
 }
 
 TEST(RecordMapper, WritesTheGoodsLocationFromTheFirstPlaceThatIsFilled) {
