@@ -51,10 +51,12 @@ class FakeFiles::MemoryStream : public FileStream {
   }
 
   void Write(const void* from, std::size_t count) override {
-    Change({static_cast<const char*>(from), count}, [this](std::string_view bytes) {
+    if (!Writes(mode_)) throw FileError(Kind::kWrite, node_->name, "open for reading only");
+    files_.Change(FileOp::kOtherChange, node_->name, [&] {
       node_->bytes.resize(std::max(position_, node_->bytes.size()));
-      node_->bytes.replace(position_, bytes.size(), bytes);
-      position_ += bytes.size();
+      node_->bytes.replace(position_, count, static_cast<const char*>(from), count);
+      node_->stamp = ++files_.last_stamp_;
+      position_ += count;
     });
   }
 
@@ -73,15 +75,6 @@ class FakeFiles::MemoryStream : public FileStream {
   [[nodiscard]] FileStamp Stamp() const override { return node_->stamp; }
 
  private:
-  template <typename Work>
-  void Change(std::string_view bytes, Work work) {
-    if (!Writes(mode_)) throw FileError(Kind::kWrite, node_->name, "open for reading only");
-    files_.Change(FileOp::kOtherChange, node_->name, bytes, [&](std::string_view left) {
-      work(left);
-      node_->stamp = ++files_.last_stamp_;
-    });
-  }
-
   const FakeFiles& files_;
   std::shared_ptr<Node> node_;
   FileMode mode_;
@@ -93,8 +86,7 @@ class FakeFiles::MemoryPendingFile : public PendingFile {
   MemoryPendingFile(FakeFiles& files, std::string_view path, std::string_view content)
       : files_(files), path_(path), content_(content) {}
   void Place() override {
-    files_.Change(FileOp::kCommit, path_, content_,
-                  [this](std::string_view content) { files_.Put(path_, content); });
+    files_.Change(FileOp::kCommit, path_, [this] { files_.Put(path_, content_); });
   }
   bool Settle() override { return true; }
 
@@ -163,9 +155,8 @@ std::vector<std::string> FakeFiles::Names() const {
   return names;
 }
 
-void FakeFiles::DieAtChange(int n, bool tear) {
+void FakeFiles::DieAtChange(int n) {
   dies_in_ = n;
-  tear_ = tear;
   dead_ = false;
 }
 
@@ -182,14 +173,12 @@ void FakeFiles::Operation(FileOp op, std::string_view path) const {
 }
 
 template <typename Write>
-void FakeFiles::Change(FileOp op, std::string_view path, std::string_view bytes,
-                       Write write) const {
+void FakeFiles::Change(FileOp op, std::string_view path, Write write) const {
   if (dead_) return;
   Operation(op, path);
   ++changes_;
   if (fails_in_ > 0 && --fails_in_ == 0) throw FileError(Kind::kWrite, path, "made to fail");
-  if (dies_in_ == 0 || --dies_in_ > 0) return write(bytes);
-  if (tear_ && op == FileOp::kOtherChange) write(bytes.substr(0, bytes.size() / 2));
+  if (dies_in_ == 0 || --dies_in_ > 0) return write();
   dead_ = true;
   throw SuddenDeath();
 }
@@ -240,8 +229,7 @@ std::unique_ptr<FileStream> FakeFiles::Open(std::string_view path, FileMode mode
     RefuseWhereReadOnly(path);
     if (Has(path)) (void)NodeToOpen(path, mode);
     // Opening is const towards the file system's users, not towards its content.
-    Change(FileOp::kCreateNew, path, "",
-           [&](std::string_view) { const_cast<FakeFiles&>(*this).Put(path, ""); });
+    Change(FileOp::kCreateNew, path, [&] { const_cast<FakeFiles&>(*this).Put(path, ""); });
   }
   return std::make_unique<MemoryStream>(*this, NodeToOpen(path, mode), mode);
 }
@@ -250,7 +238,7 @@ std::unique_ptr<PendingFile> FakeFiles::StagePieces(std::string_view path, FileP
   std::string content;
   for (const std::string_view piece : pieces) content += piece;
   RefuseWhereReadOnly(path);
-  Change(FileOp::kStage, path, content, [](std::string_view) {});
+  Change(FileOp::kStage, path, [] {});
   return std::make_unique<MemoryPendingFile>(*this, path, content);
 }
 
@@ -260,20 +248,19 @@ bool FakeFiles::CreateNew(std::string_view path) {
     return false;
   }
   RefuseWhereReadOnly(path);
-  Change(FileOp::kCreateNew, path, "", [&](std::string_view) { Put(path, ""); });
+  Change(FileOp::kCreateNew, path, [&] { Put(path, ""); });
   return true;
 }
 
 void FakeFiles::Append(std::string_view path, std::string_view content) {
   RefuseWhereReadOnly(path);
-  Change(FileOp::kOtherChange, path, content, [&](std::string_view bytes) {
-    Put(path, std::string(Has(path) ? NodeOf(path).bytes : "").append(bytes));
-  });
+  Change(FileOp::kOtherChange, path,
+         [&] { Put(path, std::string(Has(path) ? NodeOf(path).bytes : "").append(content)); });
 }
 
 bool FakeFiles::Delete(std::string_view path) {
   if (!Has(path) || read_only_.contains(FolderOf(Key(path)))) return false;
-  Change(FileOp::kOtherChange, path, "", [&](std::string_view) { Remove(path); });
+  Change(FileOp::kOtherChange, path, [&] { Remove(path); });
   return !Has(path);
 }
 

@@ -84,9 +84,8 @@ class FakeFiles : public Files {
   // The `n`th change from now is refused, those behind it are not.
   void FailChange(int n) { fails_in_ = n; }
   // In the place of the `n`th change from now SuddenDeath is thrown; the files stay as they
-  // are then, whatever destructors still try, until Revive. With `tear`, an append or a
-  // stream write leaves the first half of its bytes.
-  void DieAtChange(int n, bool tear = false);
+  // are then, whatever destructors still try, until Revive.
+  void DieAtChange(int n);
   void Revive() { DieAtChange(0); }
 
   // --- What happened.
@@ -133,9 +132,9 @@ class FakeFiles : public Files {
   [[nodiscard]] Node& NodeOf(std::string_view path) const { return *nodes_.at(Key(path)); }
   // Counts the operation and refuses it where a test asked for that.
   void Operation(FileOp op, std::string_view path) const;
-  // Runs `write` with the part of `bytes` that the change leaves behind.
+  // The same, then runs `write` unless the program dies in its place.
   template <typename Write>
-  void Change(FileOp op, std::string_view path, std::string_view bytes, Write write) const;
+  void Change(FileOp op, std::string_view path, Write write) const;
   [[nodiscard]] std::shared_ptr<Node> NodeToOpen(std::string_view path, FileMode mode) const;
   void RefuseWhereReadOnly(std::string_view path) const;
 
@@ -149,7 +148,6 @@ class FakeFiles : public Files {
   mutable int changes_ = 0;
   mutable int fails_in_ = 0;  // 0: never
   mutable int dies_in_ = 0;
-  bool tear_ = false;
   mutable bool dead_ = false;
   mutable FileStamp last_stamp_ = 1000;
   mutable std::size_t open_streams_ = 0;
