@@ -190,8 +190,9 @@ std::size_t FindInLong(std::string_view text, std::string_view pattern, std::siz
     const char* const last = first + distance;
     unsigned char candidate = 0;
     for (std::size_t i = 0; i < kBlock; ++i) {
-      const bool both = (first[i] == pattern.front()) & (last[i] == pattern.back());
-      candidate = static_cast<unsigned char>(candidate | static_cast<unsigned char>(both));
+      const int both = static_cast<int>(first[i] == pattern.front()) &
+                       static_cast<int>(last[i] == pattern.back());
+      candidate = static_cast<unsigned char>(candidate | both);
     }
     if (candidate == 0) continue;
     const std::size_t found = text.substr(from, kBlock + distance).find(pattern);

@@ -133,7 +133,7 @@ TEST(FieldsReader, NamesFileAndSectionOfWhatItCannotRead) {
                             {"A=C5\nA.b=x;y\n", "Неверный формат префикса A.B"}};
   const std::string place = "Файл: C:\\PROG\\Data\\Kordwin.dcf  Раздел: [T.Fields]\r\r";
   for (const auto& [fields, message] : cases) {
-    EXPECT_EQ(Utf8(ErrorOf([&] { TypeWorld(fields).Basis(); })), place + message);
+    EXPECT_EQ(Utf8(ErrorOf([&fields = fields] { TypeWorld(fields).Basis(); })), place + message);
   }
   TypeWorld type("EMPTY=\nA.B=x;1\n");
   EXPECT_EQ(Sizes(type.Basis().Item(0)), " 0");
