@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#include "common/configuration.h"
-#include "document/doc_type_list.h"
+#include "catalogue/doc_type_list.h"
+#include "config/configuration.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
 

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "common/configuration.h"
+#include "config/configuration.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
 

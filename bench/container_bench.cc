@@ -9,7 +9,7 @@
 #include "declaration_file.h"
 #include "example_program.h"
 #include "peak_memory.h"
-#include "xml/xml_container.h"
+#include "xml/read/xml_container.h"
 
 namespace customsconv::bench {
 namespace {

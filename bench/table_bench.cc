@@ -16,9 +16,9 @@
 #include <vector>
 
 #include "base/code_pages.h"
+#include "dbf/dbf_file.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
-#include "storage/dbf_file.h"
 
 namespace customsconv::bench {
 namespace {

@@ -11,8 +11,8 @@
 #include "example_program.h"
 #include "validation/libxml_services.h"
 #include "validation/schema_check.h"
-#include "xml/document_writer.h"
-#include "xml/xml_container.h"
+#include "xml/read/xml_container.h"
+#include "xml/write/document_writer.h"
 
 namespace customsconv::bench {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "declaration_generator.h"
 #include "peak_memory.h"
-#include "xml/xml_parser.h"
+#include "xml/tree/xml_parser.h"
 
 namespace customsconv::bench {
 namespace {

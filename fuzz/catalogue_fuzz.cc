@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "base/error.h"
-#include "document/doc_type_list.h"
+#include "catalogue/doc_type_list.h"
+#include "dbf/dbf_cache.h"
 #include "document/document.h"
-#include "storage/dbf_cache.h"
 #include "support/catalogue_builder.h"
 #include "support/table_image.h"
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "common/configuration.h"
+#include "config/configuration.h"
 #include "support/fake_host.h"
 
 using namespace customsconv;

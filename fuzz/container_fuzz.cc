@@ -9,8 +9,8 @@
 
 #include "support/catalogue_builder.h"
 #include "support/document_dump.h"
-#include "xml/xml_container.h"
-#include "xml/xml_value_lookup.h"
+#include "xml/read/xml_container.h"
+#include "xml/read/xml_value_lookup.h"
 
 namespace customsconv {
 namespace {

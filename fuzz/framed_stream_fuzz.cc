@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "storage/document_streams.h"
+#include "streams/document_streams.h"
 #include "support/fake_host.h"
 
 using namespace customsconv;

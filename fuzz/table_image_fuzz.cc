@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "storage/dbf_file.h"
+#include "dbf/dbf_file.h"
 #include "support/fake_host.h"
 
 namespace customsconv {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "xml/xml_parser.h"
+#include "xml/tree/xml_parser.h"
 
 namespace {
 

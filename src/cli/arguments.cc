@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "base/code_pages.h"
-#include "common/file_names.h"
+#include "services/file_names.h"
 
 namespace customsconv::cli {
 namespace {

@@ -8,9 +8,9 @@
 #include "cli/command.h"
 #include "cli/interrupt.h"
 #include "cli/record_walk.h"
-#include "common/words.h"
 #include "entry/start_up.h"
-#include "xml/xml_container.h"
+#include "text/words.h"
+#include "xml/read/xml_container.h"
 
 namespace customsconv::cli {
 namespace {

@@ -6,8 +6,8 @@
 #include "cli/command.h"
 #include "cli/interrupt.h"
 #include "entry/start_up.h"
-#include "xml/document_writer.h"
-#include "xml/xml_container.h"
+#include "xml/read/xml_container.h"
+#include "xml/write/document_writer.h"
 
 namespace customsconv::cli {
 namespace {

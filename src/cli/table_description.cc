@@ -4,8 +4,8 @@
 
 #include "base/letter_case.h"
 #include "cli/arguments.h"
-#include "common/numbers.h"
-#include "common/words.h"
+#include "text/numbers.h"
+#include "text/words.h"
 
 namespace customsconv::cli {
 namespace {

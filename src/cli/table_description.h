@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "storage/dbf_fields.h"
+#include "dbf/dbf_fields.h"
 
 namespace customsconv::cli {
 

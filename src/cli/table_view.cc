@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "base/code_pages.h"
-#include "common/blanks.h"
-#include "common/file_names.h"
+#include "services/file_names.h"
+#include "text/blanks.h"
 
 namespace customsconv::cli {
 namespace {

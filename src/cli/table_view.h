@@ -7,7 +7,7 @@
 
 #include "cli/json_writer.h"
 #include "cli/output.h"
-#include "storage/dbf_file.h"
+#include "dbf/dbf_file.h"
 
 namespace customsconv::cli {
 

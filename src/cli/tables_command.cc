@@ -9,9 +9,9 @@
 #include "cli/command.h"
 #include "cli/table_description.h"
 #include "cli/table_view.h"
-#include "common/numbers.h"
-#include "storage/dbf_cache.h"
-#include "storage/dbf_file.h"
+#include "dbf/dbf_cache.h"
+#include "dbf/dbf_file.h"
+#include "text/numbers.h"
 
 namespace customsconv::cli {
 namespace {

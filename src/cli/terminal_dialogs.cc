@@ -2,9 +2,9 @@
 
 #include "base/code_pages.h"
 #include "cli/interrupt.h"
-#include "common/blanks.h"
-#include "common/numbers.h"
-#include "common/words.h"
+#include "text/blanks.h"
+#include "text/numbers.h"
+#include "text/words.h"
 
 namespace customsconv::cli {
 namespace {

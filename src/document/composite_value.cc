@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "common/blanks.h"
-#include "common/words.h"
+#include "text/blanks.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

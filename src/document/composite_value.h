@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "document/field_info.h"
+#include "catalogue/field_info.h"
 
 namespace customsconv {
 

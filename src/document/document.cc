@@ -4,8 +4,8 @@
 
 #include "base/cp1251_literal.h"
 #include "base/error.h"
-#include "common/numbers.h"
-#include "common/words.h"
+#include "text/numbers.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "base/short_text.h"
-#include "common/environment.h"
+#include "catalogue/doc_info.h"
+#include "catalogue/doc_type_list.h"
 #include "document/composite_value.h"
-#include "document/doc_info.h"
-#include "document/doc_type_list.h"
 #include "document/document_path.h"
 #include "document/record.h"
+#include "services/environment.h"
 
 namespace customsconv {
 

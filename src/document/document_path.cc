@@ -5,7 +5,7 @@
 
 #include "base/cp1251_literal.h"
 #include "base/error.h"
-#include "common/numbers.h"
+#include "text/numbers.h"
 
 namespace customsconv {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "base/error.h"
-#include "common/blanks.h"
-#include "common/words.h"
 #include "document/document.h"
+#include "text/blanks.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

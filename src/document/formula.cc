@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "common/blanks.h"
-#include "common/numbers.h"
+#include "text/blanks.h"
+#include "text/numbers.h"
 
 namespace customsconv {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "document/basis.h"
+#include "catalogue/basis.h"
 #include "document/record_arena.h"
 
 namespace customsconv {

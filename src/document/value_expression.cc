@@ -7,12 +7,12 @@
 
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
-#include "common/blanks.h"
-#include "common/dates.h"
-#include "common/numbers.h"
-#include "common/words.h"
 #include "document/document.h"
 #include "document/formula.h"
+#include "text/blanks.h"
+#include "text/dates.h"
+#include "text/numbers.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

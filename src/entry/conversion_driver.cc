@@ -7,14 +7,14 @@
 
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
-#include "common/file_names.h"
-#include "common/numbers.h"
-#include "common/words.h"
-#include "document/dbf_document.h"
 #include "entry/registration_number.h"
 #include "mapping/rules_file.h"
 #include "mapping/section_mapper.h"
-#include "xml/xml_container.h"
+#include "services/file_names.h"
+#include "tables/dbf_document.h"
+#include "text/numbers.h"
+#include "text/words.h"
+#include "xml/read/xml_container.h"
 
 namespace customsconv {
 namespace {

@@ -3,9 +3,9 @@
 
 #include <string_view>
 
-#include "document/doc_type_list.h"
+#include "catalogue/doc_type_list.h"
+#include "dbf/dbf_cache.h"
 #include "entry/conversion_report.h"
-#include "storage/dbf_cache.h"
 
 namespace customsconv {
 

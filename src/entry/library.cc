@@ -1,10 +1,10 @@
 #include "entry/library.h"
 
 #include "base/error.h"
-#include "common/file_names.h"
 #include "entry/conversion_driver.h"
-#include "xml/document_writer.h"
-#include "xml/xml_container.h"
+#include "services/file_names.h"
+#include "xml/read/xml_container.h"
+#include "xml/write/document_writer.h"
 
 namespace customsconv {
 namespace {

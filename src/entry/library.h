@@ -4,10 +4,10 @@
 #include <memory>
 #include <string_view>
 
+#include "dbf/dbf_cache.h"
 #include "entry/conversion_report.h"
 #include "entry/line_list.h"
 #include "entry/start_up.h"
-#include "storage/dbf_cache.h"
 #include "validation/schema_check.h"
 
 namespace customsconv {

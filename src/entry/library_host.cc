@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "common/run_log.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
+#include "services/run_log.h"
 
 namespace customsconv {
 namespace {

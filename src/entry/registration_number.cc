@@ -1,11 +1,11 @@
 #include "entry/registration_number.h"
 
-#include "common/blanks.h"
-#include "common/file_names.h"
-#include "common/numbering.h"
-#include "common/words.h"
-#include "storage/dbf_file.h"
-#include "xml/xml_value_lookup.h"
+#include "dbf/dbf_file.h"
+#include "services/file_names.h"
+#include "services/numbering.h"
+#include "text/blanks.h"
+#include "text/words.h"
+#include "xml/read/xml_value_lookup.h"
 
 namespace customsconv {
 namespace {

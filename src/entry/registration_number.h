@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "base/short_text.h"
-#include "common/environment.h"
-#include "storage/dbf_cache.h"
+#include "dbf/dbf_cache.h"
+#include "services/environment.h"
 
 namespace customsconv {
 

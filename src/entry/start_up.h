@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "base/short_text.h"
-#include "common/configuration.h"
-#include "common/environment.h"
-#include "document/doc_type_list.h"
-#include "storage/dbf_cache.h"
+#include "catalogue/doc_type_list.h"
+#include "config/configuration.h"
+#include "dbf/dbf_cache.h"
+#include "services/environment.h"
 
 namespace customsconv {
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "base/short_text.h"
-#include "common/blanks.h"
-#include "storage/dbf_values.h"
+#include "dbf/dbf_values.h"
+#include "text/blanks.h"
 
 namespace customsconv {
 namespace {

@@ -1,6 +1,6 @@
 #include "mapping/mapping_line.h"
 
-#include "common/words.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

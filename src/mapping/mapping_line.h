@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "document/basis.h"
+#include "catalogue/basis.h"
 #include "mapping/rules_file.h"
 
 namespace customsconv {

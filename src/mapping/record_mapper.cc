@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/cp1251_literal.h"
-#include "common/blanks.h"
 #include "mapping/built_in/closing_header.h"
 #include "mapping/built_in/goods_groups.h"
 #include "mapping/built_in/header_rules.h"
@@ -13,6 +12,7 @@
 #include "mapping/target_choice.h"
 #include "mapping/value_source.h"
 #include "mapping/value_store.h"
+#include "text/blanks.h"
 
 namespace customsconv {
 namespace {

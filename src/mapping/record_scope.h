@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "base/short_text.h"
-#include "common/words.h"
 #include "mapping/run_context.h"
+#include "text/words.h"
 
 namespace customsconv {
 

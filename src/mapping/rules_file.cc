@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/error.h"
-#include "common/words.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

@@ -4,10 +4,10 @@
 #include <cstdint>
 
 #include "base/short_text.h"
-#include "common/environment.h"
 #include "document/document.h"
 #include "mapping/mapping_report.h"
 #include "mapping/rules_file.h"
+#include "services/environment.h"
 
 namespace customsconv {
 

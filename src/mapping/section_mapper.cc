@@ -4,9 +4,9 @@
 
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
-#include "common/blanks.h"
-#include "common/words.h"
 #include "mapping/record_mapper.h"
+#include "text/blanks.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

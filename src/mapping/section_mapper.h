@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "document/basis.h"
+#include "catalogue/basis.h"
 #include "mapping/run_context.h"
 
 namespace customsconv {

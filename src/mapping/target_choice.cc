@@ -1,6 +1,6 @@
 #include "mapping/target_choice.h"
 
-#include "common/blanks.h"
+#include "text/blanks.h"
 
 namespace customsconv {
 namespace {

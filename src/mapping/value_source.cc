@@ -1,6 +1,6 @@
 #include "mapping/value_source.h"
 
-#include "common/text_split.h"
+#include "text/text_split.h"
 
 namespace customsconv {
 namespace {

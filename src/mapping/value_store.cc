@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "base/letter_case.h"
-#include "common/dates.h"
-#include "common/numbers.h"
+#include "text/dates.h"
+#include "text/numbers.h"
 
 namespace customsconv {
 namespace {

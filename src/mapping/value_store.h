@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/short_text.h"
-#include "document/field_info.h"
+#include "catalogue/field_info.h"
 #include "mapping/mapping_line.h"
 #include "mapping/record_scope.h"
 

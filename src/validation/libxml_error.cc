@@ -3,8 +3,8 @@
 #include <libxml/globals.h>
 
 #include "base/code_pages.h"
-#include "common/blanks.h"
-#include "common/words.h"
+#include "text/blanks.h"
+#include "text/words.h"
 
 namespace customsconv {
 namespace {

@@ -10,8 +10,8 @@
 #include "base/code_pages.h"
 #include "base/cp1251_literal.h"
 #include "base/error.h"
-#include "common/file_names.h"
-#include "common/words.h"
+#include "services/file_names.h"
+#include "text/words.h"
 #include "validation/libxml_error.h"
 
 namespace customsconv {

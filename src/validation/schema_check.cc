@@ -4,9 +4,9 @@
 
 #include "base/code_pages.h"
 #include "base/cp1251_literal.h"
-#include "common/pattern.h"
-#include "common/settings.h"
-#include "xml/xml_parser.h"
+#include "config/settings.h"
+#include "text/pattern.h"
+#include "xml/tree/xml_parser.h"
 
 namespace customsconv {
 namespace {

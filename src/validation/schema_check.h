@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/environment.h"
+#include "services/environment.h"
 #include "validation/xml_services.h"
 
 namespace customsconv {

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-#include "storage/document_streams.h"
+#include "streams/document_streams.h"
 #include "support/fake_host.h"
 #include "support/text.h"
 

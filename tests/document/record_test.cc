@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "document/basis.h"
+#include "catalogue/basis.h"
 #include "support/text.h"
 
 namespace customsconv {

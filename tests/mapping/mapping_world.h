@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/code_pages.h"
-#include "document/doc_type_list.h"
+#include "catalogue/doc_type_list.h"
 #include "mapping/record_mapper.h"
 #include "support/catalogue_builder.h"
 #include "support/document_dump.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "common/configuration.h"
-#include "common/environment.h"
+#include "config/configuration.h"
+#include "services/environment.h"
 #include "support/fake_host.h"
 #include "support/text.h"
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "storage/dbf_file.h"
+#include "dbf/dbf_file.h"
 #include "support/fake_host.h"
 #include "support/table_image.h"
 

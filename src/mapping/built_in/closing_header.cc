@@ -1,8 +1,8 @@
 #include "mapping/built_in/closing_header.h"
 
 #include "base/cp1251_literal.h"
-#include "common/blanks.h"
-#include "common/numbers.h"
+#include "text/blanks.h"
+#include "text/numbers.h"
 
 namespace customsconv {
 namespace {

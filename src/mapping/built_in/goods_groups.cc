@@ -1,6 +1,6 @@
 #include "mapping/built_in/goods_groups.h"
 
-#include "common/text_split.h"
+#include "text/text_split.h"
 
 namespace customsconv {
 namespace {

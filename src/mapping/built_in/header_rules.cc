@@ -1,8 +1,8 @@
 #include "mapping/built_in/header_rules.h"
 
-#include "common/dates.h"
 #include "mapping/built_in/transit_source.h"
 #include "mapping/built_in/transport.h"
+#include "text/dates.h"
 
 namespace customsconv {
 namespace {

@@ -1,8 +1,8 @@
 #include "mapping/built_in/transit_records.h"
 
 #include "base/cp1251_literal.h"
-#include "common/blanks.h"
 #include "document/value_expression.h"
+#include "text/blanks.h"
 
 namespace customsconv {
 namespace {

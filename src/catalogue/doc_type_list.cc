@@ -1,0 +1,87 @@
+#include "catalogue/doc_type_list.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "base/cp1251_literal.h"
+#include "base/letter_case.h"
+#include "base/short_text.h"
+#include "catalogue/catalogue_reader.h"
+#include "catalogue/type_collection.h"
+#include "config/configuration.h"
+#include "services/file_names.h"
+#include "text/char_set.h"
+#include "text/words.h"
+
+namespace customsconv {
+namespace {
+
+constexpr std::string_view kCatalogueMask = "*.dcf";
+constexpr std::string_view kDosCatalogue = "document.dcf";
+// Files of the data folder that are not read with the others. A name is left out when it
+// stands anywhere in this text, so "WIN.DCF" is, too.
+constexpr std::string_view kLeftOut = "KORDWIN.DCF,MYDCF.DCF,ARMTI.DCF";
+constexpr CharSet kFileNameDelimiters("|");
+constexpr CharSet kCheckedDocsDelimiters(" ,");
+
+bool HasFolder(std::string_view name) {
+  return std::any_of(name.begin(), name.end(), IsPathSeparator);
+}
+
+void ReadFolder(CatalogueReader& reader, const Files& files, const std::string& folder,
+                std::string_view left_out) {
+  for (const std::string& name : files.Find(folder, kCatalogueMask)) {
+    if (!Contains(left_out, UpperCaseRu(name))) {
+      reader.ReadFile(folder + name, CatalogueKind::kWindows);
+    }
+  }
+}
+
+void ReadAllFiles(CatalogueReader& reader, const Environment& environment) {
+  const Files& files = environment.host.files;
+  reader.ReadFile(environment.base_path + std::string(kDosCatalogue), CatalogueKind::kDos);
+  ReadFolder(reader, files, environment.data_path, kLeftOut);
+  if (environment.aux_path != environment.data_path) {
+    ReadFolder(reader, files, environment.aux_path, {});
+  }
+}
+
+void MarkCheckedTypes(const TDocTypeList& types, const Environment& environment) {
+  const std::string file_name = environment.base_path + "DOCCHECK.INI";
+  if (!environment.host.files.Exists(file_name)) return;
+  const TConfiguration settings(environment.host, file_name, CreateMode::kCreate, CodePage::kDos);
+  const std::string codes = settings.GetString("Common", "CheckedDocs", "");
+  for (const std::string_view code : Words(CutToShort(codes), kCheckedDocsDelimiters)) {
+    types.GetDocInfo(code).Checked = true;
+  }
+}
+
+}  // namespace
+
+TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environment& environment) {
+  TypeCollection types;
+  CatalogueReader reader(types, environment);
+  for (const std::string_view name : Words(file_names, kFileNameDelimiters)) {
+    reader.ReadFile((HasFolder(name) ? "" : environment.data_path) + std::string(name),
+                    CatalogueKind::kWindows);
+  }
+  if (all_files) ReadAllFiles(reader, environment);
+
+  types_ = types.Take();
+  std::sort(types_.begin(), types_.end(),
+            [](const auto& a, const auto& b) { return NoCaseLess{}(a->Code, b->Code); });
+  codes_.Reserve(types_.size());
+  for (int i = 0; i < Count(); ++i) codes_.Add(Item(i).Code, i);
+  if (all_files) MarkCheckedTypes(*this, environment);
+}
+
+TDocTypeList::~TDocTypeList() = default;
+
+TDocInfo& TDocTypeList::GetDocInfo(std::string_view code) const {
+  const int index = IndexOf(code);
+  if (index < 0) throw Error(std::string("Не описан документ "_cp1251).append(code));
+  return Item(index);
+}
+
+}  // namespace customsconv

@@ -1,0 +1,41 @@
+#ifndef CUSTOMSCONV_CATALOGUE_DOC_TYPE_LIST_H_
+#define CUSTOMSCONV_CATALOGUE_DOC_TYPE_LIST_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/doc_info.h"
+#include "services/environment.h"
+#include "text/key_index.h"
+
+namespace customsconv {
+
+// The catalogue of document types, sorted by code without regard to letter case.
+class TDocTypeList {
+ public:
+  // Reads the named files ("|" between names; a name without "\" lies in the
+  // data folder) and, with `all_files`, the DOS catalogue, the further files of the data
+  // folder and of the auxiliary folder, and the list of checked types.
+  // Throws SilentAbort after a message of its own, or Error.
+  TDocTypeList(std::string_view file_names, bool all_files, Environment& environment);
+  ~TDocTypeList();
+  TDocTypeList(const TDocTypeList&) = delete;
+  TDocTypeList& operator=(const TDocTypeList&) = delete;
+
+  [[nodiscard]] int Count() const { return static_cast<int>(types_.size()); }
+  [[nodiscard]] TDocInfo& Item(int index) const { return *types_[static_cast<std::size_t>(index)]; }
+  // Index of the type of that code, any letter case; -1 when there is none.
+  [[nodiscard]] int IndexOf(std::string_view code) const { return codes_.Find(code); }
+  // Throws Error "Не описан документ " + code.
+  [[nodiscard]] TDocInfo& GetDocInfo(std::string_view code) const;
+
+ private:
+  std::vector<std::unique_ptr<TDocInfo>> types_;
+  KeyIndex codes_;  // to the positions in types_
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_CATALOGUE_DOC_TYPE_LIST_H_

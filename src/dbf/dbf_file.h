@@ -1,0 +1,174 @@
+#ifndef CUSTOMSCONV_DBF_DBF_FILE_H_
+#define CUSTOMSCONV_DBF_DBF_FILE_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/short_text.h"
+#include "dbf/dbf_cache.h"
+#include "dbf/dbf_fields.h"
+#include "dbf/dbf_image.h"
+#include "platform/files.h"
+
+namespace customsconv {
+
+// Result of opening, positioning and posting.
+enum class DbfStatus : std::uint16_t {
+  kOk = 0,
+  kNotATable = 1,
+  kNoFile = 4,     // missing or not openable
+  kRefused = 255,  // closed, no such record
+};
+enum class OnError { kThrow, kReturn };
+
+// Record-at-a-time access to one dBase table.
+//
+// The table is an image in the cache: reading and writing touch memory only,
+// TDbfCache::Flush brings changed images to disk. (Tables of 10,000,000 bytes and
+// more are read from the file; their first change loads the image.) Record numbers
+// count from 1. Values cross this interface in code page 1251; the table holds code page 866.
+class TFileDbfFile {
+ public:
+  // Files of so many bytes and more are not loaded for reading.
+  static constexpr std::int64_t kMaxImageSize = 10'000'000;
+
+  // `cache` must outlive the table.
+  explicit TFileDbfFile(TDbfCache& cache);
+  virtual ~TFileDbfFile();
+  TFileDbfFile(const TFileDbfFile&) = delete;
+  TFileDbfFile& operator=(const TFileDbfFile&) = delete;
+
+  // Opens `name`, to which ".DBF" is added when it has no extension. No record
+  // is current afterwards. A table that was open is closed first. With kThrow a
+  // missing or damaged table throws DbfError (FileError when it cannot be opened) whose
+  // text names the file; with kReturn the cause is the result.
+  virtual DbfStatus Open(std::string_view name, FileMode mode, OnError on_error);
+  // Replaces `name` by an empty table of these fields and opens it for reading and
+  // writing. `fields` receives the list as read back. Nothing happens for an empty list
+  // (kRefused) and for one that no table can hold (kNotATable). Throws FileError when the file
+  // cannot be made.
+  virtual DbfStatus CreateTable(TDescrs& fields, std::string_view name);
+  virtual void Close();
+  // Reopens when the file on disk is another than the one opened. True when it did.
+  virtual bool Refresh();
+
+  // Reads the record into the record buffer, unless it is the current one already.
+  virtual DbfStatus GoTo(std::int64_t record);
+  // Changes go to the image. The first one of a large table throws FileError when its file cannot
+  // be loaded, the table then is as before; it is refused when the file is no longer the one that
+  // was opened.
+
+  // Writes the record buffer over the current record.
+  virtual DbfStatus Post();
+  // Adds the record buffer as the last record, which becomes current. The record count
+  // is the table's own: two objects over one table never overwrite each other's rows.
+  virtual bool Append();
+  void BlankRecord();
+  // Removes the record physically. No record is current afterwards.
+  DbfStatus DeleteRecord(std::int64_t record);
+
+  // Values without the padding of their width; a date as dd.mm.yy. Empty when
+  // closed or when there is no such field.
+  [[nodiscard]] virtual ShortText GetField(int field) const;
+  [[nodiscard]] virtual ShortText GetFieldByName(std::string_view name) const;
+  // `raw` leaves out the formatting by type.
+  virtual void SetField(int field, std::string_view value, bool raw);
+  // A name that begins with "||" is written raw.
+  virtual void SetFieldByName(std::string_view name, std::string_view value);
+  virtual void PutFieldByName(std::string_view name, std::string_view value);
+  // Texts of any length, continued in the fields named after the first one with
+  // 2, 3, … when that is a "C" field of 255 bytes or more.
+  [[nodiscard]] virtual std::string GetLongField(int field) const;
+  [[nodiscard]] virtual std::string GetLongFieldByName(std::string_view name) const;
+  virtual void SetLongField(int field, std::string_view value, bool raw);
+  virtual void SetLongFieldByName(std::string_view name, std::string_view value);
+
+  // Index (from 0) of the last field of that name, any case; -1 when there is none.
+  [[nodiscard]] virtual int FieldIndex(std::string_view name) const;
+  [[nodiscard]] int FieldWidth(std::string_view name) const;
+  [[nodiscard]] char FieldType(std::string_view name) const;
+  // The caller knows that there is such a field.
+  [[nodiscard]] const FieldDescriptor& FieldAt(int field) const;
+  // Empty when closed; valid until the table is closed.
+  [[nodiscard]] const TDescrs& fields() const;
+
+  // A field name that ends in "*" asks for values that contain `value`.
+  virtual bool FindFirst(std::string_view field, std::string_view value);
+  virtual bool FindNext();
+  // From record `record` on, which then is the number behind the last record looked at; a
+  // record that was found is current.
+  virtual bool Search(std::string_view field, std::string_view value, std::int64_t& record);
+
+  [[nodiscard]] virtual bool IsDeleted() const;
+  // One line "<field>=<value>" a field.
+  virtual void GetRecordText(std::vector<std::string>& lines) const;
+
+  [[nodiscard]] bool is_open() const { return layout_ != nullptr; }
+  // 0 when closed, and once the table's image was dropped from the cache.
+  [[nodiscard]] std::int64_t RecordCount() const;
+  // -1 after opening, 0 after a deletion.
+  [[nodiscard]] std::int64_t current_record() const { return current_record_; }
+  // Whether the last GoTo asked for a record below 1, or beyond the count.
+  [[nodiscard]] bool at_beginning() const { return at_beginning_; }
+  [[nodiscard]] bool past_end() const { return past_end_; }
+  // The expanded name in upper case, for messages.
+  [[nodiscard]] const ShortText& file_name() const { return file_name_; }
+
+ private:
+  friend class TDbfCache;
+
+  [[nodiscard]] DbfStatus OpenExpanded(OnError on_error);
+  // The cached image of the file, or the file itself when that is large.
+  [[nodiscard]] bool Attach();
+  [[nodiscard]] std::unique_ptr<TDbfMemoryStream> LoadImage(FileStream& file) const;
+  // A table that reads the file of this image goes over to the image.
+  void JoinImage(TDbfMemoryStream& image);
+  // The cache drops the image: the table stays open without bytes.
+  void Detach() { bytes_ = TableBytes(); }
+
+  // Sees to it that there is an image to change. False when there is none.
+  [[nodiscard]] bool PrepareChange();
+  void NormaliseMark();
+  // Tells the image, which was changed, how many records it holds now.
+  void SetRecordCount(std::int64_t count);
+
+  // Null when closed or when there is no such field.
+  [[nodiscard]] const FieldDescriptor* Field(int field) const;
+  [[nodiscard]] std::string_view Stored(const FieldDescriptor& field) const;
+  [[nodiscard]] int Continuation(const FieldDescriptor& first, int number) const;
+  void StoreLongText(const FieldDescriptor& first, std::string_view dos);
+  [[nodiscard]] int ThisYear();
+
+  TDbfCache& cache_;
+  bool listed_ = false;  // among the cache's open tables
+
+  std::string path_;  // expanded, as given
+  ShortText file_name_;
+  FileMode mode_ = 0;
+  FileStamp file_time_ = kNoStamp;
+  std::shared_ptr<const TableLayout> layout_;  // null when closed
+  TableBytes bytes_;
+
+  std::string record_;  // the record buffer, and the end mark that follows a last record
+  std::int64_t current_record_ = -1;
+  bool at_beginning_ = false;
+  bool past_end_ = false;
+  int this_year_ = 0;  // asked for once while the table is open
+
+  ShortText search_field_;
+  ShortText search_value_;
+  std::int64_t search_position_ = 0;
+};
+
+// A table that could also stand on a database server; here always a file.
+class TSqlDbfFile : public TFileDbfFile {
+ public:
+  using TFileDbfFile::TFileDbfFile;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_DBF_DBF_FILE_H_

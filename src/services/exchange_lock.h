@@ -1,0 +1,43 @@
+#ifndef CUSTOMSCONV_SERVICES_EXCHANGE_LOCK_H_
+#define CUSTOMSCONV_SERVICES_EXCHANGE_LOCK_H_
+
+#include <string>
+#include <string_view>
+
+#include "platform/host.h"
+
+namespace customsconv {
+
+inline constexpr std::string_view kExchangeLockFile = "veltlock.$$$";
+
+// Keeps two stations from writing one exchange folder at the same moment: an
+// empty marker file in the folder. Taken by the constructor, which waits while
+// another station's marker is there (up to 101 checks a second apart, asking the user at
+// 20, 40, 60, 80 and 100 seconds) and then takes the lock over; deleted by
+// Release or the destructor.
+class ExchangeLock {
+ public:
+  // `folder` ends with a separator. Throws SilentAbort when the user abandons
+  // the operation (the other station's marker stays) and FileError when the marker cannot be made.
+  ExchangeLock(Host& host, std::string_view folder);
+  ~ExchangeLock();
+  ExchangeLock(const ExchangeLock&) = delete;
+  ExchangeLock& operator=(const ExchangeLock&) = delete;
+  void Release();
+
+ private:
+  // Waits until the marker is gone or the waiting ends; the stamp of the marker that
+  // may be taken over, kNoStamp when it is gone. Throws SilentAbort.
+  [[nodiscard]] FileStamp Wait();
+  // Makes the marker, or takes over the one of the stamp `seen`. False when
+  // another station's marker is there.
+  [[nodiscard]] bool Take(FileStamp seen);
+
+  Host& host_;
+  std::string path_;
+  bool held_ = false;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_SERVICES_EXCHANGE_LOCK_H_

@@ -1,0 +1,87 @@
+#include "services/file_names.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include "text/blanks.h"
+
+namespace customsconv {
+namespace {
+
+// Offset of the "." that begins the extension, npos when there is none.
+std::size_t ExtensionStart(std::string_view path) {
+  const std::size_t folder = FolderPart(path).size();
+  const std::size_t point = path.substr(folder).rfind('.');
+  return point == path.npos ? path.npos : folder + point;
+}
+
+std::string WithExtension(std::string_view name, std::string_view extension) {
+  std::string result(name);
+  if (!extension.empty() && extension.front() != '.') result += '.';
+  return result.append(extension);
+}
+
+}  // namespace
+
+std::string WithTrailingBackslash(std::string_view path) {
+  std::string result(path);
+  if (!result.empty() && !IsPathSeparator(result.back())) result += '\\';
+  return result;
+}
+
+std::string ForceExtension(std::string_view name, std::string_view extension) {
+  return ExtensionStart(name) == name.npos ? WithExtension(name, extension) : std::string(name);
+}
+
+std::string ChangeExtension(std::string_view name, std::string_view extension) {
+  return WithExtension(name.substr(0, ExtensionStart(name)), extension);
+}
+
+std::string_view FolderPart(std::string_view path) {
+  std::size_t size = path.size();
+  while (size > 0 && !IsPathSeparator(path[size - 1]) && path[size - 1] != ':') --size;
+  return path.substr(0, size);
+}
+
+std::string_view FileNameOf(std::string_view path) { return path.substr(FolderPart(path).size()); }
+
+std::string_view ExtractFileBaseName(std::string_view path) {
+  const std::string_view name = FileNameOf(path);
+  return name.substr(0, name.rfind('.'));
+}
+
+std::string ExtractFileFolder(std::string_view path) {
+  std::string_view folder = FolderPart(path);
+  const bool is_root =
+      folder.size() == 1 || (folder.size() == 3 && folder[1] == ':');  // "\" or "C:\"
+  if (!folder.empty() && IsPathSeparator(folder.back()) && !is_root) folder.remove_suffix(1);
+  return std::string(folder);
+}
+
+std::string ShortPathName(const Files& files, std::string_view path) {
+  return std::string(Trim(files.ShortName(path)));
+}
+
+std::string UniqueTempFileName(const Files& files, const Clock& clock, std::string_view folder,
+                               std::string_view prefix, std::string_view extension) {
+  constexpr std::uint32_t kNames = 100'000'000;
+  const double now = clock.Now();
+  auto number = static_cast<std::uint32_t>((now - std::floor(now)) * kNames);
+  while (true) {
+    std::string name = WithTrailingBackslash(folder).append(prefix);
+    name += PadLeft(std::to_string(number % kNames), '0', 8);
+    name.append(1, '.').append(extension);
+    if (!files.Exists(name)) return name;
+    ++number;
+  }
+}
+
+std::string ReadFileText(const Files& files, std::string_view name, std::size_t limit) {
+  return files.Read(name, limit);
+}
+
+void WriteFileText(Files& files, std::string_view text, std::string_view name) {
+  files.Replace(name, text);
+}
+
+}  // namespace customsconv

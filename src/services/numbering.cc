@@ -1,0 +1,160 @@
+#include "services/numbering.h"
+
+#include <algorithm>
+
+#include "config/settings.h"
+#include "services/numbering_store.h"
+#include "text/blanks.h"
+#include "text/dates.h"
+#include "text/words.h"
+
+namespace customsconv {
+namespace {
+
+using WhenMissing = NumberingStore::WhenMissing;
+
+constexpr std::int32_t kLargestNumber = 9'999'999;
+constexpr std::size_t kNumberDigits = 7;
+constexpr std::string_view kLastDate = "LastDate";
+constexpr std::string_view kDailyNumber = "TodayOrdNumber";
+constexpr std::string_view kRunningNumber = "TotalOrdNumber";
+
+// ---- counters; the caller holds the numbering lock
+
+std::int32_t Read(std::string_view series, std::string_view key, std::int32_t default_value,
+                  Environment& environment) {
+  NumberingStore store(environment, WhenMissing::kUseMain);
+  return store->ReadInteger(series, key, default_value);
+}
+
+void Write(std::string_view series, std::string_view key, std::int32_t value,
+           Environment& environment) {
+  NumberingStore store(environment, WhenMissing::kUseMain);
+  store->WriteInteger(series, key, value);
+}
+
+std::int32_t Next(std::string_view series, std::string_view key, std::int32_t start,
+                  std::int32_t maximum, Environment& environment) {
+  NumberingStore store(environment, WhenMissing::kAsk);
+  // An absent counter stands at the start value and is advanced like any other.
+  std::int32_t number = store->ReadInteger(series, key, start);
+  number = number < maximum ? number + 1 : start;
+  store->WriteInteger(series, key, number);
+  return number;
+}
+
+// ---- registration numbers
+
+void ReplaceFirst(std::string& text, std::string_view placeholder, std::string_view value) {
+  const std::size_t position = text.find(placeholder);
+  if (position == std::string::npos) return;
+  text.replace(position, placeholder.size(), value);
+}
+
+// "ddmmyyyy", "ddmmyy" or, with years of one digit, "ddmmy".
+std::string NumberDate(Date today, bool four_digit_year, const TConfiguration& config) {
+  if (four_digit_year) return FormatDateTime("ddmmyyyy", today);
+  std::string date = FormatDateTime("ddmmyy", today);
+  if (!settings::RegNumsYear2Digit(config)) date.erase(4, 1);
+  return date;
+}
+
+// The counters of one series on one day. A number is drawn only when it is asked
+// for; one that begins anew is the minimum itself.
+class SeriesCounters {
+ public:
+  SeriesCounters(std::string_view series, Date today, Environment& environment)
+      : series_(series), today_(today), environment_(environment) {
+    minimum_ = settings::MinOrdNumber(*NumberingStore(environment, WhenMissing::kUseMain));
+    last_date_ = Read(series, kLastDate, today, environment);
+    Write(series, kLastDate, today, environment);
+  }
+
+  std::string DailyNumber() { return Draw(kDailyNumber, last_date_ != today_); }
+
+  std::string RunningNumber() {
+    const bool new_year = DayOf(last_date_).year != DayOf(today_).year;
+    return Draw(kRunningNumber, new_year && settings::NewYearNumber(*environment_.config));
+  }
+
+ private:
+  std::string Draw(std::string_view key, bool begin_anew) {
+    std::int32_t number = minimum_;
+    if (begin_anew) {
+      Write(series_, key, minimum_, environment_);
+    } else {
+      number = Next(series_, key, minimum_, kLargestNumber, environment_);
+    }
+    return PadLeft(std::to_string(number), '0', kNumberDigits);
+  }
+
+  std::string_view series_;
+  Date today_;
+  Environment& environment_;
+  std::int32_t minimum_ = 0;
+  Date last_date_ = 0;
+};
+
+bool AlwaysFourDigitYear(std::string_view series) { return series == "KD1" || series == "DUT"; }
+
+}  // namespace
+
+std::string CompactDate(std::string_view date, bool four_digit_year) {
+  std::string compact;
+  for (std::size_t number = 1; number <= 3; ++number) {
+    const std::string_view word = ExtractWord(number, date, kDateSeparators);
+    compact += word.substr(word.size() - std::min<std::size_t>(word.size(), 2));
+  }
+  if (four_digit_year && compact.size() == 6) compact.insert(4, "20");
+  return compact;
+}
+
+std::string CheckCompactDate(std::string_view date, const Environment& environment) {
+  if (date.size() != 5 && date.size() != 6 && date.size() != 8) return {};
+  std::string dotted(date.substr(0, 2));
+  dotted.append(".").append(date.substr(2, 2)).append(".");
+  if (date.size() == 5) dotted += '0';  // one digit is the year within the decade
+  dotted += date.substr(4);
+
+  constexpr int kDaysAhead = 400;
+  const std::optional<Date> day = ParseLocalDate(dotted, environment.ThisYear());
+  const bool plausible =
+      day && *day >= DateOf({1990, 1, 1}) && *day <= environment.host.clock.Today() + kDaysAhead;
+  return plausible ? std::string(date) : std::string();
+}
+
+ShortText NextRegNumber(std::string_view series, bool four_digit_year, Environment& environment) {
+  const NumberingLock lock(environment);
+  const TConfiguration& config = *environment.config;
+  const Date today = environment.host.clock.Today();
+  const std::string code = settings::CustomHouseCode(config);
+  std::string number = settings::RegNumStructure(config);
+  SeriesCounters counters(series, today, environment);
+
+  ReplaceFirst(number, "%CODE", code);
+  ReplaceFirst(number, "%DATE",
+               NumberDate(today, four_digit_year || AlwaysFourDigitYear(series), config));
+  if (Contains(number, "%DNUM")) ReplaceFirst(number, "%DNUM", counters.DailyNumber());
+  if (Contains(number, "%GNUM")) ReplaceFirst(number, "%GNUM", counters.RunningNumber());
+  return number;
+}
+
+std::int32_t ReadCounter(std::string_view series, std::string_view key, std::int32_t default_value,
+                         Environment& environment) {
+  const NumberingLock lock(environment);
+  return Read(series, key, default_value, environment);
+}
+
+void WriteCounter(std::string_view series, std::string_view key, std::int32_t value,
+                  Environment& environment) {
+  const NumberingLock lock(environment);
+  Write(series, key, value, environment);
+}
+
+std::int32_t NextCounter(std::string_view series, std::string_view key, std::int32_t start,
+                         std::int32_t maximum, Environment& environment) {
+  const NumberingLock lock(environment);
+  return Next(series, key, start, maximum, environment);
+}
+
+}  // namespace customsconv

@@ -1,0 +1,70 @@
+#ifndef CUSTOMSCONV_TABLES_DBF_DOCUMENT_H_
+#define CUSTOMSCONV_TABLES_DBF_DOCUMENT_H_
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "base/short_text.h"
+#include "document/document.h"
+#include "tables/table_writer.h"
+
+namespace customsconv {
+
+class TDbfCache;
+
+// One head row of a table set with all its child rows, as a document: each
+// block is a table, each record a row.
+class TDbfDocument : public TDocument {
+ public:
+  // The type's levels must have been read from the table headers (CreateDbfDocument does
+  // both). Throws Error for a type that is no table set. The arguments must outlive the document.
+  TDbfDocument(std::string_view code, TDocTypeList& types, TDbfCache& cache,
+               Environment& environment);
+  ~TDbfDocument() override;
+
+  // Loads one head row and its child rows. The file-name part of `path` is the head
+  // row number (1 when it is no number; beyond the table: a blank row), the folder part the table
+  // set's folder. Throws Error when a table cannot be opened; the document is then incomplete.
+  void Load(std::string_view path);
+  // Writes changed and new records as rows and brings the tables to disk, under the
+  // folder's exchange lock. An empty folder means the one loaded from. A user who abandons the
+  // save at the lock ends it without an error. Throws Error when a table cannot be opened; rows
+  // written so far then stay in the table images, and the lock is gone.
+  void Save(std::string_view folder);
+  // Rows that the last save appended, by table file name; empty when it was abandoned.
+  [[nodiscard]] const RowCounts& AppendedRows() const { return appended_rows_; }
+  // Notes the row of the record for deletion at the next save and removes the record; rows of
+  // the records below it stay.
+  void DeleteRecord(std::string_view path, bool flag);
+
+  [[nodiscard]] const ShortText& DocFolder() const { return doc_folder_; }
+  [[nodiscard]] std::int32_t RootRecNo() const { return root_rec_no_; }
+  // Rows of the head table when it was loaded.
+  [[nodiscard]] std::int64_t RowCount() const { return row_count_; }
+  // The head record's key as of the last load or save.
+  [[nodiscard]] const ShortText& DocKey() const { return doc_key_; }
+
+ private:
+  // Moves to the record and notes its row for deletion.
+  void NoteRow(std::string_view path);
+
+  TDbfCache& cache_;
+  ShortText doc_folder_;
+  std::int32_t root_rec_no_ = 0;
+  std::int64_t row_count_ = 0;
+  ShortText doc_key_;
+  DeletedRows deleted_rows_;
+  RowCounts appended_rows_;
+};
+
+// A document of a table-set type over `folder`, whose table headers give the
+// type its levels.
+[[nodiscard]] std::unique_ptr<TDbfDocument> CreateDbfDocument(std::string_view code,
+                                                              std::string_view folder,
+                                                              TDocTypeList& types, TDbfCache& cache,
+                                                              Environment& environment);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_TABLES_DBF_DOCUMENT_H_

@@ -1,0 +1,49 @@
+#ifndef CUSTOMSCONV_TEXT_BLANKS_H_
+#define CUSTOMSCONV_TEXT_BLANKS_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "base/letter_case.h"
+#include "base/short_text.h"
+
+namespace customsconv {
+
+// Every byte up to 32 counts as blank in trimming.
+[[nodiscard]] constexpr bool IsBlank(char c) { return static_cast<unsigned char>(c) <= 32; }
+
+// The long form: any length, a view into `text`.
+[[nodiscard]] std::string_view Trim(std::string_view text);
+[[nodiscard]] std::string_view TrimLeft(std::string_view text);
+[[nodiscard]] std::string_view TrimRight(std::string_view text);
+
+// The short-text forms: the argument is cut at 255 bytes first.
+[[nodiscard]] std::string_view TrimBlanks(std::string_view text);
+[[nodiscard]] std::string_view TrimBlanksLeft(std::string_view text);
+[[nodiscard]] std::string_view TrimBlanksRight(std::string_view text);
+
+// Appends (PadRight) or prepends (PadLeft, short text) `fill` until the text has `length` bytes, at
+// most 255; longer texts stay as they are.
+[[nodiscard]] std::string PadRight(std::string_view text, char fill, std::size_t length);
+[[nodiscard]] std::string PadLeft(std::string_view text, char fill, std::size_t length);
+[[nodiscard]] std::string PadRightBlanks(std::string_view text, std::size_t length);
+[[nodiscard]] std::string PadLeftBlanks(std::string_view text, std::size_t length);
+
+// Every run of two or more bytes 32 becomes one.
+[[nodiscard]] std::string CollapseBlanks(std::string_view text);
+// CR becomes a blank, every other byte below 32 is removed; `trim_end` removes
+// trailing blanks (bytes up to 32) afterwards.
+[[nodiscard]] std::string StripControls(std::string_view text, bool trim_end);
+[[nodiscard]] std::string ReplaceChar(std::string_view text, char from, char to);
+[[nodiscard]] std::string RemoveChar(std::string_view text, char c);
+// Without its last `count` characters (empty when it has fewer).
+[[nodiscard]] std::string_view DropTail(std::string_view text, std::size_t count);
+[[nodiscard]] std::string_view IfEmpty(std::string_view text, std::string_view default_text);
+
+// A digit, a Latin letter or a Cyrillic letter of code page 1251 (Ё, ё included).
+[[nodiscard]] bool IsLetterOrDigit(char c);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_TEXT_BLANKS_H_

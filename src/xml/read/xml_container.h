@@ -1,0 +1,69 @@
+#ifndef CUSTOMSCONV_XML_READ_XML_CONTAINER_H_
+#define CUSTOMSCONV_XML_READ_XML_CONTAINER_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "base/short_text.h"
+#include "document/document.h"
+#include "platform/files.h"
+#include "xml/read/document_finder.h"
+
+namespace customsconv {
+
+// The documents of one XML file, found by their envelopes or declarations and yielded one
+// at a time: all of the first kind found, in file order, then all of the second, and so on.
+class TXMLContainer {
+ public:
+  // Kinds in order of first appearance.
+  struct Kind {
+    std::string text;                 // short name, " (", count, ")"
+    int type_index = -1;              // in the catalogue
+    [[nodiscard]] int Count() const;  // read back from `text`
+  };
+
+  // Reads the file and finds its documents. Errors of reading have a blank and the
+  // file name appended. `types` and `environment` must outlive the container.
+  TXMLContainer(std::string_view file_name, TDocTypeList& types, Environment& environment);
+  TXMLContainer(const TXMLContainer&) = delete;
+  TXMLContainer& operator=(const TXMLContainer&) = delete;
+
+  // The next document, or null when all have been yielded. Throws Error for a
+  // document without end, or one that the parser cannot read; the call after that goes on
+  // with the next one. A file that changed meanwhile is read again.
+  [[nodiscard]] std::unique_ptr<TDocument> Next();
+
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  [[nodiscard]] const std::vector<Kind>& DocList() const { return doc_list_; }
+  [[nodiscard]] const ShortText& FileName() const { return file_name_; }
+  [[nodiscard]] int CurIndex() const { return cur_index_; }
+  // Which occurrence (from 1) of its kind was yielded last.
+  [[nodiscard]] int CurOccurrence() const { return cur_occurrence_; }
+  // Values were met under element names that are no fields of their type.
+  [[nodiscard]] bool UnknownIdsFound() const { return unknown_ids_found_; }
+  void ClearUnknownIds() { unknown_ids_found_ = false; }
+
+ private:
+  void ReadFile();
+  void ListDocuments();
+  [[nodiscard]] std::unique_ptr<TDocument> Build(int index, int occurrence);
+  [[nodiscard]] std::string_view DocumentText(int type_index, int occurrence);
+
+  TDocTypeList& types_;
+  Environment& environment_;
+  std::string text_;
+  FileStamp file_age_ = kNoStamp;                    // when text_ was read
+  std::unordered_map<int, DocumentFinder> finders_;  // in text_, by catalogue index
+  std::vector<Kind> doc_list_;
+  ShortText file_name_;
+  int cur_index_ = -1;
+  int cur_occurrence_ = 0;
+  bool unknown_ids_found_ = false;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_XML_READ_XML_CONTAINER_H_

@@ -1,0 +1,97 @@
+#include "xml/read/xml_text.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/code_pages.h"
+#include "base/cp1251_literal.h"
+#include "base/error.h"
+#include "text/words.h"
+
+namespace customsconv {
+namespace {
+
+// Only this much of a file is looked at for its declared encoding.
+constexpr std::size_t kHeadSize = 100;
+
+// The schemas of the field use both prefixes of the schema namespace; the system
+// knows one.
+void UnifySchemaPrefix(std::string& text) {
+  constexpr std::string_view kShort = "xs:";
+  constexpr std::string_view kLong = "xsd:";
+  std::size_t count = 0;
+  for (std::size_t found = FindInLong(text, kShort, 0); found != std::string::npos;
+       found = FindInLong(text, kShort, found + kShort.size())) {
+    ++count;
+  }
+  if (count == 0) return;
+  std::string unified;
+  unified.reserve(text.size() + count * (kLong.size() - kShort.size()));
+  std::size_t start = 0;
+  for (; count > 0; --count) {
+    const std::size_t found = FindInLong(text, kShort, start);
+    unified.append(text, start, found - start).append(kLong);
+    start = found + kShort.size();
+  }
+  text = std::move(unified.append(text, start));
+}
+
+// Declarations come with blanks around "=" and with either quote.
+void NormaliseHead(std::string& text) {
+  const std::string_view head = std::string_view(text).substr(0, kHeadSize);
+  if (head.find(" = ") == std::string_view::npos && head.find('\'') == std::string_view::npos) {
+    return;
+  }
+  const std::size_t size = head.size();
+  std::string normal = ReplaceAll(head, " = ", "=");
+  std::replace(normal.begin(), normal.end(), '\'', '"');
+  text.replace(0, size, normal);
+}
+
+// Brings a text to code page 1251, in its own memory where that can be. False for malformed
+// UTF-8.
+bool DecodeXml(std::string& text) {
+  if (text.size() > 2 && text.compare(0, 2, "\xEF\xBB") == 0) {
+    const std::size_t start = text.find('<', 2);
+    return WinFromUtf8InPlace(text, start == std::string::npos ? 2 : start);
+  }
+  NormaliseHead(text);
+  using std::string_view_literals::operator""sv;
+  const std::string_view head = std::string_view(text).substr(0, kHeadSize);
+  if (head.find("-1251\"") != std::string_view::npos) return true;
+  if (head.find("\0U\0T\0F\0-\0001\0006\0\"\0"sv) != std::string_view::npos) {
+    text = WinFromUtf16(std::string_view(text).substr(2));
+    return true;
+  }
+  return WinFromUtf8InPlace(text);
+}
+
+void RemoveFirstComment(std::string& text) {
+  // "!" is rare where "<" is not.
+  std::size_t mark = text.find("!--", 1);
+  while (mark != std::string::npos && text[mark - 1] != '<') mark = text.find("!--", mark + 1);
+  if (mark == std::string::npos) return;
+  const std::size_t start = mark - 1;
+  const std::size_t end = text.find("-->");
+  if (end != std::string::npos && end > start) text.erase(start, end + 3 - start);
+}
+
+}  // namespace
+
+std::string XmlTextFromBytes(std::string text, std::string_view file_name) {
+  if (text.empty()) return text;
+  UnifySchemaPrefix(text);
+  if (!DecodeXml(text) || text.empty()) {
+    throw Error(std::string(file_name) + '\r' +
+                std::string("Ошибка при перекодировке из UTF-8 - битый файл!"_cp1251));
+  }
+  RemoveFirstComment(text);
+  if (const std::size_t start = text.find('<'); start != std::string::npos) text.erase(0, start);
+  return text;
+}
+
+std::string LoadXmlText(const Files& files, std::string_view file_name) {
+  return XmlTextFromBytes(files.Read(file_name), file_name);
+}
+
+}  // namespace customsconv

@@ -1,0 +1,47 @@
+#ifndef CUSTOMSCONV_XML_TREE_XML_PARSER_H_
+#define CUSTOMSCONV_XML_TREE_XML_PARSER_H_
+
+#include <memory>
+#include <string_view>
+
+#include "base/error.h"
+#include "xml/tree/xml_node.h"
+
+namespace customsconv {
+
+// What the parser could not read; the messages are the parser's own, most with
+// the text around the place.
+class XmlParseError : public Error {
+ public:
+  using Error::Error;
+};
+
+class XmlArena;
+
+// The tree of one XML document: one pass over the text, no recursion, all nodes
+// in one arena that goes with the tree. The text is not copied and must outlive
+// the tree; only tokens that needed decoding live in the arena.
+//
+// Lenient where files of the field need it (elements left open at the end, end tags
+// compared only as far as the start tag's name reaches), strict about attributes.
+class XmlTree {
+ public:
+  // Throws XmlParseError. An empty text gives an empty element.
+  explicit XmlTree(std::string_view text);
+  ~XmlTree();
+  XmlTree(XmlTree&&) noexcept;
+  XmlTree& operator=(XmlTree&&) noexcept;
+
+  [[nodiscard]] const TXMLNode& root() const { return *root_; }
+  // One entry per "<?name ...?>" in front of the root element.
+  [[nodiscard]] const TXMLNodeList& header() const { return header_; }
+
+ private:
+  std::unique_ptr<XmlArena> arena_;
+  const TXMLNode* root_ = nullptr;
+  TXMLNodeList header_;
+};
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_XML_TREE_XML_PARSER_H_

@@ -1,0 +1,38 @@
+#ifndef CUSTOMSCONV_XML_WRITE_VALUE_FORMAT_H_
+#define CUSTOMSCONV_XML_WRITE_VALUE_FORMAT_H_
+
+#include <string>
+#include <string_view>
+
+#include "catalogue/field_info.h"
+
+namespace customsconv {
+
+// Turns stored values into the form that they have in XML. Most values come out
+// as they are; those are not copied.
+class ValueFormatter {
+ public:
+  explicit ValueFormatter(int this_year) : this_year_(this_year) {}
+
+  // The value of `field` by its type, in code page 1251; empty for an empty value,
+  // for a date that is none, and for types that have no value of their own. The
+  // view is good until the next call, or as long as `raw`.
+  [[nodiscard]] std::string_view Format(const TFieldInfo& field, std::string_view raw);
+
+ private:
+  [[nodiscard]] std::string_view Keep(std::string text);
+  [[nodiscard]] std::string_view Number(std::string_view raw);
+  [[nodiscard]] std::string_view DateText(std::string_view raw);
+  [[nodiscard]] std::string_view Escaped(std::string_view raw);
+
+  int this_year_;
+  std::string kept_;
+};
+
+// The parts of a composite value as elements of their own, each with its prefix as
+// an attribute; a multi-line field gets a frame of "Line" elements around them.
+[[nodiscard]] std::string StructuredValue(const TFieldInfo& field, std::string_view raw);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_XML_WRITE_VALUE_FORMAT_H_

@@ -1,0 +1,104 @@
+#include "services/numbering.h"
+
+#include <gtest/gtest.h>
+
+#include "support/environment_builder.h"
+
+namespace customsconv {
+namespace {
+
+struct Station : TestEnvironment {
+  explicit Station(std::string_view kord_ini = {}) : TestEnvironment(kord_ini) {
+    host.clock.Set({2026, 3, 17}, 12);  // day 46098
+  }
+  std::string Next(std::string_view series, bool four_digit_year = false) {
+    return NextRegNumber(series, four_digit_year, environment).str();
+  }
+};
+
+TEST(Numbering, CompactDates) {
+  EXPECT_EQ(CompactDate("17.03.2026", false), "170326");
+  EXPECT_EQ(CompactDate("2026-3/17", false), "26317");
+  EXPECT_EQ(CompactDate("17.03.2026", true), "17032026");
+  Station station;
+  for (const char* good : {"170326", "17036", "17032026", "010190", "210427"}) {
+    EXPECT_EQ(CheckCompactDate(good, station), good);
+  }
+  for (const char* bad : {"", "1703266", "311289", "220427", "300226", "17.326"}) {
+    EXPECT_EQ(CheckCompactDate(bad, station), "") << bad;
+  }
+}
+
+TEST(Numbering, NumbersByPatternAndCounters) {
+  const struct {
+    const char* what;
+    std::string series, pattern, ini, first, second;
+  } cases[] = {
+      {"counters at their start", "S", "%DNUM-%GNUM-%GNUM", "", "0000002-0000002-%GNUM",
+       "0000003-0000003-%GNUM"},
+      {"a new day", "S", "%DNUM-%GNUM",
+       "MinOrdNumber=7\n[S]\nLastDate=46097\nTodayOrdNumber=5\nTotalOrdNumber=9\n",
+       "0000007-0000010", "0000008-0000011"},
+      {"a new year", "S", "%GNUM", "MinOrdNumber=7\n[S]\nLastDate=46000\nTotalOrdNumber=90\n",
+       "0000007", "0000008"},
+      {"a new year that does not count", "S", "%GNUM",
+       "NewYearNumber=0\n[S]\nLastDate=46000\nTotalOrdNumber=90\n", "0000091", "0000092"},
+      {"the largest number", "S", "%GNUM", "MinOrdNumber=3\n[S]\nTotalOrdNumber=9999999\n",
+       "0000003", "0000004"},
+      {"one-digit years", "S", "%DATE", "[System]\nRegNumsYear2Digit=0\n", "17036", "17036"},
+      {"series with full years", "DUT", "%CODE.%DATE", "CustomHouseCode=10702020\n",
+       "10702020.17032026", "10702020.17032026"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    Station station("[Kord.ArmTI]\nRegNumStructure=" + c.pattern + "\n" + c.ini);
+    EXPECT_EQ(station.Next(c.series), c.first);
+    EXPECT_EQ(station.Next(c.series), c.second);
+  }
+  Station station;
+  EXPECT_EQ(station.Next("Kord.ArmTi"), "00000000/170326/0000002");
+  EXPECT_EQ(station.Next("Kord.ArmTi", true), "00000000/17032026/0000003");
+  EXPECT_EQ(station.host.files["C:\\PROG\\kord.ini"],  // no daily counter
+            "[Kord.ArmTi]\r\nLastDate=46098\r\nTotalOrdNumber=3\r\n");
+}
+
+TEST(Numbering, SharesACounterFileBetweenStations) {
+  Station station("[System]\nLastNumsFile=Nums/last.ini\\\n");
+  station.host.files["C:\\PROG\\Nums\\last.ini"] = "[S]\r\nTotalOrdNumber=41\r\n";
+  EXPECT_EQ(station.Next("S"), "00000000/170326/0000042");
+  station.host.files["C:\\PROG\\Nums\\last.ini"] = "[S]\r\nN=50\r\n";  // by others
+  EXPECT_EQ(NextCounter("S", "N", 1, 60, station), 51);
+  WriteCounter("S", "N", 60, station);
+  EXPECT_EQ(NextCounter("S", "N", 1, 60, station), 1);
+  EXPECT_EQ(ReadCounter("S", "N", 0, station), 1);
+  EXPECT_FALSE(station.config().SectionExists("S"));
+  station.config().SetBool("Kord", "SQLLastNum", true);  // then the main configuration counts
+  EXPECT_EQ(NextCounter("S", "N", 6, 60, station), 7);
+}
+
+TEST(Numbering, AsksBeforeItMakesTheSharedFile) {
+  for (const bool create : {false, true}) {
+    Station station("[System]\nLastNumsFile=last.ini\n");
+    station.host.dialogs.confirmations = {create};
+    EXPECT_EQ(ReadCounter("S", "N", 8, station), 8);  // asks nothing
+    EXPECT_EQ(NextCounter("S", "N", 1, 60, station), 2);
+    ASSERT_EQ(station.host.dialogs.log.size(), 1U);
+    EXPECT_EQ(station.host.dialogs.log[0],
+              "confirm: Не могу открыть файл общей нумерации деклараций\r\nC:\\PROG\\last.ini"
+              "\r\nСоздать новый файл и начать нумерацию с единицы?");
+    EXPECT_EQ(station.host.files.Has("C:\\PROG\\last.ini"), create);
+    EXPECT_EQ(station.config().ReadInteger("S", "N", 0), create ? 0 : 2);
+  }
+}
+
+TEST(Numbering, GivesNoNumberThatCouldNotBeStored) {
+  Station station("[S]\nTotalOrdNumber=5\nLastDate=46098\n");
+  station.host.files.SetReadOnly("C:\\PROG");
+  EXPECT_NE(ErrorOf([&] { (void)station.Next("S"); }), kNoError);
+  station.host.files.SetReadOnly("C:\\PROG", false);
+  // What others drew meanwhile is not overwritten by the change that failed.
+  station.host.files["C:\\PROG\\kord.ini"] = "[S]\r\nTotalOrdNumber=8\r\nLastDate=46098\r\n";
+  EXPECT_EQ(station.Next("S"), "00000000/170326/0000009");
+}
+
+}  // namespace
+}  // namespace customsconv
