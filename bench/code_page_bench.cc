@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 #include "declaration_file.h"
 #include "example_program.h"
 

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 #include "dbf/dbf_file.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"

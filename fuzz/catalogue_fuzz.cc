@@ -12,6 +12,7 @@
 #include "document/document.h"
 #include "support/catalogue_builder.h"
 #include "support/table_image.h"
+#include "tables/table_levels.h"
 
 namespace customsconv {
 namespace {
@@ -41,7 +42,7 @@ void Fill(TDocument& document) {
 void UseType(TDocInfo& info, TDocTypeList& types, TDbfCache& cache, Environment& environment) {
   try {
     const TBasis& basis = info.GetBasis(environment);
-    if (info.HasDbfName) info.LoadFromDbf("C:\\OUT\\", cache, environment);
+    if (info.HasDbfName) LoadFromDbf(info, "C:\\OUT\\", cache, environment);
     for (int i = 0; i < basis.Count(); ++i) {
       if (basis.IndexOfName(basis.Item(i).name) > i) __builtin_trap();
       (void)basis.TotalWidth(i);

@@ -47,7 +47,7 @@ constexpr const char* kCatalogue =
 // Made once: the program folder and its catalogue do not change from input to input.
 class World {
  public:
-  World() : types_((program_.Dcf(kCatalogue), "Kordwin.dcf"), /*all_files=*/false, program_) {}
+  World() : types_("Kordwin.dcf", /*all_files=*/false, program_) {}
 
   void Run(std::string_view bytes) {
     constexpr std::string_view kFile = "C:\\IN\\A.XML";
@@ -75,7 +75,7 @@ class World {
     }
   }
 
-  CatalogueWorld program_;
+  CatalogueWorld program_{kCatalogue};
   TDocTypeList types_;
 };
 

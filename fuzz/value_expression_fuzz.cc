@@ -15,11 +15,24 @@ namespace {
 using namespace customsconv;
 
 struct World {
-  CatalogueWorld program;
-  TDocTypeList types{"Kordwin.dcf", false,
-                     program.Dcf("[D.HEADER]\nMainBlock=TOVAR\nBlocksOnExtraPage=3\n[D.Fields]\n"
-                                 "A=C40\nB=40X2\nM=C250\nM.P=|PRE*|'X;0;N;\nM.Q=#Q;1;N;\n"
-                                 "M.R=R;2;N;\nTOVAR {\nG=C40\nDOCS {\nN=C5\n}\n}\n")};
+  CatalogueWorld program{R"([D.HEADER]
+MainBlock=TOVAR
+BlocksOnExtraPage=3
+[D.Fields]
+A=C40
+B=40X2
+M=C250
+M.P=|PRE*|'X;0;N;
+M.Q=#Q;1;N;
+M.R=R;2;N;
+TOVAR {
+  G=C40
+  DOCS {
+    N=C5
+  }
+}
+)"};
+  TDocTypeList types{"Kordwin.dcf", false, program};
 };
 
 void Evaluate(TDocument& document, std::string_view expression, std::string_view values) {

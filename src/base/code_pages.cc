@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "base/dos_code_page.h"
 #include "base/letter_case.h"
+#include "base/unicode.h"
 
 namespace customsconv {
 namespace {

@@ -38,8 +38,12 @@ consteval char Cp1251OfLiteral(char32_t code) {
 
 }  // namespace internal
 
-// A UTF-8 literal of the sources as code page 1251 bytes, converted while
-// compiling: a letter that the code page lacks does not compile.
+// Russian texts of the sources, which are UTF-8, as code page 1251 bytes:
+//
+//   throw Error(std::string("Не найден файл "_cp1251).append(name));
+//   if (SameTextRu(answer, "да"_cp1251)) …
+//
+// The conversion happens while compiling: a letter that the code page lacks does not compile.
 template <std::size_t N>
 struct Cp1251Literal {
   char bytes[N] = {};

@@ -1,3 +1,5 @@
+// The calendar is the standard library's; what is added is the count from day zero.
+
 #include "base/date_time.h"
 
 #include <chrono>

@@ -6,6 +6,13 @@
 
 namespace customsconv {
 
+// Days as numbers, as tables of counters and the clock have them:
+//
+//   const std::optional<Date> day = DateOf({2024, 2, 30});   // empty: no such day
+//   const bool new_year = DayOf(last).year != DayOf(today).year;
+//
+// Texts of dates are the matter of text/dates.h.
+
 // Whole days since 30 December 1899.
 using Date = std::int32_t;
 // The same with the time of day as a fraction.

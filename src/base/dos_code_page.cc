@@ -1,10 +1,7 @@
-// The family's own tables between code pages 866 and 1251.
+#include "base/dos_code_page.h"
 
-#include <algorithm>
 #include <array>
-#include <cstdint>
-
-#include "base/code_pages.h"
+#include <cstddef>
 
 namespace customsconv {
 namespace {

@@ -1,7 +1,10 @@
+// Russian messages are the system's own. English ones are those that host programs know from the
+// run-time library they were written for.
+
 #include "base/error.h"
 
-#include "base/code_pages.h"
 #include "base/cp1251_literal.h"
+#include "base/unicode.h"
 
 namespace customsconv {
 namespace {

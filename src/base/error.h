@@ -7,6 +7,14 @@
 
 namespace customsconv {
 
+// What is thrown here, one class for each cause that somebody treats apart from the others:
+//
+//   try {
+//     text = files.Read(name);
+//   } catch (const FileError& error) {
+//     if (error.kind() != FileError::Kind::kMissing) throw;
+//   }
+
 // What ends an operation. The message is code page 1251 text (`text()`), as the
 // host programs show it; `what()` gives the same message in UTF-8.
 class Error : public std::exception {

@@ -6,6 +6,14 @@
 
 namespace customsconv {
 
+// Letter case in code page 1251:
+//
+//   UpperCaseRu("ёлка"_cp1251)   "ЁЛКА"
+//   if (SameTextRu(code, "esadout")) …
+//   std::unordered_map<std::string, int, NoCaseHash, NoCaseEqual> types;
+//
+// All but UpperCaseLatin know the Russian letters. Comparing is by the upper-cased bytes.
+
 // Letter case in code page 1251: a-z, the 32 letters 0xE0-0xFF and "ё" have an
 // upper-case form; every other byte is its own.
 [[nodiscard]] constexpr char UpperCaseChar(char c) {

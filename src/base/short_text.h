@@ -5,18 +5,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
 namespace customsconv {
 
-// At most 255 bytes of code page 1251 text, stored in place: no allocation,
-// cheap to copy. What would grow past 255 bytes is cut there without a word;
-// where no text may be lost, use std::string.
+// At most 255 bytes of code page 1251 text, stored in place: no allocation, cheap to copy.
 //
-// The type of the exports' arguments, of file and folder names, of field keys
-// and of most texts that the mapping works on. Comparison is by bytes.
+//   ShortText path = folder;
+//   path += "DBRHEAD.DBF";            // what goes beyond 255 bytes is cut, without a word
+//   const std::string_view view = path;
+//
+// The type of the exports' arguments, of file and folder names, of field keys and of most texts
+// that the mapping works on. Where no text may be lost, use std::string. Comparison is by bytes.
 class ShortText {
  public:
   static constexpr std::size_t kMaxSize = 255;
@@ -75,6 +78,13 @@ class ShortText {
   std::uint8_t size_ = 0;
   char bytes_[kMaxSize];  // past size_: never read
 };
+
+// The parts one behind the other, cut at 255 bytes.
+[[nodiscard]] inline ShortText JoinShort(std::initializer_list<std::string_view> parts) {
+  ShortText joined;
+  for (const std::string_view part : parts) joined += part;
+  return joined;
+}
 
 // The first 255 bytes of `text`, without a copy: for functions that are defined
 // on short text and only look at it.

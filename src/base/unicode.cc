@@ -1,16 +1,14 @@
-// UTF-8 and UTF-16 to code page 1251 and back.
-//
-// A declaration file is markup in ASCII with Russian words between, so blocks
-// that hold nothing else take a quick way; the rest goes character by character.
+// A declaration file is markup in ASCII with Russian words between, so blocks that hold
+// nothing else take a quick way; the rest goes character by character.
+
+#include "base/unicode.h"
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <cstdint>
 
-#include "base/code_pages.h"
 #include "base/internal/cp1251_table.h"
 #include "base/internal/utf8_blocks.h"
+#include "base/internal/utf8_form.h"
 
 namespace customsconv {
 namespace {
@@ -103,30 +101,7 @@ bool ConvertByPieces(std::string_view utf8, Take take) {
   return true;
 }
 
-// UTF-8 form of a byte of code page 1251.
-struct Utf8Form {
-  std::array<char, 3> bytes;
-  unsigned char length;
-};
-
-constexpr std::array<Utf8Form, 256> kUtf8Forms = [] {
-  std::array<Utf8Form, 256> forms{};
-  for (unsigned i = 0; i < forms.size(); ++i) {
-    const unsigned c = internal::UnicodeOf1251(static_cast<unsigned char>(i));
-    if (c < 0x80) {
-      forms[i] = {{static_cast<char>(c), 0, 0}, 1};
-    } else if (c < 0x800) {
-      forms[i] = {{static_cast<char>(0xC0 | c >> 6), static_cast<char>(0x80 | (c & 0x3F)), 0}, 2};
-    } else {
-      forms[i] = {{static_cast<char>(0xE0 | c >> 12), static_cast<char>(0x80 | (c >> 6 & 0x3F)),
-                   static_cast<char>(0x80 | (c & 0x3F))},
-                  3};
-    }
-  }
-  return forms;
-}();
-
-const Utf8Form& Utf8FormOf(char c) { return kUtf8Forms[static_cast<unsigned char>(c)]; }
+constexpr internal::Utf8Forms kUtf8Forms = internal::MakeUtf8Forms(internal::UnicodeOf1251);
 
 }  // namespace
 
@@ -149,7 +124,7 @@ bool WinFromUtf8InPlace(std::string& text, std::size_t start) {
 
 std::string Utf8FromWin(std::string_view win) {
   std::size_t size = 0;
-  for (const char c : win) size += Utf8FormOf(c).length;
+  for (const char c : win) size += kUtf8Forms[static_cast<unsigned char>(c)].length;
   std::string utf8;
   utf8.reserve(size);
   AppendUtf8FromWin(utf8, win);
@@ -157,19 +132,7 @@ std::string Utf8FromWin(std::string_view win) {
 }
 
 void AppendUtf8FromWin(std::string& utf8, std::string_view win) {
-  constexpr std::size_t kChars = 256;
-  // One place more than needed: every form is copied as three bytes.
-  std::array<char, 3 * (kChars + 1)> piece;
-  while (!win.empty()) {
-    char* to = piece.data();
-    for (const char c : win.substr(0, kChars)) {
-      const Utf8Form& form = Utf8FormOf(c);
-      std::copy_n(form.bytes.begin(), form.bytes.size(), to);
-      to += form.length;
-    }
-    utf8.append(piece.data(), static_cast<std::size_t>(to - piece.data()));
-    win.remove_prefix(std::min(win.size(), kChars));
-  }
+  internal::AppendForms(utf8, win, kUtf8Forms);
 }
 
 std::string WinFromUtf16(std::string_view utf16) {

@@ -95,6 +95,11 @@ int TBasis::IndexOfName(std::string_view name) const {
   return found == items_.end() ? -1 : static_cast<int>(found - items_.begin());
 }
 
+int TBasis::IndexOfBlock(std::string_view name) const {
+  const int position = IndexOfName(name);
+  return position >= 0 && Item(position).is_block ? position : -1;
+}
+
 const TFieldInfo& TBasis::FieldByName(std::string_view name) const {
   const int position = IndexOfName(name);
   assert(position >= 0);
@@ -138,7 +143,8 @@ void TBasis::Reindex() {
     checksum_ = UpdateCrc(checksum_, item.name);
     names_.Add(item.name, i);
     StripPrefixes(item.xml_path, stripped);
-    xml_paths_.Add(CutToShort(stripped), i);
+    // What is looked up is cut at 255 bytes: a longer path is never found.
+    if (stripped.size() <= ShortText::kMaxSize) xml_paths_.Add(stripped, i);
   }
   indexed_ = true;
 }

@@ -40,12 +40,15 @@ class TBasis {
   // Position or -1. Without regard to letter case once the level is indexed (the first
   // position wins among equal names), then in constant time; exact and linear before.
   [[nodiscard]] int IndexOfName(std::string_view name) const;
+  // The same for the name of a block: -1 also when a field has the name.
+  [[nodiscard]] int IndexOfBlock(std::string_view name) const;
+  [[nodiscard]] bool HasBlock(std::string_view name) const { return IndexOfBlock(name) >= 0; }
   // The caller knows that the name exists.
   [[nodiscard]] const TFieldInfo& FieldByName(std::string_view name) const;
-  // The first field whose XML path without its namespace prefixes equals `path`
-  // without regard to letter case (both cut at 255 bytes); -1 when there is none. An
-  // empty path finds the first field that has no XML path. Constant time; finds nothing
-  // before the level is indexed.
+  // The first field whose XML path without its namespace prefixes equals `path` without regard to
+  // letter case; -1 when there is none. `path` is cut at 255 bytes, so a field with a longer path
+  // is never found. An empty path finds the first field that has no XML path. Constant time;
+  // finds nothing before the level is indexed.
   [[nodiscard]] int IndexOfXmlPath(std::string_view path) const;
   // The deepest level reached by walking the "\"-separated path of block names; record
   // numbers and empty parts are skipped.

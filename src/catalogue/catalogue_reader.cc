@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <unordered_map>
 
-#include "base/code_pages.h"
 #include "base/cp1251_literal.h"
+#include "base/dos_code_page.h"
 #include "base/letter_case.h"
 #include "base/short_text.h"
 #include "catalogue/header_keys.h"
@@ -126,8 +126,8 @@ bool CatalogueReader::StartType(std::string_view section_line) {
   if (same == nullptr) {
     current_ = &types_.Add(std::move(info));
   } else {
-    // Its code differs by letter case alone: the catalogue does not take it, its lines are
-    // read (and found fault with) all the same.
+    // Its code differs by letter case alone: the catalogue does not take it. Its lines are read,
+    // so that a wrong one is an error here, too.
     left_out_ = std::move(info);
     current_ = left_out_.get();
   }

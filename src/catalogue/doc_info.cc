@@ -3,7 +3,6 @@
 #include "base/cp1251_literal.h"
 #include "base/error.h"
 #include "base/letter_case.h"
-#include "catalogue/files_reader.h"
 #include "catalogue/type_sections.h"
 #include "config/configuration.h"
 #include "text/blanks.h"
@@ -14,7 +13,6 @@ namespace customsconv {
 namespace {
 
 constexpr CharSet kRootNameDelimiters(" <");
-constexpr int kMainBlockIds = 1000;
 
 // The settings themselves steer the editor alone; a type without any must fail here, though.
 void ReadFillSettings(const std::string& code, Environment& environment) {
@@ -40,7 +38,7 @@ std::uint16_t TDocProtect::FieldIdByName(std::string_view name) const {
   if (at_top >= 0) return static_cast<std::uint16_t>(at_top + 1);
   const int in_main_block = main_basis_->IndexOfName(name);
   return in_main_block < 0 ? std::uint16_t{0}
-                           : static_cast<std::uint16_t>(kMainBlockIds + in_main_block);
+                           : static_cast<std::uint16_t>(kFirstMainBlockId + in_main_block);
 }
 
 TBasis& TDocInfo::GetBasis(Environment& environment) {
@@ -48,12 +46,7 @@ TBasis& TDocInfo::GetBasis(Environment& environment) {
   return *basis_;
 }
 
-void TDocInfo::LoadFromDbf(std::string_view folder, TDbfCache& cache, Environment& environment) {
-  auto* const basis = dynamic_cast<TDbfBasis*>(&GetBasis(environment));
-  if (basis == nullptr) {
-    throw Error(std::string("Документ не описан как набор таблиц: "_cp1251) + Code);
-  }
-  LoadTableLevels(*basis, folder, cache, environment.host.dialogs);
+void TDocInfo::LevelsChanged() {
   if (numbering_ != nullptr) numbering_->FindMainBasis();
 }
 

@@ -13,11 +13,12 @@
 
 namespace customsconv {
 
-class TDbfCache;
 class TDocInfo;
 
-// The field numbering of a type: top-level fields count from 1, fields of the
-// main block from 1000.
+// Field identifiers: top-level fields count from 1, fields of the main block from here.
+inline constexpr int kFirstMainBlockId = 1000;
+
+// The field identifiers of a type.
 class TDocProtect {
  public:
   // Reads the editor's fill settings of a type that is not a table set: from the
@@ -74,11 +75,8 @@ class TDocInfo {
   // call. Throws Error with file and section in its text; the next call then tries again.
   // A table-set type gives a TDbfBasis, without fields until LoadFromDbf.
   [[nodiscard]] TBasis& GetBasis(Environment& environment);
-  // Rebuilds a table-set type's levels from the table headers in `folder` (with closing
-  // separator); tables that cannot be opened are listed in one warning. The levels that were
-  // there are gone, and with them what documents of the type refer to. Throws Error when
-  // the catalogue does not describe the type by tables.
-  void LoadFromDbf(std::string_view folder, TDbfCache& cache, Environment& environment);
+  // To be told by whoever rebuilt the levels of a table-set type.
+  void LevelsChanged();
   // Built with the first document of the type.
   [[nodiscard]] const TDocProtect& Numbering(Environment& environment);
 

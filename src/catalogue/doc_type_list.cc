@@ -1,6 +1,7 @@
 #include "catalogue/doc_type_list.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -10,8 +11,9 @@
 #include "catalogue/catalogue_reader.h"
 #include "catalogue/type_collection.h"
 #include "config/configuration.h"
-#include "services/file_names.h"
 #include "text/char_set.h"
+#include "text/file_names.h"
+#include "text/numbers.h"
 #include "text/words.h"
 
 namespace customsconv {
@@ -82,6 +84,20 @@ TDocInfo& TDocTypeList::GetDocInfo(std::string_view code) const {
   const int index = IndexOf(code);
   if (index < 0) throw Error(std::string("Не описан документ "_cp1251).append(code));
   return Item(index);
+}
+
+TDocInfo* TDocTypeList::TableSetOf(std::string_view table) const {
+  TDocInfo* taken = nullptr;
+  double taken_number = 0;
+  for (const std::unique_ptr<TDocInfo>& type : types_) {
+    if (!type->HasDbfName || !SameTextRu(type->DbfName, table)) continue;
+    const double number = std::nearbyint(NumberFromText(type->ShortName));
+    if (number > taken_number || taken_number <= 0) {
+      taken = type.get();
+      taken_number = number;
+    }
+  }
+  return taken;
 }
 
 }  // namespace customsconv

@@ -30,6 +30,9 @@ class TDocTypeList {
   [[nodiscard]] int IndexOf(std::string_view code) const { return codes_.Find(code); }
   // Throws Error "Не описан документ " + code.
   [[nodiscard]] TDocInfo& GetDocInfo(std::string_view code) const;
+  // The type stored in that head table (any letter case); among several the one whose short name
+  // holds the largest number, so that a newer format wins. Null when there is none.
+  [[nodiscard]] TDocInfo* TableSetOf(std::string_view table) const;
 
  private:
   std::vector<std::unique_ptr<TDocInfo>> types_;

@@ -38,7 +38,7 @@ struct TFieldInfo {
   std::int16_t width = 0;  // characters, per line for multi-line fields
   std::int16_t lines = 1;
   std::uint8_t decimals = 0;
-  std::uint16_t table_width = 0;  // of a table's field: its bytes in a row
+  std::uint16_t table_width = 0;          // of a table's field: its bytes in a row
   std::vector<std::uint8_t> line_widths;  // of a field given as a list of widths
   std::uint8_t seq = 0;
   std::uint8_t prnt = 0;

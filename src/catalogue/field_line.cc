@@ -16,7 +16,7 @@ namespace customsconv {
 namespace {
 
 constexpr CharSet kNameDelimiters(" =");
-constexpr CharSet kSpecificationDelimiters(" |");
+constexpr CharSet kFormatDelimiters(" |");
 constexpr CharSet kListDelimiters(",");
 constexpr CharSet kPartDelimiters(";");
 constexpr std::string_view kCaptionMark = " |";
@@ -32,8 +32,6 @@ std::string_view Before(std::string_view text, std::size_t position) {
 std::string_view After(std::string_view text, std::size_t position) {
   return position == std::string_view::npos ? std::string_view{} : text.substr(position + 1);
 }
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Numbers of the catalogue that do not fit keep their low bits.
 std::uint8_t ByteOf(std::string_view number) { return static_cast<std::uint8_t>(IntOr(number, 0)); }
@@ -129,9 +127,9 @@ FieldLine ParseFieldLine(std::string_view line, NameCase name_case) {
   TakeFieldAttributes(caption, field);
   field.caption = Trim(caption);
 
-  // The blanks of a part's specification belong to its prefix.
+  // The blanks of a part's format belong to its prefix.
   if (!result.IsPart()) rest = TrimBlanks(rest);
-  result.specification = UpperCaseLatin(rest);
+  result.format = UpperCaseLatin(rest);
   return result;
 }
 
@@ -145,32 +143,32 @@ TFieldInfo ParseBlockLine(std::string_view line) {
   return block;
 }
 
-void ApplySpecification(std::string_view specification, TFieldInfo& field) {
-  const std::size_t times = specification.find('X');
+void ApplyFormat(std::string_view format, TFieldInfo& field) {
+  const std::size_t times = format.find('X');
   if (times != std::string_view::npos) {
-    const std::string_view lines = After(specification, times);
+    const std::string_view lines = After(format, times);
     field.lines = WidthOf(IntOr(Before(lines, lines.find('X')), 1));
-    specification = Before(specification, times);
+    format = Before(format, times);
   }
-  if (specification.find(',') != std::string_view::npos) {
-    ApplyWidthList(specification, field);
+  if (format.find(',') != std::string_view::npos) {
+    ApplyWidthList(format, field);
     return;
   }
-  ApplyTypeAndWidth(ExtractWord(1, specification, kSpecificationDelimiters), field);
+  ApplyTypeAndWidth(ExtractWord(1, format, kFormatDelimiters), field);
   if (field.seq > 0 && field.decimals == 0) {
-    field.decimals = ByteOf(ExtractWord(2, specification, kSpecificationDelimiters));
+    field.decimals = ByteOf(ExtractWord(2, format, kFormatDelimiters));
   }
 }
 
-TSubField ParseSubField(std::string_view specification, const TFieldInfo& field) {
-  const auto number = ParseInt(ExtractWord(2, specification, kPartDelimiters));
+TSubField ParseSubField(std::string_view format, const TFieldInfo& field) {
+  const auto number = ParseInt(ExtractWord(2, format, kPartDelimiters));
   if (!number) throw Error(std::string("Неверный формат префикса "_cp1251) + field.name);
   TSubField part;
-  part.prefix = ReplaceChar(UpperCaseRu(ExtractWord(1, specification, kPartDelimiters)), '#', '\r');
+  part.prefix = ReplaceChar(UpperCaseRu(ExtractWord(1, format, kPartDelimiters)), '#', '\r');
   part.number = static_cast<std::uint8_t>(*number);
-  part.ref_name = UpperCaseRu(ExtractWord(3, specification, kPartDelimiters));
+  part.ref_name = UpperCaseRu(ExtractWord(3, format, kPartDelimiters));
   part.ref_number = ByteOf(DigitsAtEnd(part.ref_name));
-  part.flag = !ExtractWord(4, specification, kPartDelimiters).empty();
+  part.flag = !ExtractWord(4, format, kPartDelimiters).empty();
   part.full_name = field.name;
   part.caption = field.caption;
   return part;

@@ -25,7 +25,8 @@ std::string CommentCaption(std::string_view line) {
 // stack, because the file chooses how deep blocks nest.
 class SectionReader {
  public:
-  SectionReader(const FieldsFormat& format, Dialogs& dialogs) : format_(format), dialogs_(dialogs) {
+  SectionReader(const FieldsOptions& options, Dialogs& dialogs)
+      : options_(options), dialogs_(dialogs) {
     Open({});
   }
 
@@ -41,7 +42,7 @@ class SectionReader {
     } else if (Holds(line, '{') && !Holds(line, '}')) {
       OpenBlock(line, Trim(line.substr(0, line.find('{'))));
     } else if (line.starts_with(kMainBlockLine)) {
-      OpenBlock(line, format_.main_block);
+      OpenBlock(line, options_.main_block);
     } else {
       AddField(line);
     }
@@ -75,7 +76,7 @@ class SectionReader {
 
   void OpenBlock(std::string_view line, std::string_view name) {
     TFieldInfo entry = ParseBlockLine(line);
-    entry.name = NameInCase(name, format_.name_case);
+    entry.name = NameInCase(name, options_.name_case);
     TakePendingCaption(entry);
     Open(std::move(entry));
     levels_.back().basis->key_fields = kBlockKey;
@@ -92,15 +93,15 @@ class SectionReader {
   }
 
   void AddField(std::string_view text) {
-    FieldLine line = ParseFieldLine(text, format_.name_case);
+    FieldLine line = ParseFieldLine(text, options_.name_case);
     TakePendingCaption(line.field);
     if (line.IsPart()) {
       line.field.type = 'V';
       AddPart(line);
-    } else if (line.specification.empty()) {
+    } else if (line.format.empty()) {
       dialogs_.Message(std::string("Не указана длина поля "_cp1251) + line.field.name);
     } else {
-      ApplySpecification(line.specification, line.field);
+      ApplyFormat(line.format, line.field);
     }
     levels_.back().basis->Append(std::move(line.field));
   }
@@ -114,7 +115,7 @@ class SectionReader {
     TFieldInfo& parent = basis.MutableItem(position);
     if (parent.type == 'C' || parent.type == ' ') parent.type = 'M';
     line.field.part = static_cast<int>(parent.sub_fields.size());
-    parent.sub_fields.push_back(ParseSubField(line.specification, line.field));
+    parent.sub_fields.push_back(ParseSubField(line.format, line.field));
   }
 
   [[nodiscard]] int PositionOf(const std::string& name) {
@@ -131,7 +132,7 @@ class SectionReader {
     pending_caption_.clear();
   }
 
-  const FieldsFormat& format_;
+  const FieldsOptions& options_;
   Dialogs& dialogs_;
   std::vector<Level> levels_;
   std::string pending_caption_;
@@ -139,9 +140,9 @@ class SectionReader {
 
 }  // namespace
 
-std::unique_ptr<TBasis> ReadFieldsSection(TReadStream& stream, const FieldsFormat& format,
+std::unique_ptr<TBasis> ReadFieldsSection(TReadStream& stream, const FieldsOptions& options,
                                           Dialogs& dialogs) {
-  SectionReader reader(format, dialogs);
+  SectionReader reader(options, dialogs);
   std::string line;
   while (!stream.AtEnd()) {
     stream.ReadLnLong(line);

@@ -12,16 +12,16 @@
 namespace customsconv {
 
 // How a type wants its Fields section read.
-struct FieldsFormat {
+struct FieldsOptions {
   NameCase name_case = NameCase::kUpper;
   std::string main_block;  // name of the block that a "&&BLOCK" line opens
 };
 
 // Reads a Fields section from the line behind its section line on; blocks may nest to any
-// depth. A field without a specification is shown as a message and kept. Throws Error for
+// depth. A field without a format is shown as a message and kept. Throws Error for
 // a line that cannot be understood.
 [[nodiscard]] std::unique_ptr<TBasis> ReadFieldsSection(TReadStream& stream,
-                                                        const FieldsFormat& format,
+                                                        const FieldsOptions& options,
                                                         Dialogs& dialogs);
 
 }  // namespace customsconv

@@ -5,9 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/basis.h"
-#include "dbf/dbf_cache.h"
-#include "platform/dialogs.h"
 #include "streams/read_stream.h"
 
 namespace customsconv {
@@ -25,11 +22,6 @@ struct FilesLine {
   std::string link_fields;
 };
 [[nodiscard]] FilesLine ParseFilesLine(std::string_view line);
-
-// Rebuilds the levels of a table set from the headers of the tables in `folder` (with closing
-// separator), by the lines in top.file_list. A block whose table cannot be opened is left out
-// with all below it. Shows one warning that lists the tables which cannot be opened.
-void LoadTableLevels(TDbfBasis& top, std::string_view folder, TDbfCache& cache, Dialogs& dialogs);
 
 }  // namespace customsconv
 

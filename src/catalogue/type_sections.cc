@@ -87,10 +87,10 @@ std::unique_ptr<TBasis> ReadFields(SectionFile& file, const std::string& section
   if (!file.GoToFields(section, info.Places.fields)) {
     throw Error(std::string("Не найдена секция: "_cp1251) + section);
   }
-  FieldsFormat format;
-  format.name_case = info.XmlType.empty() ? NameCase::kUpper : NameCase::kAsWritten;
-  format.main_block = info.MainBlock.empty() ? kDefaultMainBlock : info.MainBlock;
-  return ReadFieldsSection(file.stream(), format, dialogs);
+  FieldsOptions options;
+  options.name_case = info.XmlType.empty() ? NameCase::kUpper : NameCase::kAsWritten;
+  options.main_block = info.MainBlock.empty() ? kDefaultMainBlock : info.MainBlock;
+  return ReadFieldsSection(file.stream(), options, dialogs);
 }
 
 // Position of the field counted from 1, 0 when there is none.

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "base/code_pages.h"
-#include "services/file_names.h"
+#include "base/unicode.h"
+#include "text/file_names.h"
 
 namespace customsconv::cli {
 namespace {

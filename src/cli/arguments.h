@@ -16,8 +16,8 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// A path of the command line (UTF-8) as the library takes it: code page 1251, at
-// most 255 bytes. Throws UsageError for a path that is no such text.
+// A path of the command line (UTF-8) as the library takes it: code page 1251, at most 255 bytes.
+// Throws UsageError for a path that is no such text.
 [[nodiscard]] ShortText FileArgument(std::string_view utf8);
 [[nodiscard]] std::vector<ShortText> FileArguments(const std::vector<std::string>& utf8);
 // The same with a closing separator.

@@ -1,12 +1,14 @@
+#include "cli/catalogue_command.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <vector>
 
-#include "base/code_pages.h"
 #include "base/error.h"
+#include "base/unicode.h"
 #include "cli/arguments.h"
-#include "cli/command.h"
 #include "entry/start_up.h"
+#include "tables/table_levels.h"
 
 namespace customsconv::cli {
 namespace {
@@ -24,7 +26,8 @@ struct OpenLevel {
 };
 
 std::string FieldType(const TFieldInfo& field) {
-  std::string type(1, field.type == ' ' ? '-' : field.type);
+  const char letter = field.type == ' ' ? '-' : field.type;
+  std::string type = Utf8FromWin({&letter, 1});
   type += " " + std::to_string(field.width);
   if (field.decimals > 0) type += "." + std::to_string(field.decimals);
   if (field.lines > 1) type += " x" + std::to_string(field.lines);
@@ -46,7 +49,7 @@ class CatalogueView {
     TDocInfo& type = state_.types().GetDocInfo(WinArgument(options.code));
     TDbfCache tables(context_.host);
     if (type.HasDbfName && !options.tables.empty()) {
-      type.LoadFromDbf(FolderArgument(options.tables), tables, state_.environment());
+      LoadFromDbf(type, FolderArgument(options.tables), tables, state_.environment());
     }
     const TBasis& basis = type.GetBasis(state_.environment());
     if (context_.json) {
@@ -62,8 +65,7 @@ class CatalogueView {
  private:
   void BeginJson(std::string_view member) {
     json_.BeginObject();
-    json_.Key(member);
-    json_.BeginArray();
+    json_.Key(member).BeginArray();
   }
 
   void EndJson() {
@@ -79,13 +81,13 @@ class CatalogueView {
       return;
     }
     json_.BeginObject();
-    Member("code", type.Code);
-    Member("short_name", type.ShortName);
-    Member("full_name", type.FullName);
-    Member("main_block", type.MainBlock);
-    Member("table", type.DbfName);
-    Member("root", type.XmlDocName());
-    Member("file", type.FileName);
+    json_.Key("code").WinText(type.Code);
+    json_.Key("short_name").WinText(type.ShortName);
+    json_.Key("full_name").WinText(type.FullName);
+    json_.Key("main_block").WinText(type.MainBlock);
+    json_.Key("table").WinText(type.DbfName);
+    json_.Key("root").WinText(type.XmlDocName());
+    json_.Key("file").WinText(type.FileName);
     json_.EndObject();
   }
 
@@ -118,41 +120,24 @@ class CatalogueView {
       return;
     }
     json_.BeginObject();
-    Member("name", field.name);
-    Member("caption", field.caption);
-    Member("xml_path", field.xml_path);
+    json_.Key("name").WinText(field.name);
+    json_.Key("caption").WinText(field.caption);
+    json_.Key("xml_path").WinText(field.xml_path);
     if (field.is_block && field.block != nullptr) {
-      json_.Key("block");
-      json_.BeginArray();
+      json_.Key("block").BeginArray();
       return;  // closed behind the block's own fields
     }
-    Member("type", std::string_view(&field.type, 1));
-    json_.Key("width");
-    json_.Number(field.width);
-    json_.Key("lines");
-    json_.Number(field.lines);
-    json_.Key("decimals");
-    json_.Number(field.decimals);
+    json_.Key("type").WinText(std::string_view(&field.type, 1));
+    json_.Key("width").Number(field.width);
+    json_.Key("lines").Number(field.lines);
+    json_.Key("decimals").Number(field.decimals);
     json_.EndObject();
-  }
-
-  void Member(std::string_view name, std::string_view value_1251) {
-    json_.Key(name);
-    json_.WinText(value_1251);
   }
 
   CommandContext& context_;
   StartUpState& state_;
   JsonWriter json_;
 };
-
-// A failure is a JSON result, too.
-void FinishFailure(CommandContext& context, std::string_view error_1251) {
-  if (!context.json) return;
-  JsonWriter json(context.output);
-  json.BeginObject();
-  FinishJson(json, context.dialogs, error_1251);
-}
 
 ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& context) {
   try {
@@ -184,8 +169,7 @@ void AddCatalogueCommand(CLI::App& app, Command& chosen) {
   CLI::App* list = command->add_subcommand("list", "The types, their tables and files");
   CLI::App* show = command->add_subcommand("show", "The fields of one type");
   for (CLI::App* action : {list, show}) {
-    action->add_option("--program", options->program, "program folder (kord.ini, Data\\*.dcf)")
-        ->required();
+    AddProgramOption(*action, options->program);
     action->callback([options, &chosen] {
       chosen = [options](CommandContext& context) { return ShowCatalogue(*options, context); };
     });

@@ -1,10 +1,16 @@
 #include "cli/command.h"
 
-#include "base/code_pages.h"
+#include <CLI/CLI.hpp>
+
+#include "base/unicode.h"
 #include "cli/arguments.h"
 #include "entry/start_up.h"
 
 namespace customsconv::cli {
+
+void AddProgramOption(CLI::App& command, std::string& folder) {
+  command.add_option("--program", folder, "program folder (kord.ini, Data\\*.dcf)")->required();
+}
 
 bool StartProgram(std::string_view program_folder, StartUpState& state, CommandContext& context) {
   const ShortText program = FolderArgument(program_folder);
@@ -15,23 +21,26 @@ bool StartProgram(std::string_view program_folder, StartUpState& state, CommandC
 }
 
 void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error_1251) {
-  json.Key("messages");
-  json.BeginArray();
+  json.Key("messages").BeginArray();
   for (const TerminalDialogs::Shown& shown : dialogs.shown()) {
     json.BeginObject();
-    json.Key("kind");
-    json.Text(shown.kind);
-    json.Key("text");
-    json.Text(shown.text);
+    json.Key("kind").Text(shown.kind);
+    json.Key("text").Text(shown.text);
     json.EndObject();
   }
   json.EndArray();
   if (!error_1251.empty()) {
-    json.Key("error");
-    json.WinText(error_1251);
+    json.Key("error").WinText(error_1251);
   }
   json.EndObject();
   json.Finish();
+}
+
+void FinishFailure(CommandContext& context, std::string_view error_1251) {
+  if (!context.json) return;
+  JsonWriter json(context.output);
+  json.BeginObject();
+  FinishJson(json, context.dialogs, error_1251);
 }
 
 void TellError(CommandContext& context, std::string_view text_1251) {

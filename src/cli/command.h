@@ -2,9 +2,9 @@
 #define CUSTOMSCONV_CLI_COMMAND_H_
 
 #include <functional>
+#include <string>
 #include <string_view>
 
-#include "cli/exit_status.h"
 #include "cli/json_writer.h"
 #include "cli/output.h"
 #include "cli/terminal_dialogs.h"
@@ -20,6 +20,23 @@ class StartUpState;
 
 namespace customsconv::cli {
 
+// A subcommand is one source of this folder with its header: a function that adds its options to
+// the parser and one that does the work with what the options hold.
+//
+//   void AddDumpCommand(CLI::App& app, Command& chosen) {
+//     const auto options = std::make_shared<DumpOptions>();
+//     CLI::App* command = app.add_subcommand("dump", "Show every document …");
+//     AddProgramOption(*command, options->program);
+//     command->callback([options, &chosen] {
+//       chosen = [options](CommandContext& context) { return Dump(*options, context); };
+//     });
+//   }
+//
+// Results go to the result stream of the output and nothing else does; with --json they are one
+// JSON object, which ends as FinishJson ends it, also after an error. What people need to know
+// goes to the remark stream. A command throws UsageError before it touches anything, and asks
+// StopIfInterrupted where nothing is half done.
+
 // What a subcommand works with. Borrowed.
 struct CommandContext {
   Host& host;
@@ -31,14 +48,8 @@ struct CommandContext {
 // Runs the subcommand that the arguments chose.
 using Command = std::function<ExitStatus(CommandContext&)>;
 
-// Each adds one subcommand with its options to `app`; when the arguments choose it,
-// `chosen` becomes what runs it.
-void AddCatalogueCommand(CLI::App& app, Command& chosen);
-void AddConvertCommand(CLI::App& app, Command& chosen);
-void AddDumpCommand(CLI::App& app, Command& chosen);
-void AddExportCommand(CLI::App& app, Command& chosen);
-void AddTablesCommand(CLI::App& app, Command& chosen);
-void AddValidateCommand(CLI::App& app, Command& chosen);
+// The option of all commands that read documents or types; `folder` becomes what it names.
+void AddProgramOption(CLI::App& command, std::string& folder);
 
 // Loads configuration and catalogue of the program folder (UTF-8). False, and the
 // cause is told, when the catalogue cannot be loaded. Throws Error when kord.ini is missing.
@@ -48,6 +59,9 @@ void AddValidateCommand(CLI::App& app, Command& chosen);
 // Closes the object of a JSON result, as all end: "messages" and, when there is an error (code
 // page 1251), "error".
 void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error_1251 = {});
+
+// The whole JSON result of a command that failed before it printed any; without --json nothing.
+void FinishFailure(CommandContext& context, std::string_view error_1251);
 
 // Tells an error of the library on the remark stream ("error: TEXT"). The text is code page 1251.
 void TellError(CommandContext& context, std::string_view text_1251);

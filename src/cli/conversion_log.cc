@@ -1,6 +1,8 @@
+// The words and the layout of what "customsconv convert" prints.
+
 #include "cli/conversion_log.h"
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 #include "cli/interrupt.h"
 
 namespace customsconv::cli {
@@ -54,8 +56,7 @@ ConversionLog::ConversionLog(CommandContext& context, std::string rules_file, bo
       files_(files) {
   if (!context_.json) return;
   json_.BeginObject();
-  json_.Key("files");
-  json_.BeginArray();
+  json_.Key("files").BeginArray();
 }
 
 void ConversionLog::BeginFile(const std::string& file) {
@@ -66,11 +67,9 @@ void ConversionLog::BeginFile(const std::string& file) {
   if (files_ > 1) ShowProgress();
   if (!context_.json) return;
   json_.BeginObject();
-  json_.Key("file");
-  json_.Text(file);
+  json_.Key("file").Text(file);
   if (!explain_) return;
-  json_.Key("explain");
-  json_.BeginArray();
+  json_.Key("explain").BeginArray();
 }
 
 void ConversionLog::EndFile(std::string_view error) {
@@ -87,8 +86,7 @@ void ConversionLog::EndFile(std::string_view error) {
 void ConversionLog::Finish(bool result, std::string_view error_1251) {
   if (!context_.json) return;
   json_.EndArray();
-  json_.Key("result");
-  json_.Bool(result);
+  json_.Key("result").Bool(result);
   FinishJson(json_, context_.dialogs, error_1251);
 }
 
@@ -151,46 +149,30 @@ void ConversionLog::WriteText() {
 }
 
 void ConversionLog::WriteJson() {
-  const auto document = [&](const std::string& kind, int occurrence) {
+  json_.Key("number").Text(log_.number);
+  json_.Key("converted").BeginArray();
+  for (const FileLog::Converted& document : log_.converted) {
     json_.BeginObject();
-    json_.Key("kind");
-    json_.Text(kind);
-    json_.Key("occurrence");
-    json_.Number(occurrence);
-  };
-  json_.Key("number");
-  json_.Text(log_.number);
-  json_.Key("converted");
-  json_.BeginArray();
-  for (const FileLog::Converted& converted : log_.converted) {
-    document(converted.kind, converted.occurrence);
-    json_.Key("section_line");
-    json_.Number(converted.section_line);
-    json_.Key("table");
-    json_.Text(converted.table);
+    json_.Key("kind").Text(document.kind);
+    json_.Key("occurrence").Number(document.occurrence);
+    json_.Key("section_line").Number(document.section_line);
+    json_.Key("table").Text(document.table);
     json_.EndObject();
   }
   json_.EndArray();
-  json_.Key("skipped");
-  json_.BeginArray();
-  for (const FileLog::Skipped& skipped : log_.skipped) {
-    document(skipped.kind, skipped.occurrence);
-    json_.Key("reason");
-    json_.Text(skipped.reason);
+  json_.Key("skipped").BeginArray();
+  for (const FileLog::Skipped& document : log_.skipped) {
+    json_.BeginObject();
+    json_.Key("kind").Text(document.kind);
+    json_.Key("occurrence").Number(document.occurrence);
+    json_.Key("reason").Text(document.reason);
     json_.EndObject();
   }
   json_.EndArray();
-  json_.Key("rows_added");
-  json_.BeginObject();
-  for (const auto& [table, rows] : log_.rows_added) {
-    json_.Key(table);
-    json_.Number(rows);
-  }
+  json_.Key("rows_added").BeginObject();
+  for (const auto& [table, rows] : log_.rows_added) json_.Key(table).Number(rows);
   json_.EndObject();
-  if (!log_.error.empty()) {
-    json_.Key("error");
-    json_.Text(log_.error);
-  }
+  if (!log_.error.empty()) json_.Key("error").Text(log_.error);
   json_.EndObject();
 }
 
@@ -211,24 +193,16 @@ void ConversionLog::ExplainText(const LineReport& report) {
 
 void ConversionLog::ExplainJson(const LineReport& report) {
   json_.BeginObject();
-  json_.Key("line");
-  json_.Number(report.rule_line + 1);
-  const std::pair<std::string_view, std::string_view> members[] = {
-      {"source_path", report.source_path},
-      {"expression", report.expression},
-      {"value", report.value},
-      {"table", report.target_table},
-      {"field", report.target_field},
-      {"outcome", OutcomeText(report.outcome)}};
-  for (const auto& [name, value] : members) {
-    json_.Key(name);
-    json_.WinText(value);
-  }
+  json_.Key("line").Number(report.rule_line + 1);
+  json_.Key("source_path").WinText(report.source_path);
+  json_.Key("expression").WinText(report.expression);
+  json_.Key("value").WinText(report.value);
+  json_.Key("table").WinText(report.target_table);
+  json_.Key("field").WinText(report.target_field);
+  json_.Key("outcome").Text(OutcomeText(report.outcome));
   if (report.outcome == LineOutcome::kCut) {
-    json_.Key("cut_from");
-    json_.Number(static_cast<std::int64_t>(report.length));
-    json_.Key("cut_to");
-    json_.Number(static_cast<std::int64_t>(report.width));
+    json_.Key("cut_from").Number(static_cast<std::int64_t>(report.length));
+    json_.Key("cut_to").Number(static_cast<std::int64_t>(report.width));
   }
   json_.EndObject();
 }

@@ -1,3 +1,5 @@
+#include "cli/convert_command.h"
+
 #include <CLI/CLI.hpp>
 #include <map>
 #include <memory>
@@ -5,7 +7,6 @@
 
 #include "base/error.h"
 #include "cli/arguments.h"
-#include "cli/command.h"
 #include "cli/conversion_log.h"
 #include "cli/interrupt.h"
 #include "entry/library.h"
@@ -43,7 +44,7 @@ struct ConvertArguments {
   std::vector<ShortText> files;
 };
 
-// Converts one file after the other; a file that fails does not keep the others from their turn.
+// Converts one file after the other, also those behind a file that fails.
 bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& arguments,
                   Library& library, ConversionLog& log) {
   bool result = true;
@@ -58,8 +59,8 @@ bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& argumen
   return result;
 }
 
-// Rows that a full disk kept in memory get a last chance. Why they are not in their tables, when
-// they are not.
+// Tries once more to write rows that a full disk kept in memory. The result tells of rows that
+// are lost; it is empty when all are in their tables.
 std::string_view WriteWhatWaits(TDbfCache& tables) {
   tables.Flush();
   return tables.HasUnsaved() ? "tables could not be written, their new rows are lost" : "";
@@ -98,8 +99,7 @@ void AddConvertCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<ConvertOptions>();
   CLI::App* command =
       app.add_subcommand("convert", "Convert the documents of XML files into dBase tables");
-  command->add_option("--program", options->program, "program folder (kord.ini, Data\\*.dcf)")
-      ->required();
+  AddProgramOption(*command, options->program);
   command->add_option("--rules", options->rules, "mapping rules file")->required();
   command->add_option("--output", options->output, "folder of the table set")->required();
   command

@@ -1,11 +1,12 @@
+#include "cli/dump_command.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <vector>
 
-#include "base/code_pages.h"
 #include "base/error.h"
+#include "base/unicode.h"
 #include "cli/arguments.h"
-#include "cli/command.h"
 #include "cli/interrupt.h"
 #include "cli/record_walk.h"
 #include "entry/start_up.h"
@@ -31,14 +32,12 @@ class JsonRecords : public RecordSink {
 
   void BeginRecord(const TDocFieldList& record, int) override {
     json_.BeginObject();
-    json_.Key("values");
-    json_.BeginArray();
+    json_.Key("values").BeginArray();
     for (int i = 0; i < record.Count(); ++i) {
       if (HasValue(record, i)) WriteValue(record, i);
     }
     json_.EndArray();
-    json_.Key("blocks");
-    json_.BeginArray();
+    json_.Key("blocks").BeginArray();
   }
   void EndRecord() override {
     json_.EndArray();
@@ -100,7 +99,7 @@ class TextRecords : public RecordSink {
   std::vector<std::string> blocks_;
 };
 
-// Shows the documents of all files; what went wrong, if anything.
+// Shows the documents of all files, up to the first error.
 class Dump {
  public:
   Dump(const DumpOptions& options, CommandContext& context)
@@ -113,8 +112,7 @@ class Dump {
   ExitStatus Run() {
     if (context_.json) {
       json_.BeginObject();
-      json_.Key("documents");
-      json_.BeginArray();
+      json_.Key("documents").BeginArray();
     }
     const ExitStatus status = ShowFiles();
     if (context_.json) CloseJson();
@@ -122,6 +120,13 @@ class Dump {
   }
 
  private:
+  // Notes at its end whether the file held values that no field took.
+  struct NoteAtEnd {
+    ~NoteAtEnd() { unknown_ids = unknown_ids || container.UnknownIdsFound(); }
+    const TXMLContainer& container;
+    bool& unknown_ids;
+  };
+
   ExitStatus ShowFiles() {
     try {
       if (!StartProgram(options_.program, state_, context_)) {
@@ -139,21 +144,20 @@ class Dump {
 
   void ShowFile(const ShortText& file) {
     TXMLContainer container(file, state_.types(), state_.environment());
+    // Also when an error ends the file: values may have been lost before it.
+    const NoteAtEnd note{container, unknown_ids_};
     while (const std::unique_ptr<TDocument> document = container.Next()) {
       StopIfInterrupted();
       ShowDocument(*document, container.CurOccurrence());
     }
-    unknown_ids_ = unknown_ids_ || container.UnknownIdsFound();
   }
 
   void ShowDocument(const TDocument& document, int occurrence) {
     const std::string& code = document.DocInfo().Code;
     if (context_.json) {
       json_.BeginObject();
-      json_.Key("code");
-      json_.WinText(code);
-      json_.Key("occurrence");
-      json_.Number(occurrence);
+      json_.Key("code").WinText(code);
+      json_.Key("occurrence").Number(occurrence);
       json_.Key("root");
       JsonRecords records(json_);
       WalkRecords(document.RootRecord(), records);
@@ -167,8 +171,7 @@ class Dump {
 
   void CloseJson() {
     json_.EndArray();
-    json_.Key("unknown_ids");
-    json_.Bool(unknown_ids_);
+    json_.Key("unknown_ids").Bool(unknown_ids_);
     FinishJson(json_, context_.dialogs, error_);
   }
 
@@ -187,8 +190,7 @@ void AddDumpCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<DumpOptions>();
   CLI::App* command =
       app.add_subcommand("dump", "Show every document of XML files as the system understands it");
-  command->add_option("--program", options->program, "program folder (kord.ini, Data\\*.dcf)")
-      ->required();
+  AddProgramOption(*command, options->program);
   command->add_option("XML", options->files, "XML files")->required();
   command->callback([options, &chosen] {
     chosen = [options](CommandContext& context) { return Dump(*options, context).Run(); };

@@ -1,9 +1,10 @@
+#include "cli/export_command.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 
 #include "base/error.h"
 #include "cli/arguments.h"
-#include "cli/command.h"
 #include "cli/interrupt.h"
 #include "entry/start_up.h"
 #include "xml/read/xml_container.h"
@@ -56,8 +57,7 @@ void AddExportCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<ExportOptions>();
   CLI::App* command = app.add_subcommand(
       "export", "Write the documents of an XML file back as XML, as the schema check gets them");
-  command->add_option("--program", options->program, "program folder (kord.ini, Data\\*.dcf)")
-      ->required();
+  AddProgramOption(*command, options->program);
   command->add_option("--document", options->document, "only this document (from 1)")
       ->check(CLI::PositiveNumber);
   command->add_option("XML", options->file, "XML file")->required();

@@ -9,8 +9,8 @@ namespace customsconv::cli {
 // std::exception: what ends a run must not be taken for an error of one document.
 struct Interrupted {};
 
-// From now on Ctrl-C is noted instead of ending the process; places where
-// nothing is half done ask for it.
+// From now on Ctrl-C is noted instead of ending the process; places where nothing is half done
+// ask for it.
 void WatchForInterrupt();
 [[nodiscard]] bool InterruptNoted();
 // Throws Interrupted when it was noted.

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 
 namespace customsconv::cli {
 namespace {
@@ -11,10 +11,11 @@ constexpr std::size_t kFlushSize = 1 << 16;
 
 }  // namespace
 
-void JsonWriter::Key(std::string_view name) {
+JsonWriter& JsonWriter::Key(std::string_view name) {
   Text(name);
   buffer_ += ':';
   after_key_ = true;
+  return *this;
 }
 
 void JsonWriter::Text(std::string_view utf8) {

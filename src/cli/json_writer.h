@@ -10,8 +10,18 @@
 
 namespace customsconv::cli {
 
-// Writes JSON piece by piece, so that large results need no memory and nesting no
-// stack. The caller keeps begin and end in step. Texts are UTF-8.
+// Writes JSON piece by piece, so that large results need no memory and nesting no stack:
+//
+//   JsonWriter json(output);
+//   json.BeginObject();
+//   json.Key("file").WinText(table.file_name());
+//   json.Key("rows").BeginArray();
+//   for (const std::int64_t row : rows) json.Number(row);
+//   json.EndArray();
+//   json.EndObject();
+//   json.Finish();  // {"file":"C:\\OUT\\DBRHEAD.DBF","rows":[1,2]}
+//
+// The caller keeps begin and end in step.
 class JsonWriter {
  public:
   // `output` must outlive the writer.
@@ -24,8 +34,8 @@ class JsonWriter {
   void EndObject() { End('}'); }
   void BeginArray() { Begin('['); }
   void EndArray() { End(']'); }
-  // Name of the member whose value comes next.
-  void Key(std::string_view name);
+  // Name (UTF-8) of the member whose value comes next.
+  JsonWriter& Key(std::string_view name);
   void Text(std::string_view utf8);
   // Text in code page 1251.
   void WinText(std::string_view text_1251);

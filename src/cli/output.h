@@ -6,8 +6,17 @@
 
 namespace customsconv::cli {
 
-// Where the program prints: results to one stream, remarks to the other. Bytes
-// as given; texts for people are UTF-8.
+// What the program ends with, for scripts.
+enum class ExitStatus {
+  kDone = 0,
+  kNegative = 1,  // done, with a negative result: a file was not converted, a document is invalid
+  kUsage = 2,     // wrong arguments; nothing was touched
+  kError = 3,     // an error that the library would raise to its host
+  kInterrupted = 130,
+};
+
+// Where the program prints: results to one stream, remarks to the other. Bytes as given; texts
+// for people are UTF-8.
 class Output {
  public:
   virtual ~Output() = default;

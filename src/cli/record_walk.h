@@ -11,7 +11,7 @@ namespace customsconv::cli {
 class RecordSink {
  public:
   virtual ~RecordSink() = default;
-  // `number` counts from 1 within its block; the top record is number 1 too.
+  // `number` counts from 1 within its block; the top record is number 1, too.
   virtual void BeginRecord(const TDocFieldList& record, int number) = 0;
   virtual void EndRecord() = 0;
   // Only blocks that hold records.

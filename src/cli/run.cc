@@ -4,27 +4,38 @@
 #include <algorithm>
 
 #include "cli/arguments.h"
-#include "cli/command.h"
+#include "cli/catalogue_command.h"
+#include "cli/convert_command.h"
+#include "cli/dump_command.h"
+#include "cli/export_command.h"
 #include "cli/interrupt.h"
-#include "cli/version.h"
+#include "cli/tables_command.h"
+#include "cli/validate_command.h"
 
 namespace customsconv::cli {
 namespace {
 
+// Runs the command; what ends it early is told.
 ExitStatus Execute(const Command& command, CommandContext& context) {
+  const auto tell = [&](const std::string& remark, ExitStatus status) {
+    context.dialogs.ClearProgressLine();
+    context.output.Remark(remark + "\n");
+    return status;
+  };
   try {
     return command(context);
   } catch (const UsageError& error) {
-    context.output.Remark("error: " + std::string(error.what()) + "\n");
-    return ExitStatus::kUsage;
+    return tell(std::string("error: ") + error.what(), ExitStatus::kUsage);
   } catch (const Interrupted&) {
-    context.dialogs.ClearProgressLine();
-    context.output.Remark("interrupted\n");
-    return ExitStatus::kInterrupted;
+    return tell("interrupted", ExitStatus::kInterrupted);
   } catch (const std::exception& error) {
-    context.output.Remark("error: " + std::string(error.what()) + "\n");
-    return ExitStatus::kError;
+    return tell(std::string("error: ") + error.what(), ExitStatus::kError);
   }
+}
+
+// The text that --help or --version ask for.
+std::string WhatWasAsked(const CLI::App& app, const CLI::Success& asked) {
+  return asked.get_name() == "CallForVersion" ? std::string(asked.what()) + "\n" : app.help();
 }
 
 }  // namespace
@@ -32,24 +43,20 @@ ExitStatus Execute(const Command& command, CommandContext& context) {
 ExitStatus Run(const std::vector<std::string>& arguments, World world, Output& output) {
   CLI::App app("customsconv - electronic customs declarations: XML to dBase tables, schema checks",
                "customsconv");
-  app.set_version_flag("--version", std::string("customsconv ") + kVersion);
+  app.set_version_flag("--version", "customsconv " CUSTOMSCONV_VERSION);
   app.require_subcommand(1);
+  app.fallthrough();
   bool json = false;
   app.add_flag("--json", json, "results as JSON on standard output");
-  app.fallthrough();
   Command chosen;
-  AddConvertCommand(app, chosen);
-  AddValidateCommand(app, chosen);
-  AddDumpCommand(app, chosen);
-  AddExportCommand(app, chosen);
-  AddTablesCommand(app, chosen);
-  AddCatalogueCommand(app, chosen);
+  for (const auto add : {AddConvertCommand, AddValidateCommand, AddDumpCommand, AddExportCommand,
+                         AddTablesCommand, AddCatalogueCommand}) {
+    add(app, chosen);
+  }
   try {
-    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
-    app.parse(reversed);
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::Success& asked) {
-    output.Result(asked.get_name() == "CallForVersion" ? std::string(asked.what()) + "\n"
-                                                       : app.help());
+    output.Result(WhatWasAsked(app, asked));
     return ExitStatus::kDone;
   } catch (const CLI::ParseError& error) {
     output.Remark("error: " + std::string(error.what()) + "\ncustomsconv --help tells more\n");

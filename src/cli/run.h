@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "cli/exit_status.h"
 #include "cli/output.h"
 #include "platform/clock.h"
 #include "platform/files.h"

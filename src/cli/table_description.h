@@ -21,10 +21,10 @@ struct DescribedTable {
 //   DBRTOV  G33   C  10
 //   DBRTOV  G42   N  15 2
 //
-// Tables and fields come in the order in which they first stand. Throws
-// UsageError naming `file_name`, the line and what is wrong with it: a field that cannot
-// be (unknown type, width out of range, a name given twice or longer than 10 bytes) or a
-// table whose record would be longer than 65,535 bytes. `text` is code page 1251 or UTF-8.
+// Tables and fields come in the order in which they first stand. Throws UsageError naming
+// `file_name`, the line and what is wrong with it: a field that cannot be (unknown type, width
+// out of range, a name given twice or longer than 10 bytes) or a table whose record would be
+// longer than 65,535 bytes. `text` is code page 1251 or UTF-8.
 [[nodiscard]] std::vector<DescribedTable> ReadTableDescription(std::string_view text,
                                                                std::string_view file_name);
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "base/code_pages.h"
-#include "services/file_names.h"
+#include "base/unicode.h"
 #include "text/blanks.h"
+#include "text/file_names.h"
 
 namespace customsconv::cli {
 namespace {
@@ -91,15 +91,19 @@ void PrintParts(std::string line, const std::vector<std::string>& parts, Output&
 
 void WriteField(const FieldDescriptor& field, JsonWriter& json) {
   json.BeginObject();
-  json.Key("name");
-  json.WinText(field.TrimmedName());
-  json.Key("type");
-  json.WinText(std::string_view(&field.type, 1));
-  json.Key("length");
-  json.Number(field.length);
-  json.Key("decimals");
-  json.Number(field.decimals);
+  json.Key("name").WinText(field.TrimmedName());
+  json.Key("type").WinText(std::string_view(&field.type, 1));
+  json.Key("length").Number(field.length);
+  json.Key("decimals").Number(field.decimals);
   json.EndObject();
+}
+
+void WriteHead(const TFileDbfFile& table, JsonWriter& json) {
+  json.Key("file").WinText(table.file_name());
+  json.Key("rows").Number(table.RecordCount());
+  json.Key("fields").BeginArray();
+  for (const FieldDescriptor& field : table.fields()) WriteField(field, json);
+  json.EndArray();
 }
 
 }  // namespace
@@ -153,33 +157,26 @@ void ShowCsv(TFileDbfFile& table, RowRange rows, Output& output) {
   });
 }
 
-void ShowJson(TFileDbfFile& table, RowRange rows, bool with_rows, JsonWriter& json) {
+void ListJson(const TFileDbfFile& table, JsonWriter& json) {
   json.BeginObject();
-  json.Key("file");
-  json.WinText(table.file_name());
-  json.Key("rows");
-  json.Number(table.RecordCount());
-  json.Key("fields");
-  json.BeginArray();
-  for (const FieldDescriptor& field : table.fields()) WriteField(field, json);
-  json.EndArray();
-  if (with_rows) {
-    json.Key("records");
-    json.BeginArray();
-    ForEachRow(table, rows, [&](std::int64_t number) {
-      json.BeginObject();
-      json.Key("number");
-      json.Number(number);
-      json.Key("deleted");
-      json.Bool(table.IsDeleted());
-      json.Key("values");
-      json.BeginArray();
-      for (int i = 0; i < FieldCount(table); ++i) json.WinText(Value(table, i));
-      json.EndArray();
-      json.EndObject();
-    });
+  WriteHead(table, json);
+  json.EndObject();
+}
+
+void ShowJson(TFileDbfFile& table, RowRange rows, JsonWriter& json) {
+  json.BeginObject();
+  WriteHead(table, json);
+  json.Key("records").BeginArray();
+  ForEachRow(table, rows, [&](std::int64_t number) {
+    json.BeginObject();
+    json.Key("number").Number(number);
+    json.Key("deleted").Bool(table.IsDeleted());
+    json.Key("values").BeginArray();
+    for (int i = 0; i < FieldCount(table); ++i) json.WinText(Value(table, i));
     json.EndArray();
-  }
+    json.EndObject();
+  });
+  json.EndArray();
   json.EndObject();
 }
 

@@ -26,8 +26,10 @@ void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output);
 void ShowFilled(TFileDbfFile& table, RowRange rows, Output& output);
 // Comma-separated, with a line of field names; deleted records are left out.
 void ShowCsv(TFileDbfFile& table, RowRange rows, Output& output);
-// An object with fields and row count, with `with_rows` also the records.
-void ShowJson(TFileDbfFile& table, RowRange rows, bool with_rows, JsonWriter& json);
+// An object with name, row count and fields.
+void ListJson(const TFileDbfFile& table, JsonWriter& json);
+// The same with the records.
+void ShowJson(TFileDbfFile& table, RowRange rows, JsonWriter& json);
 
 }  // namespace customsconv::cli
 

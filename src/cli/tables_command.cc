@@ -1,12 +1,13 @@
+#include "cli/tables_command.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <vector>
 
-#include "base/code_pages.h"
 #include "base/error.h"
 #include "base/letter_case.h"
+#include "base/unicode.h"
 #include "cli/arguments.h"
-#include "cli/command.h"
 #include "cli/table_description.h"
 #include "cli/table_view.h"
 #include "dbf/dbf_cache.h"
@@ -52,39 +53,54 @@ void ForEachTable(const std::vector<ShortText>& files, TDbfCache& tables, const 
   }
 }
 
-ExitStatus ShowTables(const TablesOptions& options, bool with_rows, CommandContext& context) {
-  TDbfCache tables(context.host);
-  const RowRange rows = ParseRows(options.rows);
-  const std::vector<ShortText> files = FileArguments(options.files);
-  if (context.json) {
-    JsonWriter json(context.output);
-    json.BeginObject();
-    json.Key("tables");
-    json.BeginArray();
-    std::string failure;
-    try {
-      ForEachTable(files, tables,
-                   [&](TFileDbfFile& table) { ShowJson(table, rows, with_rows, json); });
-    } catch (const Error& error) {
-      failure = error.text();
-      TellError(context, failure);
-    }
-    json.EndArray();
-    FinishJson(json, context.dialogs, failure);
-    return failure.empty() ? ExitStatus::kDone : ExitStatus::kError;
+void ShowTable(TFileDbfFile& table, const TablesOptions& options, RowRange rows, Output& output) {
+  if (options.csv) {
+    ShowCsv(table, rows, output);
+  } else if (options.filled) {
+    ShowFilled(table, rows, output);
+  } else {
+    ShowAligned(table, rows, output);
   }
-  ForEachTable(files, tables, [&](TFileDbfFile& table) {
-    if (!with_rows) {
-      ListTable(table, context.output);
-    } else if (options.csv) {
-      ShowCsv(table, rows, context.output);
-    } else if (options.filled) {
-      ShowFilled(table, rows, context.output);
-    } else {
-      ShowAligned(table, rows, context.output);
-    }
-  });
-  return ExitStatus::kDone;
+}
+
+// Shows each table as text or in a JSON result, which keeps the tables before one that cannot
+// be opened.
+template <typename AsText, typename AsJson>
+ExitStatus ShowEach(const TablesOptions& options, CommandContext& context, const AsText& as_text,
+                    const AsJson& as_json) {
+  TDbfCache tables(context.host);
+  const std::vector<ShortText> files = FileArguments(options.files);
+  if (!context.json) {
+    ForEachTable(files, tables, as_text);
+    return ExitStatus::kDone;
+  }
+  JsonWriter json(context.output);
+  json.BeginObject();
+  json.Key("tables").BeginArray();
+  std::string failure;
+  try {
+    ForEachTable(files, tables, [&](TFileDbfFile& table) { as_json(table, json); });
+  } catch (const Error& error) {
+    failure = error.text();
+    TellError(context, failure);
+  }
+  json.EndArray();
+  FinishJson(json, context.dialogs, failure);
+  return failure.empty() ? ExitStatus::kDone : ExitStatus::kError;
+}
+
+ExitStatus ListTables(const TablesOptions& options, CommandContext& context) {
+  return ShowEach(
+      options, context, [&](const TFileDbfFile& table) { ListTable(table, context.output); },
+      [](const TFileDbfFile& table, JsonWriter& json) { ListJson(table, json); });
+}
+
+ExitStatus ShowTables(const TablesOptions& options, CommandContext& context) {
+  const RowRange rows = ParseRows(options.rows);
+  return ShowEach(
+      options, context,
+      [&](TFileDbfFile& table) { ShowTable(table, options, rows, context.output); },
+      [&](TFileDbfFile& table, JsonWriter& json) { ShowJson(table, rows, json); });
 }
 
 bool IsWanted(const DescribedTable& table, const std::vector<std::string>& only) {
@@ -131,8 +147,7 @@ ExitStatus CreateTables(const TablesOptions& options, CommandContext& context) {
   if (context.json) {
     JsonWriter json(context.output);
     json.BeginObject();
-    json.Key("created");
-    json.BeginArray();
+    json.Key("created").BeginArray();
     for (const DescribedTable& described : wanted) json.WinText(folder.str() + described.name);
     json.EndArray();
     FinishJson(json, context.dialogs);
@@ -140,14 +155,20 @@ ExitStatus CreateTables(const TablesOptions& options, CommandContext& context) {
   return ExitStatus::kDone;
 }
 
-template <typename Run>
-ExitStatus Guarded(CommandContext& context, const Run& run) {
-  try {
-    return run();
-  } catch (const Error& error) {
-    TellError(context, error.text());
-    return ExitStatus::kError;
-  }
+// Makes `run` what is chosen when the arguments name `action`; its errors are told.
+using Run = ExitStatus (*)(const TablesOptions& options, CommandContext& context);
+void RunAsChosen(CLI::App& action, Command& chosen,
+                 const std::shared_ptr<const TablesOptions>& options, Run run) {
+  action.callback([&chosen, options, run] {
+    chosen = [options, run](CommandContext& context) {
+      try {
+        return run(*options, context);
+      } catch (const Error& error) {
+        TellError(context, error.text());
+        return ExitStatus::kError;
+      }
+    };
+  });
 }
 
 }  // namespace
@@ -158,16 +179,12 @@ void AddTablesCommand(CLI::App& app, Command& chosen) {
   command->require_subcommand(1);
 
   CLI::App* list = command->add_subcommand("list", "Row count and fields of tables");
+  list->add_option("TABLE", options->files, "table files")->required();
+  RunAsChosen(*list, chosen, options, ListTables);
+
   CLI::App* show = command->add_subcommand("show", "Rows of tables");
-  for (CLI::App* action : {list, show}) {
-    action->add_option("TABLE", options->files, "table files")->required();
-    const bool with_rows = action == show;
-    action->callback([options, with_rows, &chosen] {
-      chosen = [options, with_rows](CommandContext& context) {
-        return Guarded(context, [&] { return ShowTables(*options, with_rows, context); });
-      };
-    });
-  }
+  show->add_option("TABLE", options->files, "table files")->required();
+  RunAsChosen(*show, chosen, options, ShowTables);
   CLI::Option* csv = show->add_flag("--csv", options->csv, "comma-separated values");
   show->add_flag("--filled", options->filled, "only what is filled of each row")->excludes(csv);
   show->add_option("--rows", options->rows, "only these records: N, N- or N-M");
@@ -179,11 +196,7 @@ void AddTablesCommand(CLI::App& app, Command& chosen) {
       ->required();
   create->add_option("--output", options->folder, "folder for the tables")->required();
   create->add_option("TABLE", options->only, "only these tables of the description");
-  create->callback([options, &chosen] {
-    chosen = [options](CommandContext& context) {
-      return Guarded(context, [&] { return CreateTables(*options, context); });
-    };
-  });
+  RunAsChosen(*create, chosen, options, CreateTables);
 }
 
 }  // namespace customsconv::cli

@@ -1,6 +1,6 @@
 #include "cli/terminal_dialogs.h"
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 #include "cli/interrupt.h"
 #include "text/blanks.h"
 #include "text/numbers.h"

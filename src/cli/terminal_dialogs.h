@@ -14,9 +14,9 @@ namespace customsconv::cli {
 // A message on one line, whatever line breaks it holds.
 [[nodiscard]] std::string OneLine(std::string_view utf8);
 
-// The system's messages on the remark stream, one a line: "message: TEXT",
-// "exception: TEXT", "question: TEXT", "choice: TEXT". All are kept, in the order
-// in which they were shown, for JSON output.
+// The system's messages on the remark stream, one a line: "message: TEXT", "exception: TEXT",
+// "question: TEXT", "choice: TEXT". All are kept, in the order in which they were shown, for
+// JSON output.
 class TerminalDialogs : public Dialogs {
  public:
   struct Shown {
@@ -24,8 +24,8 @@ class TerminalDialogs : public Dialogs {
     std::string text;  // UTF-8
   };
 
-  // `output` must outlive the dialogs. `quiet` keeps messages off the screen:
-  // the JSON output carries them.
+  // `output` must outlive the dialogs. `quiet` keeps messages off the screen: the JSON output
+  // carries them.
   TerminalDialogs(Output& output, bool quiet) : output_(output), quiet_(quiet) {}
 
   // Answers the lock question without asking.

@@ -1,11 +1,12 @@
+#include "cli/validate_command.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <vector>
 
-#include "base/code_pages.h"
 #include "base/error.h"
+#include "base/unicode.h"
 #include "cli/arguments.h"
-#include "cli/command.h"
 #include "cli/interrupt.h"
 #include "entry/library.h"
 #include "validation/libxml_services.h"
@@ -59,8 +60,10 @@ class CheckRun : public LineList, public CheckObserver {
     ++documents_;
     if (!verdict.error_text.empty()) {
       failed_.push_back({file_, std::string(short_name), occurrence, verdict});
-    } else if (!verdict.checked) {
+    } else if (verdict.outcome == SchemaVerdict::Outcome::kNoSchema) {
       ++without_schema_;
+    } else if (verdict.outcome == SchemaVerdict::Outcome::kSwitchedOff) {
+      ++switched_off_;
     }
     context_.dialogs.ShowProgressLine(std::to_string(documents_) + " documents");
   }
@@ -96,26 +99,25 @@ class CheckRun : public LineList, public CheckObserver {
   }
 
   void WriteSummary() {
-    context_.output.Remark(std::to_string(documents_) + " documents, " +
-                           std::to_string(without_schema_) + " without a schema, " +
+    const std::string unchecked =
+        switched_off_ > 0
+            ? std::to_string(switched_off_) + " not checked ([ED] CheckXSD=0 in kord.ini)"
+            : std::to_string(without_schema_) + " without a schema";
+    context_.output.Remark(std::to_string(documents_) + " documents, " + unchecked + ", " +
                            std::to_string(failed_.size()) + " failing\n");
   }
 
   void WriteJson(ExitStatus status) {
     JsonWriter json(context_.output);
     json.BeginObject();
-    json.Key("result");
-    json.Bool(status == ExitStatus::kDone);
-    json.Key("documents");
-    json.Number(documents_);
-    json.Key("without_schema");
-    json.Number(without_schema_);
-    json.Key("lines");
-    json.BeginArray();
+    json.Key("result").Bool(status == ExitStatus::kDone);
+    json.Key("documents").Number(documents_);
+    json.Key("without_schema").Number(without_schema_);
+    json.Key("switched_off").Number(switched_off_);
+    json.Key("lines").BeginArray();
     for (const std::string& line : lines_) json.WinText(line);
     json.EndArray();
-    json.Key("failing");
-    json.BeginArray();
+    json.Key("failing").BeginArray();
     for (const FailedDocument& document : failed_) WriteFailed(json, document);
     json.EndArray();
     FinishJson(json, context_.dialogs, error_);
@@ -124,18 +126,12 @@ class CheckRun : public LineList, public CheckObserver {
   static void WriteFailed(JsonWriter& json, const FailedDocument& document) {
     const SchemaVerdict& verdict = document.verdict;
     json.BeginObject();
-    json.Key("file");
-    json.Text(document.file);
-    json.Key("type");
-    json.WinText(document.type);
-    json.Key("occurrence");
-    json.Number(document.occurrence);
-    json.Key("reason");
-    json.WinText(verdict.reason.empty() ? verdict.error_text : verdict.reason);
-    json.Key("line");
-    json.Number(verdict.line);
-    json.Key("text");
-    json.WinText(verdict.line_text);
+    json.Key("file").Text(document.file);
+    json.Key("type").WinText(document.type);
+    json.Key("occurrence").Number(document.occurrence);
+    json.Key("reason").WinText(verdict.reason.empty() ? verdict.error_text : verdict.reason);
+    json.Key("line").Number(verdict.line);
+    json.Key("text").WinText(verdict.line_text);
     json.EndObject();
   }
 
@@ -146,6 +142,7 @@ class CheckRun : public LineList, public CheckObserver {
   std::string file_;
   int documents_ = 0;
   int without_schema_ = 0;
+  int switched_off_ = 0;  // by the configuration
   std::vector<std::string> lines_;
   std::vector<FailedDocument> failed_;
   std::string error_;
@@ -157,8 +154,7 @@ void AddValidateCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<ValidateOptions>();
   CLI::App* command =
       app.add_subcommand("validate", "Check every document of XML files against its schema");
-  command->add_option("--program", options->program, "program folder (kord.ini, Data\\*.dcf)")
-      ->required();
+  AddProgramOption(*command, options->program);
   command->add_option("--schemas", options->schemas, "folder of the schemas, or a file in it")
       ->required();
   command->add_option("XML", options->files, "XML files")->required();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/cp1251_literal.h"
+#include "base/dos_code_page.h"
 #include "config/ini_line.h"
 #include "text/numbers.h"
 

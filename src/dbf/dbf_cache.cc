@@ -5,9 +5,9 @@
 
 #include "dbf/dbf_file.h"
 #include "dbf/dbf_image.h"
-#include "services/file_names.h"
 #include "text/blanks.h"
 #include "text/char_set.h"
+#include "text/file_names.h"
 #include "text/words.h"
 
 namespace customsconv {

@@ -74,6 +74,10 @@ class TFileDbfFile {
   // closed or when there is no such field.
   [[nodiscard]] virtual ShortText GetField(int field) const;
   [[nodiscard]] virtual ShortText GetFieldByName(std::string_view name) const;
+  // The field's bytes in the current record as the table holds them: code page 866, padded to
+  // their width. Empty when closed or when there is no such field; valid until the record or
+  // the field changes.
+  [[nodiscard]] std::string_view StoredField(int field) const;
   // `raw` leaves out the formatting by type.
   virtual void SetField(int field, std::string_view value, bool raw);
   // A name that begins with "||" is written raw.
@@ -83,8 +87,13 @@ class TFileDbfFile {
   // 2, 3, … when that is a "C" field of 255 bytes or more.
   [[nodiscard]] virtual std::string GetLongField(int field) const;
   [[nodiscard]] virtual std::string GetLongFieldByName(std::string_view name) const;
-  virtual void SetLongField(int field, std::string_view value, bool raw);
+  // The result is the number of fields that the text fills: continuations 2 to that number got a
+  // part of it, the others keep what they hold.
+  virtual int SetLongField(int field, std::string_view value, bool raw);
   virtual void SetLongFieldByName(std::string_view name, std::string_view value);
+  // The field (there must be such a one) that continues `field` as part `number`, from 2; -1 when
+  // there is none.
+  [[nodiscard]] int Continuation(int field, int number) const;
 
   // Index (from 0) of the last field of that name, any case; -1 when there is none.
   [[nodiscard]] virtual int FieldIndex(std::string_view name) const;
@@ -138,8 +147,7 @@ class TFileDbfFile {
   // Null when closed or when there is no such field.
   [[nodiscard]] const FieldDescriptor* Field(int field) const;
   [[nodiscard]] std::string_view Stored(const FieldDescriptor& field) const;
-  [[nodiscard]] int Continuation(const FieldDescriptor& first, int number) const;
-  void StoreLongText(const FieldDescriptor& first, std::string_view dos);
+  int StoreLongText(int field, std::string_view dos);
   [[nodiscard]] int ThisYear();
 
   TDbfCache& cache_;

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/code_pages.h"
+#include "base/dos_code_page.h"
 #include "dbf/dbf_file.h"
 #include "dbf/dbf_format.h"
 #include "dbf/dbf_layout.h"
@@ -56,6 +56,11 @@ std::string_view TFileDbfFile::Stored(const FieldDescriptor& field) const {
 
 // ---- reading
 
+std::string_view TFileDbfFile::StoredField(int field) const {
+  const FieldDescriptor* found = Field(field);
+  return found == nullptr ? std::string_view() : Stored(*found);
+}
+
 ShortText TFileDbfFile::GetField(int field) const {
   const FieldDescriptor* found = Field(field);
   if (found == nullptr) return {};
@@ -72,7 +77,7 @@ std::string TFileDbfFile::GetLongField(int field) const {
   std::string stored(Stored(*first));
   if (CanBeContinued(*first)) {
     for (int number = 2;; ++number) {
-      const FieldDescriptor* next = Field(Continuation(*first, number));
+      const FieldDescriptor* next = Field(Continuation(field, number));
       if (next == nullptr) break;
       stored += Stored(*next);
     }
@@ -84,9 +89,8 @@ std::string TFileDbfFile::GetLongFieldByName(std::string_view name) const {
   return GetLongField(FieldIndex(name));
 }
 
-// The field that continues `first` as its part `number`, or -1.
-int TFileDbfFile::Continuation(const FieldDescriptor& first, int number) const {
-  return FieldIndex(std::string(first.TrimmedName()).append(std::to_string(number)));
+int TFileDbfFile::Continuation(int field, int number) const {
+  return FieldIndex(std::string(FieldAt(field).TrimmedName()).append(std::to_string(number)));
 }
 
 bool TFileDbfFile::IsDeleted() const {
@@ -129,14 +133,14 @@ void TFileDbfFile::PutFieldByName(std::string_view name, std::string_view value)
   SetFieldByName(name, value);
 }
 
-void TFileDbfFile::SetLongField(int field, std::string_view value, bool raw) {
+int TFileDbfFile::SetLongField(int field, std::string_view value, bool raw) {
   const FieldDescriptor* first = Field(field);
-  if (first == nullptr) return;
+  if (first == nullptr) return 0;
   if (first->type != 'C' || value.size() < kLongText) {
     SetField(field, value, raw);
-  } else {
-    StoreLongText(*first, DosFromWin(raw ? value : TrimRight(value)));
+    return 1;
   }
+  return StoreLongText(field, DosFromWin(raw ? value : TrimRight(value)));
 }
 
 void TFileDbfFile::SetLongFieldByName(std::string_view name, std::string_view value) {
@@ -146,17 +150,18 @@ void TFileDbfFile::SetLongFieldByName(std::string_view name, std::string_view va
 
 // Fills the field and, while text remains, its continuations of the same type.
 // Continuations behind the end of the text keep what they hold.
-void TFileDbfFile::StoreLongText(const FieldDescriptor& first, std::string_view dos) {
+int TFileDbfFile::StoreLongText(int field, std::string_view dos) {
+  const FieldDescriptor& first = FieldAt(field);
   const FieldDescriptor* part = &first;
-  for (int number = 2;; ++number) {
+  for (int number = 1;; ++number) {
     char* const to = record_.data() + part->offset;
     const std::string_view taken = dos.substr(0, part->length);
     std::memcpy(to, taken.data(), taken.size());
     std::memset(to + taken.size(), ' ', part->length - taken.size());
     dos.remove_prefix(taken.size());
-    if (dos.empty() || !CanBeContinued(first)) return;
-    part = Field(Continuation(first, number));
-    if (part == nullptr || part->type != first.type) return;
+    if (dos.empty() || !CanBeContinued(first)) return number;
+    part = Field(Continuation(field, number + 1));
+    if (part == nullptr || part->type != first.type) return number;
   }
 }
 

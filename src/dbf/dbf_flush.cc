@@ -7,8 +7,8 @@
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_format.h"
 #include "dbf/dbf_image.h"
-#include "services/file_names.h"
 #include "text/char_set.h"
+#include "text/file_names.h"
 #include "text/words.h"
 
 // How changed images reach the disk.

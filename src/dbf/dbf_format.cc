@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/code_pages.h"
+#include "base/dos_code_page.h"
 #include "base/letter_case.h"
 #include "text/blanks.h"
 

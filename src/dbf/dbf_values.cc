@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/code_pages.h"
+#include "base/characters.h"
+#include "base/dos_code_page.h"
 #include "base/letter_case.h"
 #include "dbf/dbf_format.h"
 #include "text/blanks.h"
+#include "text/date_forms.h"
 #include "text/dates.h"
+#include "text/decimal_text.h"
 #include "text/numbers.h"
 
 namespace customsconv::dbf {
@@ -17,24 +20,14 @@ constexpr std::size_t kMemoNumberSize = 4;
 constexpr std::size_t kRoundedDecimals = 2;  // more decimals are kept as they are written
 constexpr double kWrittenNumberLimit = 1e9;  // below this, that is
 
-bool AllDigits(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
 // ---- as shown
 
 bool IsCompactDate(std::string_view stored) {
   return !Trim(stored).empty() && stored.find_first_of(kDateSeparators) == std::string_view::npos;
 }
 
-// yyyymmdd as dd.mm.yy, without blanks around it
 ShortText ShownDate(std::string_view stored) {
-  std::string shown;
-  for (const std::size_t at : {6UL, 4UL, 2UL}) {
-    if (at < stored.size()) shown += stored.substr(at, 2);
-    if (at > 2) shown += kDateSeparator;
-  }
-  return WinFromDosShort(Trim(shown));
+  return WinFromDosShort(Trim(DottedFromTable(stored)));
 }
 
 std::string MemoNumber(std::string_view stored) {
@@ -67,28 +60,16 @@ struct Cell {
   }
 };
 
-// Digits without separators, as officers type dates, get them; a year of one
-// digit is the nearest one of its decade. Other texts are empty here.
-std::string SpreadDate(std::string_view value) {
-  if (value.size() != 5 && value.size() != 6 && value.size() != 8) return {};
-  if (!AllDigits(value)) return {};
-  std::string dotted(value.substr(0, 2));
-  (dotted += '.').append(value.substr(2, 2)) += '.';
-  if (value.size() == 5) dotted += value[4] >= '5' ? '9' : '0';
-  return dotted.append(value.substr(4));
-}
-
 void StoreDate(Cell cell, std::string_view value, int this_year) {
-  const std::string dotted = SpreadDate(value);
+  value = Trim(value);
+  // Digits without separators, as officers type dates, get them; a year of one digit from 5 on
+  // belongs to the nineties.
+  const char decade = !value.empty() && value.back() >= '5' ? '9' : '0';
+  const std::string dotted = AllDigits(value) ? DottedFromDigits(value, decade) : std::string();
   if (!dotted.empty()) value = dotted;
-  const std::size_t start = std::min(value.find_first_not_of(' '), value.size());
-  const Date date = TextToDate(value.substr(start, value.find(' ', start) - start), 0, this_year);
-  if (date == 0) return cell.Left({});
-  const CalendarDay day = DayOf(date);
-  char digits[8];
-  int rest = day.year * 10000 + day.month * 100 + day.day;
-  for (int i = 7; i >= 0; --i, rest /= 10) digits[i] = static_cast<char>('0' + rest % 10);
-  cell.Left({digits, sizeof digits});
+  const auto end = std::find_if(value.begin(), value.end(), IsBlank);  // before a time
+  const Date date = TextToDate({value.begin(), end}, 0, this_year);
+  cell.Left(date == 0 ? std::string() : TableDigits(date));
 }
 
 void StoreLogical(Cell cell, std::string_view value) {

@@ -19,15 +19,28 @@ struct Mark {
   char bytes[kMarkSize];
 };
 
-// Where `what` stands with all its characters inside `range`; npos when it does not.
-std::size_t FindInside(std::string_view text, std::string_view what, TextRange range) {
-  const std::size_t found = text.substr(0, range.end).find(what, range.begin);
-  return found;
+// Where the first mark stands at `from` or behind for which `is_wanted` holds; npos without one.
+// The byte behind a mark is a number, also when it reads like a mark.
+template <class Condition>
+std::size_t FindMark(std::string_view text, std::size_t from, Condition is_wanted) {
+  constexpr char kMarks[] = {kPartMark, kPartValueMark};
+  while ((from = text.find_first_of({kMarks, sizeof kMarks}, from)) != std::string_view::npos) {
+    if (is_wanted(text.substr(from, kMarkSize))) return from;
+    from += kMarkSize;
+  }
+  return std::string_view::npos;
+}
+
+// Where `mark` stands inside `range`; npos when it does not.
+std::size_t FindInside(std::string_view text, std::string_view mark, TextRange range) {
+  return FindMark(text.substr(0, range.end), range.begin,
+                  [mark](std::string_view found) { return found == mark; });
 }
 
 // End of the part whose content begins at `begin`: the next part mark, or `limit`.
 std::size_t PartEnd(std::string_view text, std::size_t begin, std::size_t limit) {
-  return std::min(text.substr(0, limit).find(kPartMark, begin), limit);
+  const auto is_part = [](std::string_view found) { return found.front() == kPartMark; };
+  return std::min(FindMark(text.substr(0, limit), begin, is_part), limit);
 }
 
 // The same without the CRs that stand directly before the next part mark, so that the
@@ -62,14 +75,13 @@ std::vector<int> NestingChain(const TSubFieldsList& parts, int number) {
 // End of the area that begins at `begin` and takes parts of `level` and deeper.
 std::size_t AreaEnd(std::string_view text, const TSubFieldsList& parts, std::size_t begin,
                     int level) {
-  std::size_t mark = text.find(kPartMark, begin);
-  while (mark != std::string_view::npos) {
-    const int number = mark + 1 < text.size() ? static_cast<unsigned char>(text[mark + 1]) : 0;
+  const auto ends_area = [&parts, level](std::string_view found) {
+    if (found.front() != kPartMark || found.size() < kMarkSize) return false;
+    const int number = static_cast<unsigned char>(found[1]);
     const bool described = number >= 1 && static_cast<std::size_t>(number) <= parts.size();
-    if (described && PartOf(parts, number).number < level) return mark;
-    mark = text.find(kPartMark, mark + 1);
-  }
-  return text.size();
+    return described && PartOf(parts, number).number < level;
+  };
+  return std::min(FindMark(text, begin, ends_area), text.size());
 }
 
 // Position of the part's value inside `area`; the part is created at the area's end

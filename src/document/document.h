@@ -11,9 +11,9 @@
 #include "base/short_text.h"
 #include "catalogue/doc_info.h"
 #include "catalogue/doc_type_list.h"
-#include "document/composite_value.h"
 #include "document/document_path.h"
 #include "document/record.h"
+#include "document/record_values.h"
 #include "services/environment.h"
 
 namespace customsconv {
@@ -55,12 +55,12 @@ class TDocument {
   // Strings at the place that the path leads to: the records of a block, the slots of a
   // record; 0 when it leads nowhere.
   [[nodiscard]] int RecordCount(std::string_view path);
-  [[nodiscard]] const TBasis& GetMainBasis();
   // The main block's records that are there, null without any; never opens one.
   [[nodiscard]] const RecordList* MainRecords() const;
   [[nodiscard]] int MainRecordCount() const;
-  // The block's level, or null when the type has no main block of its own; never opens a record.
-  [[nodiscard]] const TBasis* MainBlockBasis() const;
+  // The level of the main block's records; the top level for a type without such a block, also for
+  // a table set whose table of it could not be opened. Never opens a record.
+  [[nodiscard]] const TBasis& MainBasis() const;
 
   // ---- reading
   std::string GetField(std::string_view name);
@@ -132,19 +132,16 @@ class TDocument {
   [[nodiscard]] TDocFieldList* MainRecord(int goods_index);
   void OpenRecord(std::string_view parent_path, std::string_view block_name, int record_number);
 
-  std::string ReadField(const TBasis& basis, const TDocFieldList& record, int position);
+  std::string ReadField(const TDocFieldList& record, int position);
   std::string ReadFieldEx(std::string_view path);
   std::string ReadFieldById(int identifier, int goods_index);
-  std::string ReadPart(const TBasis& basis, const TDocFieldList& record, int position) const;
-  void StoreField(const TBasis& basis, TDocFieldList& record, int position, std::string_view value);
-  void StorePart(const TBasis& basis, TDocFieldList& record, int position, std::string_view value);
+  void StoreField(TDocFieldList& record, int position, std::string_view value);
   void StoreFieldEx(std::string_view path, std::string_view value);
   void StoreFieldById(int identifier, int goods_index, std::string_view value);
-  [[nodiscard]] std::optional<TextRange> SearchedRange() const;
+  [[nodiscard]] SearchedRange SearchedParts() const;
 
-  // Stores `choice` in the choice mark that stands before `position`, past other choices and
-  // groups; false when the level has none of its entries in front of it that is neither.
-  bool StoreChoice(const TBasis& basis, TDocFieldList& record, int position, int choice);
+  // Stores `choice` in the mark of the choice at `position`; false when no entry stands before it.
+  bool StoreChoice(TDocFieldList& record, int position, int choice);
 
   // Runs a public value operation: an error is shown under the operation's name.
   template <class Operation>

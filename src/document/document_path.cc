@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "base/characters.h"
 #include "base/cp1251_literal.h"
 #include "base/error.h"
 #include "text/numbers.h"
@@ -16,15 +17,15 @@ std::int32_t RecordNumberOf(std::string_view part) {
   if (part.size() > kFewDigits) return IntOr(part, 0);
   std::int32_t number = 0;
   for (const char c : part) {
-    if (c < '0' || c > '9') return IntOr(part, 0);
+    if (!IsDigit(c)) return IntOr(part, 0);
     number = number * 10 + (c - '0');
   }
   return number;
 }
 
 bool EnterBlock(std::string_view name, DocumentPlace& place) {
-  const int position = place.basis->IndexOfName(name);
-  if (position < 0 || !place.basis->Item(position).is_block) return false;
+  const int position = place.basis->IndexOfBlock(name);
+  if (position < 0) return false;
   RecordList* const list = BlockRecords(*place.record, position);
   if (list == nullptr) return false;
   place = {&list->basis(), nullptr, list};
@@ -67,12 +68,6 @@ SplitPath SplitLastPart(std::string_view path) {
   const std::size_t separator = path.rfind('\\');
   const std::size_t start = separator == std::string_view::npos ? 0 : separator + 1;
   return {path.substr(0, start), path.substr(start, kLongestPathPart)};
-}
-
-bool TakePrefix(std::string_view& path, std::string_view prefix) {
-  if (!path.starts_with(prefix)) return false;
-  path.remove_prefix(prefix.size());
-  return true;
 }
 
 }  // namespace customsconv

@@ -36,9 +36,6 @@ struct SplitPath {
 };
 [[nodiscard]] SplitPath SplitLastPart(std::string_view path);
 
-// Removes `prefix` from the front of `path`; false when it does not stand there.
-bool TakePrefix(std::string_view& path, std::string_view prefix);
-
 }  // namespace customsconv
 
 #endif  // CUSTOMSCONV_DOCUMENT_DOCUMENT_PATH_H_

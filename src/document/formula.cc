@@ -2,11 +2,13 @@
 
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "text/blanks.h"
+#include "text/decimal_text.h"
 #include "text/numbers.h"
 
 namespace customsconv {
@@ -15,6 +17,8 @@ namespace {
 // How the value of a parenthesised part is written in its place.
 constexpr std::size_t kPartWidth = 11;
 constexpr int kPartDecimals = 5;
+// Larger values are errors.
+constexpr long double kLargest = std::numeric_limits<double>::max();
 
 // A formula without parentheses is evaluated from its left to its right end.
 class FlatFormula {
@@ -27,7 +31,7 @@ class FlatFormula {
       const char sign = text_[position_++];
       sum = Sum(sum, Product(), sign == '+' ? 1 : -1);
     }
-    sum.error = error_ || !std::isfinite(sum.value);
+    sum.error = error_ || !(std::fabs(sum.value) <= kLargest);
     return sum;
   }
 

@@ -5,8 +5,10 @@
 
 namespace customsconv {
 
+// Computed in the extended floating point format (64 bits of mantissa), which keeps
+// amounts of 15 digits free of binary noise.
 struct FormulaResult {
-  double value = 0;
+  long double value = 0;
   bool percent = false;  // the value is a percentage: "18%"
   bool error = false;    // the formula is wrong somewhere; the value means nothing
 };

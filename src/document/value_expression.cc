@@ -10,7 +10,9 @@
 #include "document/document.h"
 #include "document/formula.h"
 #include "text/blanks.h"
+#include "text/date_format.h"
 #include "text/dates.h"
+#include "text/decimal_text.h"
 #include "text/numbers.h"
 #include "text/words.h"
 
@@ -29,7 +31,7 @@ constexpr std::array<std::string_view, 12> kMonthNames = {
     "СЕНТЯБРЯ"_cp1251, "ОКТЯБРЯ"_cp1251, "НОЯБРЯ"_cp1251, "ДЕКАБРЯ"_cp1251};
 
 bool IsNumberFromZero(std::string_view text) {
-  double value = 0;
+  long double value = 0;
   return TextToFloat(text, value) && value >= 0;
 }
 
@@ -46,7 +48,7 @@ std::optional<std::string> LiteralText(std::string_view term) {
 
 // A day, month or year as documents write them out.
 std::string DatePart(std::string_view date, std::string_view part) {
-  const std::vector<std::string_view> words = Words(date, kDateSeparators);
+  const std::vector<std::string_view> words = Words(Trim(date), kDateSeparators);
   if (words.size() != 3) return {};
   if (part == "DD") return words[0].size() < 3 ? std::string(words[0]) : std::string();
   if (part == "MM") {
@@ -212,7 +214,7 @@ std::string Evaluation::Calculation(std::string_view formula) {
     const std::size_t start = i;
     while (i < formula.size() && !kFormulaSigns.Has(formula[i])) ++i;
     const std::string_view token = formula.substr(start, i - start);
-    if (IsNumberFromZero(token)) {
+    if (Trim(token).empty() || IsNumberFromZero(token)) {
       numbers += token;
       continue;
     }

@@ -1,6 +1,5 @@
 #include "entry/conversion_driver.h"
 
-#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,9 +9,8 @@
 #include "entry/registration_number.h"
 #include "mapping/rules_file.h"
 #include "mapping/section_mapper.h"
-#include "services/file_names.h"
 #include "tables/dbf_document.h"
-#include "text/numbers.h"
+#include "text/file_names.h"
 #include "text/words.h"
 #include "xml/read/xml_container.h"
 
@@ -32,23 +30,6 @@ bool TakesFirstOfKindOnly(std::string_view table) {
 
 bool IsConverted(std::string_view kind) {
   return ContainsNoCase(kConvertedKinds, "," + std::string(kind) + ",");
-}
-
-// The type stored in that head table; among several the one whose short name
-// holds the largest number, so that a newer format wins.
-TDocInfo* TableSetType(const TDocTypeList& types, std::string_view table) {
-  TDocInfo* taken = nullptr;
-  double taken_number = 0;
-  for (int i = 0; i < types.Count(); ++i) {
-    TDocInfo& type = types.Item(i);
-    if (!type.HasDbfName || UpperCaseRu(type.DbfName) != table) continue;
-    const double number = std::nearbyint(NumberFromText(type.ShortName));
-    if (number > taken_number || taken_number <= 0) {
-      taken = &type;
-      taken_number = number;
-    }
-  }
-  return taken;
 }
 
 // One run over the documents of a file.
@@ -100,7 +81,7 @@ class ConversionRun {
     const bool components = table_ == kComponentTable;
     const std::string_view head = components ? kHeadTable : std::string_view(table_);
     if (report.occurrence > 1 && TakesFirstOfKindOnly(head)) return SkipReason::kNotFirstOfKind;
-    const TDocInfo* type = TableSetType(types_, head);
+    const TDocInfo* type = types_.TableSetOf(head);
     if (type == nullptr) return SkipReason::kNoTableSet;
     const auto target =
         CreateDbfDocument(type->Code, output_dir_, types_, tables_, run_.environment);

@@ -2,7 +2,7 @@
 
 #include "base/error.h"
 #include "entry/conversion_driver.h"
-#include "services/file_names.h"
+#include "text/file_names.h"
 #include "xml/read/xml_container.h"
 #include "xml/write/document_writer.h"
 

@@ -1,9 +1,11 @@
 #include "entry/registration_number.h"
 
 #include "dbf/dbf_file.h"
-#include "services/file_names.h"
+#include "services/file_services.h"
 #include "services/numbering.h"
 #include "text/blanks.h"
+#include "text/date_forms.h"
+#include "text/file_names.h"
 #include "text/words.h"
 #include "xml/read/xml_value_lookup.h"
 
@@ -15,24 +17,20 @@ constexpr CharSet kNumberSeparator{"/"};
 constexpr std::size_t kNumberSize = 23;
 constexpr std::string_view kNumberSeries = "Kord.ArmTi";
 
-// Code, date and number as one; empty when a part is missing.
+// Code, date and number, whatever blanks stand around them, as one; empty when a part is missing.
 ShortText NumberFromParts(std::string_view code, std::string_view date, std::string_view number) {
-  const std::string compact = CompactDate(date, false);
+  code = Trim(code);
+  number = Trim(number);
+  const std::string compact = CompactDate(Trim(date), false);
   if (code.empty() || compact.empty() || number.empty()) return {};
-  ShortText joined(code);
-  ((joined += "/") += compact) += "/";
-  return joined += number;
+  return JoinShort({code, "/", compact, "/", number});
 }
 
 // Code, date YYYYMMDD and number without separators, as files of the customs
 // gateway are named.
 ShortText FromGatewayName(std::string_view name) {
-  const auto part = [name](std::size_t from, std::size_t count) {
-    return name.substr(from, count);
-  };
-  ShortText number(part(0, 8));
-  ((((number += "/") += part(14, 2)) += part(12, 2)) += part(10, 2)) += "/";
-  return number += part(16, 7);
+  return JoinShort(
+      {name.substr(0, 8), "/", SixDigitsFromTable(name.substr(8, 8)), "/", name.substr(16)});
 }
 
 ShortText FromXmlText(std::string_view text) {

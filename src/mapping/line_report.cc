@@ -4,8 +4,7 @@
 #include <string>
 
 #include "base/short_text.h"
-#include "dbf/dbf_values.h"
-#include "text/blanks.h"
+#include "tables/row_width.h"
 
 namespace customsconv {
 namespace {
@@ -17,18 +16,6 @@ std::string_view TableOf(const TBasis& level) {
 
 std::string_view FieldName(const MappingLine& line, StoredIn where) {
   return where == StoredIn::kBracketField ? line.field.substr(0, line.field.find('[')) : line.field;
-}
-
-// Bytes that the value takes in a row when the field is wide enough; 0 for what the
-// field's type cannot hold.
-std::size_t NeededWidth(const TFieldInfo& field, std::string_view value, int this_year) {
-  char row[ShortText::kMaxSize];
-  FieldDescriptor wide;
-  wide.type = field.type;
-  wide.decimals = field.decimals;
-  wide.length = sizeof row;
-  dbf::StoreValue(row, wide, value, this_year);
-  return field.type == 'N' ? Trim({row, sizeof row}).size() : TrimRight({row, sizeof row}).size();
 }
 
 }  // namespace
@@ -62,7 +49,7 @@ void LineReporter::Held(std::string_view field, std::string_view value,
   }
   const TFieldInfo& target = level.Item(position);
   const std::string held = record_.target.GetField(field);
-  const std::size_t needed = NeededWidth(target, held, record_.run.environment.ThisYear());
+  const std::size_t needed = WidthInRow(target, held, record_.run.environment.ThisYear());
   LineReport report{.value = held};
   report.length = source_size > ShortText::kMaxSize ? source_size : needed;
   report.width = std::min<std::size_t>(target.table_width, ShortText::kMaxSize);

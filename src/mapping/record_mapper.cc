@@ -20,12 +20,6 @@ namespace {
 // "GU03_" and the two characters of the code.
 constexpr std::size_t kProductMarkerSize = 7;
 
-bool DropPrefix(std::string_view& text, std::string_view prefix) {
-  if (!text.starts_with(prefix)) return false;
-  text.remove_prefix(prefix.size());
-  return true;
-}
-
 // A product of processing: a further record of the same block, which stays current for
 // the lines that follow.
 void AppendProcessingProduct(RecordScope& record, std::string_view expression) {
@@ -109,13 +103,13 @@ void RecordMapper::ApplyLines(RecordScope& record) {
 void RecordMapper::ApplyLine(RecordScope& record, MappingLine& line) {
   LineReporter reporter(record, line);
   std::string_view expression = line.expression;
-  if (DropPrefix(expression, "*")) {
+  if (TakePrefix(expression, "*")) {
     if (line.field == "G011") {
       reporter.Skipped();
       return;
     }
-    DropPrefix(expression, "DBRPASP_");
-    DropPrefix(expression, "ReImp_");
+    TakePrefix(expression, "DBRPASP_");
+    TakePrefix(expression, "ReImp_");
     if (expression.starts_with("GU03_")) {
       AppendProcessingProduct(record, expression);
       expression.remove_prefix(std::min(kProductMarkerSize, expression.size()));

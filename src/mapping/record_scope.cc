@@ -2,12 +2,6 @@
 
 namespace customsconv {
 
-ShortText JoinShort(std::initializer_list<std::string_view> parts) {
-  ShortText joined;
-  for (const std::string_view part : parts) joined += part;
-  return joined;
-}
-
 RecordScope::RecordScope(RunContext& run_context, std::string_view path, std::string_view block,
                          int header_line)
     : run(run_context),

@@ -13,9 +13,6 @@ namespace customsconv {
 
 inline constexpr CharSet kPathSeparator{"\\"};
 
-// The texts one after the other.
-[[nodiscard]] ShortText JoinShort(std::initializer_list<std::string_view> parts);
-
 // One record on its way from the source to the target: what the mapping lines and every
 // built-in rule look at, and the few things that rules do.
 class RecordScope {

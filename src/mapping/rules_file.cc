@@ -10,8 +10,6 @@ namespace {
 
 constexpr CharSet kHeaderDelimiters{" []"};
 
-bool BeginsWith(std::string_view line, char c) { return !line.empty() && line.front() == c; }
-
 bool EndsLine(char c) { return c == '\r' || c == '\n'; }
 
 }  // namespace
@@ -39,7 +37,7 @@ std::string_view RulesFile::ShortLine(int index) const {
 
 std::optional<int> RulesFile::FindSection(std::string_view kind) const {
   for (int i = 0; i + 1 < Count(); ++i) {
-    if (BeginsWith(Line(i), '[') && BeginsWith(Line(i + 1), '=') &&
+    if (Line(i).starts_with('[') && Line(i + 1).starts_with('=') &&
         ContainsNoCase(Line(i + 1), kind)) {
       return i;
     }
@@ -53,7 +51,7 @@ std::string_view RulesFile::TableName(int header_line) const {
 
 int RulesFile::NextHeader(int line) const {
   int next = line + 1;
-  while (next < Count() && !BeginsWith(Line(next), '[')) ++next;
+  while (next < Count() && !Line(next).starts_with('[')) ++next;
   return next;
 }
 

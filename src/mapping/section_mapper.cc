@@ -12,8 +12,8 @@ namespace customsconv {
 namespace {
 
 constexpr std::string_view kFlatListBlock = "DCLLISTL";
-
-bool BeginsWith(std::string_view line, char c) { return !line.empty() && line.front() == c; }
+// The one name with a star that stands for a block, the one without it.
+constexpr std::string_view kMechanismParts = "MechUnitPart*";
 
 std::string_view WithoutExtension(std::string_view file_name) {
   return file_name.substr(0, file_name.rfind('.'));
@@ -26,7 +26,7 @@ std::string_view ResolveAlias(std::string_view block) {
 }
 
 bool DeclaresBlock(std::string_view line) {
-  return BeginsWith(line, ';') && Contains(line, "{") && !Contains(line, "?");
+  return line.starts_with(';') && Contains(line, "{") && !Contains(line, "?");
 }
 
 // ";ESADoutGoods{" and ";goods of the declaration ESADoutGoods {" both declare
@@ -38,13 +38,6 @@ std::string_view DeclaredBlock(std::string_view line) {
   return blank == std::string_view::npos ? name : name.substr(blank + 1);
 }
 
-// Entry of `structure` that is a block of that name.
-bool HasBlock(const TBasis* structure, std::string_view name) {
-  if (structure == nullptr) return false;
-  const int position = structure->IndexOfName(name);
-  return position >= 0 && structure->Item(position).is_block;
-}
-
 // Walks one section of the rules for one pair of documents.
 class SectionWalk {
  public:
@@ -53,7 +46,7 @@ class SectionWalk {
 
   void Run() {
     for (int i = start_line_; i < rules_.Count(); i = rules_.NextHeader(i)) {
-      if (!BeginsWith(rules_.ShortLine(i + 1), '=')) {
+      if (!rules_.ShortLine(i + 1).starts_with('=')) {
         MapSubSection(i);
       } else if (i == start_line_) {
         records_.MapBlockRecord({}, {}, i);
@@ -85,7 +78,7 @@ class SectionWalk {
     const std::string_view block = ResolveAlias(block_line.substr(0, block_line.find('{')));
     if (!Contains(block_line, "*")) {
       MapBlock(block, target_block, header);
-    } else if (block == "MechUnitPart*") {
+    } else if (block == kMechanismParts) {
       MapBlock(DropTail(block, 1), target_block, header);
     } else {
       MapDeclaredBlocks(target_block, header);
@@ -94,28 +87,30 @@ class SectionWalk {
 
   std::string_view TargetBlock(std::string_view table) const {
     const std::string_view block = FindTableBlock(run_.target->RootBasis(), table);
-    if (!block.empty()) return block;
-    const TBasis* main = run_.target->MainBlockBasis();
-    return main == nullptr ? std::string_view() : FindTableBlock(*main, table);
+    return block.empty() ? FindTableBlock(run_.target->MainBasis(), table) : block;
   }
 
   // The sub-section's comment lines of the form ";name{" name its source blocks.
   void MapDeclaredBlocks(std::string_view target_block, int header) {
     for (int j = header + 1; j < rules_.Count(); ++j) {
       const std::string_view line = rules_.ShortLine(j);
-      if (BeginsWith(line, '[')) return;
-      if (DeclaresBlock(line)) MapBlock(DeclaredBlock(line), target_block, header);
+      if (line.starts_with('[')) return;
+      if (!DeclaresBlock(line)) continue;
+      const std::string_view block = DeclaredBlock(line);
+      MapBlock(block, target_block, header);
+      // The name is looked up with its star, too, which tells that there is no such block.
+      if (block == kMechanismParts) MapBlock(DropTail(block, 1), target_block, header);
     }
   }
 
   void MapBlock(std::string_view block, std::string_view target_block, int header) {
     TDocument& source = *run_.source;
-    if (HasBlock(&source.RootBasis(), block)) {
-      const int records = source.RecordCount(Join({"\\\\", block}));
+    if (source.RootBasis().HasBlock(block)) {
+      const int records = source.RecordCount(JoinShort({"\\\\", block}));
       for (int k = 1; k <= records; ++k) {
-        records_.MapBlockRecord(Join({block, "\\", std::to_string(k)}), target_block, header);
+        records_.MapBlockRecord(JoinShort({block, "\\", std::to_string(k)}), target_block, header);
       }
-    } else if (HasBlock(source.MainBlockBasis(), block)) {
+    } else if (source.MainBasis().HasBlock(block)) {
       MapMainBlockRecords(block, target_block, header);
     } else if (!StartsWithRu(source.DocInfo().Code, "DTSout_CU")) {
       Show({"Не найден блок "_cp1251, block, " файла "_cp1251, rules_.name()});
@@ -131,26 +126,18 @@ class SectionWalk {
       // Most goods lack most blocks; their paths need not be walked to know it.
       if (BlockRecords(main_records->Record(m), position) == nullptr) continue;
       const std::string number = std::to_string(m);
-      const ShortText inside = Join({source.DocInfo().MainBlock, "\\", number, "\\", block});
-      const int records = source.RecordCount(Join({"\\\\", inside}));
+      const ShortText inside = JoinShort({source.DocInfo().MainBlock, "\\", number, "\\", block});
+      const int records = source.RecordCount(JoinShort({"\\\\", inside}));
       const ShortText target =
-          Join({run_.target->DocInfo().MainBlock, "\\", number, "\\", target_block});
+          JoinShort({run_.target->DocInfo().MainBlock, "\\", number, "\\", target_block});
       for (int k = 1; k <= records; ++k) {
-        records_.MapBlockRecord(Join({inside, "\\", std::to_string(k)}), target, header);
+        records_.MapBlockRecord(JoinShort({inside, "\\", std::to_string(k)}), target, header);
       }
     }
   }
 
-  static ShortText Join(std::initializer_list<std::string_view> parts) {
-    ShortText joined;
-    for (const std::string_view part : parts) joined += part;
-    return joined;
-  }
-
   void Show(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts) text += part;
-    run_.environment.host.dialogs.Message(text);
+    run_.environment.host.dialogs.Message(Join(parts));
   }
 
   RunContext& run_;

@@ -5,12 +5,6 @@
 namespace customsconv {
 namespace {
 
-bool IsBlockOf(const TBasis* level, std::string_view name) {
-  if (level == nullptr) return false;
-  const int position = level->IndexOfName(name);
-  return position >= 0 && level->Item(position).is_block;
-}
-
 // A table that the rules put under a goods record but that the table set keeps
 // beside the goods table: its rows name their goods record in G32.
 void Flatten(RecordScope& record) {
@@ -18,8 +12,7 @@ void Flatten(RecordScope& record) {
   if (WordCount(block, kPathSeparator) != 3) return;
   if (!Contains(block, record.target.DocInfo().MainBlock)) return;
   const ShortText name = ExtractWord(3, block, kPathSeparator);
-  if (IsBlockOf(record.target.MainBlockBasis(), name)) return;
-  if (!IsBlockOf(&record.target.RootBasis(), name)) return;
+  if (record.target.MainBasis().HasBlock(name) || !record.target.RootBasis().HasBlock(name)) return;
   record.target_block = name;
   record.flattened = true;
 }

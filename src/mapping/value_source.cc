@@ -12,10 +12,7 @@ constexpr int kOverflowWidth = 80;
 std::string SplitGoodsDescription(RecordScope& record, const std::string& description) {
   const int width = record.TargetWidth(record.Prefixed("31_1"));
   SplitText split = SplitFirstLine(description, false, width);
-  const TBasis* main = record.target.MainBlockBasis();
-  const int position = main == nullptr ? -1 : main->IndexOfName("DOPINF");
-  const bool has_block = position >= 0 && main->Item(position).is_block;
-  const std::string_view block = has_block ? "DOPINF" : "DINFO";
+  const std::string_view block = record.target.MainBasis().HasBlock("DOPINF") ? "DOPINF" : "DINFO";
   std::string head = std::move(split.head);
   for (std::string_view rest = split.tail; !rest.empty(); rest = split.tail) {
     split = SplitFirstLine(rest, false, kOverflowWidth);

@@ -2,7 +2,10 @@
 
 #include <cmath>
 
+#include "base/characters.h"
 #include "base/letter_case.h"
+#include "text/date_format.h"
+#include "text/date_forms.h"
 #include "text/dates.h"
 #include "text/numbers.h"
 
@@ -20,7 +23,7 @@ Date XmlDate(std::string_view value) {
 
 ShortText ConvertDate(std::string_view value, int this_year) {
   if (ParseLocalDate(value, this_year)) return value;
-  const Date date = XmlDate(value);
+  const Date date = XmlDate(Trim(value));
   return date == 0 ? ShortText(value) : ShortText(LocalDateText(date));
 }
 
@@ -69,13 +72,9 @@ ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_f
 }
 
 ShortText SixDigitDate(std::string_view value, int this_year) {
-  if (value.size() == 10 && value[4] == '-') {
-    return JoinShort({value.substr(8, 2), value.substr(5, 2), value.substr(2, 2)});
-  }
-  if (ParseLocalDate(value, this_year)) {
-    const std::string_view month = value.size() > 3 ? value.substr(3, 2) : "";
-    return JoinShort({value.substr(0, 2), month, value.substr(value.size() - 2)});
-  }
+  const std::string_view date = Trim(value);
+  if (date.size() == 10 && date[4] == '-') return SixDigitsFromYearFirst(date);
+  if (ParseLocalDate(date, this_year)) return SixDigitsFromDayFirst(date);
   return value;
 }
 

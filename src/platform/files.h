@@ -109,6 +109,8 @@ class FileSeries {
                                                            SameBytes same) = 0;
 };
 
+class OutputFile;  // platform/output_file.h
+
 // A lock between processes, held until destruction.
 class FileLock {
  public:
@@ -149,6 +151,10 @@ class Files {
   }
   [[nodiscard]] virtual std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                                  FilePieces content) = 0;
+
+  // The first step of Replace for content that does not fit into memory. Throws FileError
+  // (kCreate).
+  [[nodiscard]] virtual std::unique_ptr<OutputFile> StartOutput(std::string_view path) = 0;
 
   // Hardens them with one wait, as far as the disk can; trouble shows when they are
   // hardened one by one.

@@ -4,12 +4,13 @@
 
 #include "base/cp1251_literal.h"
 #include "config/settings.h"
-#include "services/file_names.h"
+#include "services/file_services.h"
 #include "services/numbering_store.h"
 #include "services/program_paths.h"
 #include "services/program_start.h"
 #include "text/blanks.h"
-#include "text/dates.h"
+#include "text/date_format.h"
+#include "text/file_names.h"
 
 namespace customsconv {
 namespace {

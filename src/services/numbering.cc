@@ -1,10 +1,10 @@
 #include "services/numbering.h"
 
-#include <algorithm>
-
+#include "base/characters.h"
 #include "config/settings.h"
 #include "services/numbering_store.h"
 #include "text/blanks.h"
+#include "text/date_forms.h"
 #include "text/dates.h"
 #include "text/words.h"
 
@@ -53,10 +53,8 @@ void ReplaceFirst(std::string& text, std::string_view placeholder, std::string_v
 
 // "ddmmyyyy", "ddmmyy" or, with years of one digit, "ddmmy".
 std::string NumberDate(Date today, bool four_digit_year, const TConfiguration& config) {
-  if (four_digit_year) return FormatDateTime("ddmmyyyy", today);
-  std::string date = FormatDateTime("ddmmyy", today);
-  if (!settings::RegNumsYear2Digit(config)) date.erase(4, 1);
-  return date;
+  if (four_digit_year) return CompactDateText(today, 4);
+  return CompactDateText(today, settings::RegNumsYear2Digit(config) ? 2 : 1);
 }
 
 // The counters of one series on one day. A number is drawn only when it is asked
@@ -99,27 +97,11 @@ bool AlwaysFourDigitYear(std::string_view series) { return series == "KD1" || se
 
 }  // namespace
 
-std::string CompactDate(std::string_view date, bool four_digit_year) {
-  std::string compact;
-  for (std::size_t number = 1; number <= 3; ++number) {
-    const std::string_view word = ExtractWord(number, date, kDateSeparators);
-    compact += word.substr(word.size() - std::min<std::size_t>(word.size(), 2));
-  }
-  if (four_digit_year && compact.size() == 6) compact.insert(4, "20");
-  return compact;
-}
-
 std::string CheckCompactDate(std::string_view date, const Environment& environment) {
-  if (date.size() != 5 && date.size() != 6 && date.size() != 8) return {};
-  std::string dotted(date.substr(0, 2));
-  dotted.append(".").append(date.substr(2, 2)).append(".");
-  if (date.size() == 5) dotted += '0';  // one digit is the year within the decade
-  dotted += date.substr(4);
-
-  constexpr int kDaysAhead = 400;
-  const std::optional<Date> day = ParseLocalDate(dotted, environment.ThisYear());
-  const bool plausible =
-      day && *day >= DateOf({1990, 1, 1}) && *day <= environment.host.clock.Today() + kDaysAhead;
+  const Date today = environment.host.clock.Today();
+  const std::optional<Date> day =
+      ParseLocalDate(DottedFromDigits(Trim(date)), environment.ThisYear());
+  const bool plausible = day && MayBeRegistrationDay(*day, today, EndDays::kIncluded);
   return plausible ? std::string(date) : std::string();
 }
 

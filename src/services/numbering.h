@@ -10,11 +10,8 @@
 
 namespace customsconv {
 
-// The last two characters of each of the first three words of a date (split at
-// "-", "." and "/"), joined: "17.03.2026" gives "170326"; with four-digit years "17032026".
-[[nodiscard]] std::string CompactDate(std::string_view date, bool four_digit_year);
-// The compact date itself when it names a day from 1 January 1990 to 400 days
-// after today (by the clock), else empty.
+// A compact date (DDMMY, DDMMYY, DDMMYYYY) itself when a declaration may be registered on that
+// day, by the clock; else empty.
 [[nodiscard]] std::string CheckCompactDate(std::string_view date, const Environment& environment);
 
 // The counters stand in a file that stations share or in kord.ini (see

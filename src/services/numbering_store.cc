@@ -4,8 +4,8 @@
 
 #include "base/cp1251_literal.h"
 #include "config/settings.h"
-#include "services/file_names.h"
 #include "services/program_paths.h"
+#include "text/file_names.h"
 
 namespace customsconv {
 namespace {

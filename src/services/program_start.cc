@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "services/file_names.h"
 #include "services/program_paths.h"
 #include "services/run_log.h"
+#include "text/file_names.h"
 
 namespace customsconv {
 

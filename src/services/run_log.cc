@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/cp1251_literal.h"
-#include "text/dates.h"
+#include "text/date_format.h"
 
 namespace customsconv {
 

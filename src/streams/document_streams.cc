@@ -1,3 +1,6 @@
+// A signature is read at its wanted length and compared as a whole, so an older or newer version of
+// the same kind of file is told like a file of another kind.
+
 #include "streams/document_streams.h"
 
 #include <limits>

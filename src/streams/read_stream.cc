@@ -1,3 +1,7 @@
+// The buffer holds the stretch of the file that begins at buffer_start_; the stream behind it
+// stands at that stretch's end. A full buffer is refilled as soon as it is used up, so one that is
+// not full means the end of the file.
+
 #include "streams/read_stream.h"
 
 #include <algorithm>

@@ -7,9 +7,10 @@
 #include "base/error.h"
 #include "dbf/dbf_cache.h"
 #include "services/exchange_lock.h"
-#include "services/file_names.h"
 #include "tables/table_keys.h"
+#include "tables/table_levels.h"
 #include "tables/table_loader.h"
+#include "text/file_names.h"
 #include "text/numbers.h"
 
 namespace customsconv {
@@ -98,7 +99,7 @@ void TDbfDocument::NoteRow(std::string_view path) {
 std::unique_ptr<TDbfDocument> CreateDbfDocument(std::string_view code, std::string_view folder,
                                                 TDocTypeList& types, TDbfCache& cache,
                                                 Environment& environment) {
-  types.GetDocInfo(code).LoadFromDbf(folder, cache, environment);
+  LoadFromDbf(types.GetDocInfo(code), folder, cache, environment);
   return std::make_unique<TDbfDocument>(code, types, cache, environment);
 }
 

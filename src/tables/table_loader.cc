@@ -11,7 +11,6 @@ namespace customsconv {
 namespace {
 
 constexpr int kDeepestLevel = 5;
-constexpr int kLongField = 256;  // fields from this width on are read as long texts
 
 // Hashes views and texts alike, so that a look-up copies nothing.
 struct KeyHash {
@@ -22,7 +21,7 @@ using RecordsByKey =
     std::unordered_map<std::string, std::vector<TDocFieldList*>, KeyHash, std::equal_to<>>;
 
 void TakeField(const TFileDbfFile& table, int field, TDocFieldList& record, int position) {
-  if (table.FieldAt(field).length >= kLongField) {
+  if (table.FieldAt(field).length > ShortText::kMaxSize) {
     record.SetText(position, table.GetLongField(field));
   } else {
     record.SetText(position, table.GetField(field));

@@ -8,8 +8,6 @@
 namespace customsconv {
 namespace {
 
-constexpr std::size_t kLongText = 256;  // texts from this length on are written as long ones
-
 [[noreturn]] void ThrowCannotOpen(std::string_view name) {
   throw Error(std::string("Не могу открыть файл "_cp1251).append(name));
 }
@@ -103,14 +101,7 @@ void TableWriter::WriteRecord(Level& level, TDocFieldList& record) {
   } else if (table.GoTo(record.RecNo) != DbfStatus::kOk) {
     return;  // a row beyond the table is posted nowhere
   }
-  for (const Field& field : level.fields) {
-    const std::string_view text = record.Text(field.position);
-    if (text.size() >= kLongText) {
-      table.SetLongField(field.column, text, false);
-    } else if (!text.empty() || !is_new || !level.columns_differ) {
-      table.SetField(field.column, text, false);
-    }
-  }
+  WriteFields(level, record, is_new);
   if (is_new) {
     if (!table.Append()) ThrowCannotOpen(table.file_name());
     record.RecNo = static_cast<std::int32_t>(table.current_record());
@@ -120,6 +111,25 @@ void TableWriter::WriteRecord(Level& level, TDocFieldList& record) {
   }
   const auto behind = std::lower_bound(level.deleted.begin(), level.deleted.end(), record.RecNo);
   record.RecNo -= static_cast<std::int32_t>(behind - level.deleted.begin());
+}
+
+void TableWriter::WriteFields(const Level& level, const TDocFieldList& record, bool is_new) {
+  TFileDbfFile& table = *level.table;
+  // Columns that hold a part of another field's text: their own values do not overwrite it.
+  std::vector<int> continued;
+  for (const Field& field : level.fields) {
+    const std::string_view text = record.Text(field.position);
+    if (!continued.empty() &&
+        std::find(continued.begin(), continued.end(), field.column) != continued.end()) {
+      continue;
+    }
+    if (text.size() > ShortText::kMaxSize) {
+      const int parts = table.SetLongField(field.column, text, false);
+      for (int n = 2; n <= parts; ++n) continued.push_back(table.Continuation(field.column, n));
+    } else if (!text.empty() || !is_new || !level.columns_differ) {
+      table.SetField(field.column, text, false);
+    }
+  }
 }
 
 void DeleteRows(TDbfCache& cache, std::string_view folder, const DeletedRows& rows) {

@@ -57,6 +57,8 @@ class TableWriter {
   Level& LevelOf(const TBasis& basis);
   TFileDbfFile& TableOf(const std::string& table_file);
   void WriteRecord(Level& level, TDocFieldList& record);
+  // Fills the record buffer.
+  static void WriteFields(const Level& level, const TDocFieldList& record, bool is_new);
 
   TDbfCache& cache_;
   std::string folder_;

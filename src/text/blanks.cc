@@ -2,23 +2,9 @@
 
 #include <algorithm>
 
-#include "text/char_set.h"
+#include "base/short_text.h"
 
 namespace customsconv {
-
-std::string_view TrimLeft(std::string_view text) {
-  std::size_t start = 0;
-  while (start < text.size() && IsBlank(text[start])) ++start;
-  return text.substr(start);
-}
-
-std::string_view TrimRight(std::string_view text) {
-  std::size_t size = text.size();
-  while (size > 0 && IsBlank(text[size - 1])) --size;
-  return text.substr(0, size);
-}
-
-std::string_view Trim(std::string_view text) { return TrimRight(TrimLeft(text)); }
 
 std::string_view TrimBlanks(std::string_view text) { return Trim(CutToShort(text)); }
 std::string_view TrimBlanksLeft(std::string_view text) { return TrimLeft(CutToShort(text)); }
@@ -87,7 +73,5 @@ std::string_view DropTail(std::string_view text, std::size_t count) {
 std::string_view IfEmpty(std::string_view text, std::string_view default_text) {
   return text.empty() ? default_text : text;
 }
-
-bool IsLetterOrDigit(char c) { return kLettersAndDigits.Has(c); }
 
 }  // namespace customsconv

@@ -5,26 +5,28 @@
 #include <string>
 #include <string_view>
 
-#include "base/letter_case.h"
-#include "base/short_text.h"
+#include "base/characters.h"
 
 namespace customsconv {
 
-// Every byte up to 32 counts as blank in trimming.
-[[nodiscard]] constexpr bool IsBlank(char c) { return static_cast<unsigned char>(c) <= 32; }
+// Blanks around and inside texts, and other small changes:
+//
+//   TrimBlanks("  G32 ")         "G32"
+//   PadLeft("42", '0', 7)        "0000042"
+//   CollapseBlanks("a   b")      "a b"
+//   StripControls(value, true)   one line, without blanks at its end
+//
+// Trimming takes every byte up to 32, all else means the blank itself (32). Views point
+// into the argument.
 
-// The long form: any length, a view into `text`.
-[[nodiscard]] std::string_view Trim(std::string_view text);
-[[nodiscard]] std::string_view TrimLeft(std::string_view text);
-[[nodiscard]] std::string_view TrimRight(std::string_view text);
-
-// The short-text forms: the argument is cut at 255 bytes first.
+// Trim, TrimLeft and TrimRight of base/characters.h on short text: the argument is cut at 255
+// bytes first.
 [[nodiscard]] std::string_view TrimBlanks(std::string_view text);
 [[nodiscard]] std::string_view TrimBlanksLeft(std::string_view text);
 [[nodiscard]] std::string_view TrimBlanksRight(std::string_view text);
 
-// Appends (PadRight) or prepends (PadLeft, short text) `fill` until the text has `length` bytes, at
-// most 255; longer texts stay as they are.
+// Appends (PadRight) or prepends (PadLeft, short text) `fill` until the text has `length`
+// bytes, at most 255; longer texts stay as they are.
 [[nodiscard]] std::string PadRight(std::string_view text, char fill, std::size_t length);
 [[nodiscard]] std::string PadLeft(std::string_view text, char fill, std::size_t length);
 [[nodiscard]] std::string PadRightBlanks(std::string_view text, std::size_t length);
@@ -40,9 +42,6 @@ namespace customsconv {
 // Without its last `count` characters (empty when it has fewer).
 [[nodiscard]] std::string_view DropTail(std::string_view text, std::size_t count);
 [[nodiscard]] std::string_view IfEmpty(std::string_view text, std::string_view default_text);
-
-// A digit, a Latin letter or a Cyrillic letter of code page 1251 (Ё, ё included).
-[[nodiscard]] bool IsLetterOrDigit(char c);
 
 }  // namespace customsconv
 

@@ -8,6 +8,11 @@
 namespace customsconv {
 
 // A set of byte values: the delimiter argument of the word and split functions.
+//
+//   constexpr CharSet kSeparators{" ,;"};
+//   if (kSeparators.Has(c)) …
+//
+// Made while compiling, asked in a few instructions.
 class CharSet {
  public:
   constexpr CharSet() = default;
@@ -47,6 +52,7 @@ inline constexpr CharSet kLettersAndDigits = [] {
   set.Add('\xB8');
   return set;
 }();
+[[nodiscard]] constexpr bool IsLetterOrDigit(char c) { return kLettersAndDigits.Has(c); }
 
 }  // namespace customsconv
 

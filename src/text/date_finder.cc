@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "base/characters.h"
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
 #include "text/dates.h"
@@ -44,8 +45,6 @@ constexpr std::array<std::array<State, 3>, kAccepted> kNext{{
     {kStart, kAccepted, kAccepted},       // kYear4
 }};
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 constexpr CharSet LettersAnd(std::string_view signs) {
   CharSet set = kLettersAndDigits;
   for (char digit = '0'; digit <= '9'; ++digit) set.Remove(digit);
@@ -58,9 +57,9 @@ constexpr CharSet Without(CharSet set, std::string_view members) {
   return set;
 }
 
-// What makes digits part of a number or name when it touches them. The letters that may
-// touch all the same end the prepositions "до", "от", "по" and "с" before a date, and
-// begin the year mark "г" and the prepositions behind it.
+// What makes digits part of a number or name when it touches them. Some letters may touch a date:
+// those that end the prepositions "до", "от", "по" and "с" before it, and those that begin the
+// year mark "г" and the prepositions behind it.
 constexpr CharSet kTouching = LettersAnd("#&-./_");
 constexpr CharSet kTouchingBefore = Without(kTouching, "остОСТ"_cp1251);
 constexpr CharSet kTouchingAfter = Without(kTouching, "гдопсГДОПС"_cp1251);

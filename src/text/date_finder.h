@@ -9,7 +9,15 @@
 
 namespace customsconv {
 
-// Finds dates in free text.
+// Finds dates inside other text.
+//
+//   DateSearch search;
+//   search.this_year = clock.ThisYear();
+//   ExtractDate(1, "Счет от 01.02.2024г. №5", search).text    "01.02.2024"
+//   RemoveDate(1, text, search)                               leaves "Счет№5"
+//
+// A date is day, month and year with the same separator between: one or two digits, one or two,
+// two or four. The calendar must hold the day.
 struct DateSearch {
   CharSet separators{"-./"};
   // How many characters of the text are looked at, 0 for all.

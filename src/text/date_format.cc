@@ -1,10 +1,12 @@
+#include "text/date_format.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <string>
+#include <cstdint>
 
+#include "base/characters.h"
 #include "base/letter_case.h"
-#include "text/dates.h"
 
 namespace customsconv {
 namespace {
@@ -89,14 +91,14 @@ class DateTimeReader {
     text.remove_prefix(blanks);
     number = 0;
     for (const char c : text) {
-      if (c < '0' || c > '9') return false;
+      if (!IsDigit(c)) return false;
       number = number * 10 + (c - '0');
     }
     return !text.empty();
   }
 
   bool ReadDay(std::size_t length) {
-    const bool one_digit = length == 1 && (text_.size() < 2 || text_[1] < '0' || text_[1] > '9');
+    const bool one_digit = length == 1 && (text_.size() < 2 || !IsDigit(text_[1]));
     std::string_view day = Take(one_digit ? 1 : 2);
     // Days alone may stand left in their two places.
     if (day.ends_with(' ')) day.remove_suffix(1);
@@ -180,6 +182,15 @@ std::optional<DateTime> ParseDateTimeFmt(std::string_view format, std::string_vi
     if (!reader.Read(TakeRun(format))) return std::nullopt;
   }
   return reader.Result();
+}
+
+DateTime TextToDateTimeFmt(std::string_view format, std::string_view text) {
+  if (const auto moment = ParseDateTimeFmt(format, text)) return *moment;
+  throw InvalidDateError();
+}
+
+DateTime TextToDateFmtDef(std::string_view format, std::string_view text, DateTime default_value) {
+  return ParseDateTimeFmt(format, text).value_or(default_value);
 }
 
 std::string FormatDateTime(std::string_view format, DateTime moment) {

@@ -2,17 +2,16 @@
 
 #include <algorithm>
 
+#include "base/characters.h"
 #include "base/short_text.h"
-#include "text/blanks.h"
 #include "text/char_set.h"
+#include "text/date_format.h"
 
 namespace customsconv {
 namespace {
 
 constexpr CharSet kLocalSeparator{"."};
 constexpr CharSet kAllSeparators{kDateSeparators};
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Takes up to `most` digits off the front of `text`.
 std::string_view TakeDigits(std::string_view& text, std::size_t most) {
@@ -68,13 +67,12 @@ Date TextToDate(std::string_view text, Date default_value, int this_year) {
   return ParseDayMonthYear(CutToShort(text), kAllSeparators, this_year).value_or(default_value);
 }
 
-DateTime TextToDateTimeFmt(std::string_view format, std::string_view text) {
-  if (const auto moment = ParseDateTimeFmt(format, text)) return *moment;
-  throw InvalidDateError();
-}
-
-DateTime TextToDateFmtDef(std::string_view format, std::string_view text, DateTime default_value) {
-  return ParseDateTimeFmt(format, text).value_or(default_value);
+bool MayBeRegistrationDay(Date day, Date today, EndDays end_days) {
+  constexpr Date kDaysAhead = 400;
+  const Date first = *DateOf({1990, 1, 1});
+  const Date last = today + kDaysAhead;
+  if (end_days == EndDays::kIncluded) return first <= day && day <= last;
+  return first < day && day < last;
 }
 
 }  // namespace customsconv

@@ -6,17 +6,28 @@
 #include <string_view>
 
 #include "base/date_time.h"
-#include "base/error.h"
 
 namespace customsconv {
 
-// The local settings that the family runs under: day, month, year separated by ".".
+// Dates in the local short format, which is fixed here: day, month and year with "." between.
+//
+//   const std::optional<Date> day = ParseLocalDate(" 5.3.09", clock.ThisYear());
+//   if (!day) return "no date";
+//   return LocalDateText(*day);  // "05.03.2009"
+//
+// Other ways to write a date: text/date_format.h (by a format), text/date_forms.h (by the
+// positions of the characters), text/date_finder.h (inside other text).
+
 inline constexpr char kDateSeparator = '.';
 inline constexpr std::string_view kDateSeparators = "-./";
+[[nodiscard]] constexpr bool IsDateSeparator(char c) {
+  return kDateSeparators.find(c) != std::string_view::npos;
+}
 
-// A date in the local short format: day and month of one or two digits, the year
-// of one, two or four, separated by "."; blanks allowed around the whole. Years of one
-// or two digits fall into the hundred years that begin fifty years before `this_year`.
+// Day and month of one or two digits, the year of one, two or four, separated by ".", which
+// the calendar holds; blanks around the whole do not count. A year of one or two digits falls
+// into the hundred years that begin fifty years before `this_year`, so that a date read from a
+// table ("31.12.95") is written back as the same date.
 [[nodiscard]] std::optional<Date> ParseLocalDate(std::string_view text, int this_year);
 // dd.mm.yyyy
 [[nodiscard]] std::string LocalDateText(Date date);
@@ -25,27 +36,11 @@ inline constexpr std::string_view kDateSeparators = "-./";
 // `default_value` when that fails.
 [[nodiscard]] Date TextToDate(std::string_view text, Date default_value, int this_year);
 
-class InvalidDateError : public Error {
- public:
-  InvalidDateError() : Error("Invalid date/time") {}
-};
-
-// Reads `text` by a format of d, m, y, h, n and s runs ("yyyy-mm-dd"), letter case
-// ignored; every other character of the format passes over one of the text, and what
-// stands behind the last of the format does not matter. Numbers are digits, blanks before
-// them allowed. Empty when that gives no date.
-[[nodiscard]] std::optional<DateTime> ParseDateTimeFmt(std::string_view format,
-                                                       std::string_view text);
-// The same, throws InvalidDateError.
-[[nodiscard]] DateTime TextToDateTimeFmt(std::string_view format, std::string_view text);
-// The same, `default_value` instead of any error.
-[[nodiscard]] DateTime TextToDateFmtDef(std::string_view format, std::string_view text,
-                                        DateTime default_value);
-
-// The moment by a format of d, dd, m, mm, yy, yyyy, h, hh, n, nn, s and ss runs (letter
-// case ignored) and literal characters: what the run log, the numbering and DATE(...)
-// write. Seconds are cut, not rounded.
-[[nodiscard]] std::string FormatDateTime(std::string_view format, DateTime moment);
+// A declaration is registered between 1 January 1990 and 400 days after today. The rules that ask
+// this differ: the header rule of the tables does not count the two end days, and its today is
+// the date that the run keeps; a compact date is checked with them, by the clock.
+enum class EndDays { kExcluded, kIncluded };
+[[nodiscard]] bool MayBeRegistrationDay(Date day, Date today, EndDays end_days);
 
 }  // namespace customsconv
 

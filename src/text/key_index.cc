@@ -1,3 +1,6 @@
+// Keys hash into a table of slots that is never more than half full; equal hashes step on to the
+// next free slot. A removed key keeps its slot, without a position.
+
 #include "text/key_index.h"
 
 #include <bit>

@@ -9,8 +9,14 @@
 
 namespace customsconv {
 
-// Positions (from 0) of texts, found without regard to letter case. Among equal texts the one
-// that was added first wins. Finding takes constant time and allocates nothing.
+// Positions (from 0) of texts, found without regard to letter case.
+//
+//   KeyIndex names;
+//   for (int i = 0; i < basis.Count(); ++i) names.Add(basis.Item(i).name, i);
+//   const int position = names.Find("g32");  // -1 when there is no such name
+//
+// Among equal texts the one that was added first wins. Finding takes constant time and
+// allocates nothing.
 class KeyIndex {
  public:
   // Makes room for `keys` keys of `bytes` bytes together; the index grows beyond that by itself.

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <limits>
 
 #include "base/cp1251_literal.h"
@@ -15,11 +14,9 @@
 namespace customsconv {
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // Value of a hexadecimal digit of either case, 16 for any other character.
 constexpr unsigned HexDigit(char c) {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
+  if (IsDigit(c)) return static_cast<unsigned>(c - '0');
   const char upper = UpperCaseLatinChar(c);
   return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A' + 10) : 16;
 }
@@ -59,6 +56,28 @@ double DoubleOf(std::string_view digits) {
   return value;
 }
 
+template <typename Float>
+bool ReadFloat(std::string_view text, Float& value) {
+  const DecimalText decimal = ParseDecimal(text);
+  if (decimal.bad_position != 0) {
+    value = static_cast<Float>(decimal.bad_position);
+    return false;
+  }
+  const std::string_view number = decimal.number;
+  Float magnitude = 0;
+  const auto [end, error] =
+      std::from_chars(number.data(), number.data() + number.size(), magnitude);
+  if (error == std::errc::result_out_of_range) {
+    if (LeadingPlace(decimal) > 0) {
+      value = static_cast<Float>(TrimRight(text).size());
+      return false;
+    }
+    magnitude = 0;
+  }
+  value = decimal.negative ? -magnitude : magnitude;
+  return true;
+}
+
 }  // namespace
 
 double NumberFromText(std::string_view text) {
@@ -80,7 +99,7 @@ double NumberFromText(std::string_view text) {
 bool TextToInt(std::string_view text, std::int32_t& value) {
   text = TrimRight(text);
   std::size_t offset = 0;
-  while (offset < text.size() && text[offset] == ' ') ++offset;
+  while (offset < text.size() && IsBlank(text[offset])) ++offset;
   const bool negative = offset < text.size() && text[offset] == '-';
   if (negative || (offset < text.size() && text[offset] == '+')) ++offset;
   IntResult result;
@@ -98,26 +117,8 @@ bool TextToInt(std::string_view text, std::int32_t& value) {
   return true;
 }
 
-bool TextToFloat(std::string_view text, double& value) {
-  const DecimalText decimal = ParseDecimal(text);
-  if (decimal.bad_position != 0) {
-    value = static_cast<double>(decimal.bad_position);
-    return false;
-  }
-  const std::string_view number = decimal.number;
-  double magnitude = 0;
-  const auto [end, error] =
-      std::from_chars(number.data(), number.data() + number.size(), magnitude);
-  if (error == std::errc::result_out_of_range) {
-    if (LeadingPlace(decimal) > 0) {
-      value = static_cast<double>(TrimRight(text).size());
-      return false;
-    }
-    magnitude = 0;
-  }
-  value = decimal.negative ? -magnitude : magnitude;
-  return true;
-}
+bool TextToFloat(std::string_view text, double& value) { return ReadFloat(text, value); }
+bool TextToFloat(std::string_view text, long double& value) { return ReadFloat(text, value); }
 
 std::optional<std::int32_t> ParseInt(std::string_view text) {
   std::int32_t value = 0;
@@ -156,14 +157,13 @@ bool StrToBoolRu(std::string_view text) {
   return false;
 }
 
-std::string NumberText(double value) {
-  const double magnitude = std::fabs(value);
-  if (magnitude == 0) return "0";
+std::string NumberText(long double value) {
+  // As many digits as the extended format of 64 bits keeps for sure.
+  constexpr int kDigits = 18;
+  static_assert(std::numeric_limits<long double>::digits10 >= kDigits);
   std::array<char, 64> buffer;
-  char* const end = buffer.data() + buffer.size();
-  const bool plain = magnitude >= 1e-5 && magnitude < 1e15;
-  const auto result = plain ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
-                            : std::to_chars(buffer.data(), end, value);
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                    std::chars_format::scientific, kDigits - 1);
   return {buffer.data(), result.ptr};
 }
 

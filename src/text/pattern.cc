@@ -1,3 +1,5 @@
+// The expressions are PCRE2's, compiled for single bytes: code page 1251 needs no more.
+
 #include "text/pattern.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -44,14 +46,14 @@ Pattern::~Pattern() = default;
 
 bool Pattern::FoundIn(std::string_view text) const { return compiled_->Find(text, 0); }
 
-std::string Pattern::RemoveAll(std::string_view text) const {
-  std::string kept;
+std::string Pattern::ReplaceAll(std::string_view text, std::string_view replacement) const {
+  std::string result;
   std::size_t position = 0;
   while (compiled_->Find(text, position) && compiled_->MatchEnd() > compiled_->MatchStart()) {
-    kept.append(text.substr(position, compiled_->MatchStart() - position));
+    result.append(text.substr(position, compiled_->MatchStart() - position)).append(replacement);
     position = compiled_->MatchEnd();
   }
-  return kept.append(text.substr(position));
+  return result.append(text.substr(position));
 }
 
 }  // namespace customsconv

@@ -7,8 +7,12 @@
 
 namespace customsconv {
 
-// A Perl-compatible regular expression over single-byte text, compiled once. One that does not
-// compile matches nothing.
+// A Perl-compatible regular expression over single-byte text, compiled once.
+//
+//   const Pattern digits("^[0-9]+$");
+//   if (!digits.FoundIn(value)) …
+//
+// An expression that does not compile matches nothing.
 class Pattern {
  public:
   explicit Pattern(std::string_view expression);
@@ -18,8 +22,8 @@ class Pattern {
 
   // It matches somewhere in `text`. One that gives up on a text does not.
   [[nodiscard]] bool FoundIn(std::string_view text) const;
-  // `text` without any of its matches (an empty match ends the search).
-  [[nodiscard]] std::string RemoveAll(std::string_view text) const;
+  // `text` with `replacement` in the place of each match (an empty match ends the search).
+  [[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view replacement) const;
 
  private:
   struct Compiled;

@@ -60,8 +60,6 @@ std::size_t FirstOf(std::string_view text, const CharSet& set, std::size_t width
 
 }  // namespace
 
-const CharSet& DefaultSplitDelimiters() { return kNeitherLetterNorDigit; }
-
 SplitText WrapSplit(std::string_view text, const CharSet& delimiters, bool pad_head, int width) {
   const auto limit = static_cast<std::size_t>(std::max(width, 0));
   if (limit == 0 || text.size() <= limit) return {std::string(text), {}};

@@ -9,19 +9,26 @@
 
 namespace customsconv {
 
+// Long texts cut into pieces that fit a width:
+//
+//   for (std::string_view rest = text; !rest.empty();) {
+//     const SplitText split = WrapSplit(rest, 80);
+//     AddLine(split.head);
+//     rest = split.tail;
+//   }
+//
+// Such a loop always ends: a split takes something off, and blanks at the cut are dropped.
+
 // Head and tail of a text that was split once.
 struct SplitText {
   std::string head;
   std::string_view tail;  // into the text that was split
 };
 
-// Every character that is neither a Latin or Cyrillic letter nor a digit.
-[[nodiscard]] const CharSet& DefaultSplitDelimiters();
-
-// Splits at a word boundary so that the head is not longer than `width` bytes
-// where one can be found, else hard at the width. A delimiter other than a blank
-// stays at the end of the head. A width below 1 leaves the whole text in the head.
-// An empty delimiter set means the default one.
+// Splits at a word boundary so that the head is not longer than `width` bytes where one can be
+// found, else hard at the width. A delimiter other than a blank stays at the end of the head. A
+// width below 1 leaves the whole text in the head. An empty delimiter set means the default one:
+// every character that is neither a Latin or Cyrillic letter nor a digit.
 [[nodiscard]] SplitText WrapSplit(std::string_view text, const CharSet& delimiters, bool pad_head,
                                   int width);
 [[nodiscard]] SplitText WrapSplit(std::string_view text, int width);

@@ -179,6 +179,18 @@ bool ContainsNoCase(std::string_view text, std::string_view pattern) {
   return PosFromNoCase(pattern, text, 1) != 0;
 }
 
+bool TakePrefix(std::string_view& text, std::string_view prefix) {
+  if (!text.starts_with(prefix)) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+std::string Join(std::initializer_list<std::string_view> parts) {
+  std::string joined;
+  for (const std::string_view part : parts) joined += part;
+  return joined;
+}
+
 // Most blocks hold no place where the pattern's first and last character stand at its distance;
 // that test of a whole block is a few vector instructions.
 std::size_t FindInLong(std::string_view text, std::string_view pattern, std::size_t from) {

@@ -2,6 +2,7 @@
 #define CUSTOMSCONV_TEXT_WORDS_H_
 
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,9 +13,17 @@
 
 namespace customsconv {
 
-// Words are maximal runs of characters outside the delimiter set: runs of
-// delimiters separate once, leading and trailing ones do not count. Word
-// numbers count from 1. The views point into `text`.
+// Words, places and pieces of texts:
+//
+//   ExtractWord(2, "10702020/110615/0001234", "/")      "110615"
+//   for (const std::string_view word : Words(line, " =")) …
+//   if (ContainsNoCase(kind, "dts")) …
+//   ReplaceAll("1,5", ",", ".")                         "1.5"
+//
+// Views point into the argument; nothing is copied unless a std::string is returned.
+
+// Words are maximal runs of characters outside the delimiter set: runs of delimiters separate
+// once, leading and trailing ones do not count. Word numbers count from 1.
 [[nodiscard]] std::size_t WordCount(std::string_view text, const CharSet& delimiters);
 [[nodiscard]] std::string_view ExtractWord(std::size_t number, std::string_view text,
                                            const CharSet& delimiters);
@@ -53,10 +62,14 @@ namespace customsconv {
 // empty pattern stands nowhere.
 [[nodiscard]] bool Contains(std::string_view text, std::string_view pattern);
 [[nodiscard]] bool ContainsNoCase(std::string_view text, std::string_view pattern);
+// Takes `prefix` off the front of `text`; false when it does not stand there.
+bool TakePrefix(std::string_view& text, std::string_view prefix);
+// The parts one behind the other (JoinShort of base/short_text.h: cut at 255 bytes).
+[[nodiscard]] std::string Join(std::initializer_list<std::string_view> parts);
 
 // Offset (from 0) where `pattern` begins at `from` or behind; npos when it does not. For whole
-// files: many times quicker than std::string_view::find where the pattern's first character
-// is frequent, as "<" is.
+// files: many times quicker than std::string_view::find where the pattern's first character is
+// frequent, as "<" is.
 [[nodiscard]] std::size_t FindInLong(std::string_view text, std::string_view pattern,
                                      std::size_t from);
 
@@ -64,9 +77,9 @@ namespace customsconv {
 [[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view old_text,
                                      std::string_view new_text);
 
-// Comparison of texts that may be missing: two missing ones are equal, a
-// missing one equals nothing else. SameStr is exact, SameTextFast without regard to case
-// (SameTextRu of base/letter_case.h on texts that are there).
+// Comparison of texts that may be missing: two missing ones are equal, a missing one equals nothing
+// else. SameStr is exact, SameTextFast without regard to case (SameTextRu of base/letter_case.h on
+// texts that are there).
 [[nodiscard]] bool SameStr(std::optional<std::string_view> a, std::optional<std::string_view> b);
 [[nodiscard]] bool SameTextFast(std::optional<std::string_view> a,
                                 std::optional<std::string_view> b);

@@ -8,6 +8,10 @@
 
 namespace customsconv {
 
+// Texts as XML can hold them:
+//
+//   "<Name>" + XmlEscape("a<b & \"c\"") + "</Name>"    <Name>a&lt;b &amp; "c"</Name>
+
 // "<", ">" and "&" become entities, every byte below 32 except CR a blank; quotes
 // stay. The short form cuts its result at 255 bytes.
 [[nodiscard]] std::string XmlEscape(std::string_view text);

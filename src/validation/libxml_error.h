@@ -19,13 +19,14 @@ class FirstXmlError {
 
   // To be handed to libxml2 with the object as its context.
   static void Take(void* self, xmlErrorPtr error);
-  void Take(int code, int line, std::string_view message);
+  // An error of our own making; `sentence` as SentenceOf makes it.
+  void Take(int code, int line, std::string_view sentence);
 
   [[nodiscard]] bool occurred() const { return code_ != 0; }
   [[nodiscard]] int code() const { return code_; }
   [[nodiscard]] int line() const { return line_; }
-  // In one line, code page 1251, element names without their namespaces.
-  [[nodiscard]] std::string Message() const;
+  // What it says, as SentenceOf tells it.
+  [[nodiscard]] const std::string& sentence() const { return sentence_; }
   // Name of the file that it stands in, UTF-8; empty for the document itself.
   [[nodiscard]] const std::string& file() const { return file_; }
 
@@ -34,7 +35,7 @@ class FirstXmlError {
   void* former_context_;
   int code_ = 0;
   int line_ = 0;
-  std::string message_;
+  std::string sentence_;
   std::string file_;
 };
 

@@ -1,3 +1,6 @@
+// The parser of libxml2 turns the text into events; the validator stands between it and our own
+// handler and looks at each. The first thing that either finds wrong ends the parse.
+
 #include "validation/libxml_parse.h"
 
 #include <libxml/parser.h>
@@ -9,9 +12,10 @@
 #include <new>
 #include <string>
 
-#include "base/code_pages.h"
 #include "base/cp1251_literal.h"
 #include "base/error.h"
+#include "base/unicode.h"
+#include "validation/error_text.h"
 #include "validation/libxml_error.h"
 #include "validation/libxml_schema.h"
 
@@ -53,7 +57,10 @@ class ValidatingParse {
       plug = xmlSchemaSAXPlug(validator_.get(), &parser_->sax, &parser_->userData);
     }
     xmlParseDocument(parser_.get());
-    if (plug != nullptr) xmlSchemaSAXUnplug(plug);
+    if (plug != nullptr) {
+      xmlSchemaSAXUnplug(plug);
+      if (first_error_.occurred()) ReleaseConstraints();
+    }
     parser_->sax = own_handler;
     parser_->userData = own_data;
   }
@@ -81,6 +88,15 @@ class ValidatingParse {
     xmlSchemaValidateSetLocator(validator_.get(), &ValidatingParse::Locate, this);
   }
 
+  // A document that fails within an element with an identity constraint (xs:unique, xs:key)
+  // leaves the constraint's working memory with the validator, which puts it aside for the next
+  // document and forgets to free it at its own end. The end of a next document frees it.
+  void ReleaseConstraints() {
+    xmlSAXHandlerPtr handler = &handler_;
+    void* data = this;
+    xmlSchemaSAXUnplug(xmlSchemaSAXPlug(validator_.get(), &handler, &data));
+  }
+
   [[nodiscard]] int Line() const { return parser_->input == nullptr ? 0 : parser_->input->line; }
 
   static int Locate(void* self, const char** file, unsigned long* line) {
@@ -91,15 +107,14 @@ class ValidatingParse {
     return 0;
   }
 
-  // The first thing that is wrong ends the parse.
   static void OnInvalid(void* self, xmlErrorPtr error) {
     auto* parse = static_cast<ValidatingParse*>(self);
     FirstXmlError::Take(&parse->first_error_, error);
     if (parse->first_error_.occurred()) xmlStopParser(parse->parser_.get());
   }
 
-  // Customs documents have no document type; one could only define entities to
-  // blow the text up or to bring foreign files in.
+  // Customs documents have no document type; one could only define entities to blow the text up
+  // or to bring foreign files in.
   static void RefuseDocumentType(void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
     auto* parse = static_cast<ValidatingParse*>(self);
     parse->first_error_.Take(XML_ERR_DOCTYPE_NOT_FINISHED, parse->Line(),
@@ -127,7 +142,8 @@ XmlParseReport ParseXml(std::string_view text_1251, const CompiledSchema* schema
   const FirstXmlError& error = parse.first_error();
   if (!error.occurred()) return {};
   return {.error_code = error.code(),
-          .reason = error.Message(),
+          .reason = WithBracedTextsMarked(error.sentence()),
+          .exact_reason = error.sentence(),
           .line = error.line(),
           .src_text = std::string(LineOf(text_1251, error.line()))};
 }

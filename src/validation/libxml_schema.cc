@@ -1,53 +1,37 @@
 #include "validation/libxml_schema.h"
 
+#include <libxml/globals.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/schemasInternals.h>
-#include <libxml/uri.h>
 
 #include <optional>
 
 #include "base/code_pages.h"
 #include "base/cp1251_literal.h"
 #include "base/error.h"
-#include "services/file_names.h"
+#include "text/file_names.h"
 #include "text/words.h"
 #include "validation/libxml_error.h"
+#include "validation/schema/schema_address.h"
 
 namespace customsconv {
 namespace {
 
-// Schema files are known to libxml2 under addresses of this scheme only, relative
-// to the schema's folder; every other address leads nowhere.
-constexpr std::string_view kScheme = "schema:///";
-
-struct XmlFree {
-  void operator()(void* text) const { xmlFree(text); }
-};
-
-std::string AddressOf(std::string_view file_name) {
-  const std::string name = Utf8FromWin(file_name);
-  const std::unique_ptr<xmlChar, XmlFree> escaped(
-      xmlURIEscapeStr(reinterpret_cast<const xmlChar*>(name.c_str()), nullptr));
-  return std::string(kScheme) + reinterpret_cast<const char*>(escaped.get());
-}
-
-// The file name below the schema's folder that an address stands for; empty
-// optional for an address that leads out of it.
-std::optional<std::string> FileBelowFolder(std::string_view address) {
-  if (!address.starts_with(kScheme)) return std::nullopt;
-  const std::string escaped(address.substr(kScheme.size()));
-  const std::unique_ptr<char, XmlFree> name(
-      xmlURIUnescapeString(escaped.c_str(), static_cast<int>(escaped.size()), nullptr));
-  std::optional<std::string> file = WinFromUtf8(name.get());
-  if (!file || file->empty() || IsPathSeparator(file->front())) return std::nullopt;
-  for (const std::string_view part : Words(*file, CharSet("/\\"))) {
-    if (part == ".." || part.find(':') != std::string_view::npos) return std::nullopt;
-  }
-  return file;
-}
+using schema::AddressOf;
+using schema::FileBelowFolder;
 
 xmlParserInputPtr LoadNothing(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
+
+// Tells libxml2 that a file could not be had: it then passes an import over, which it takes for
+// a damaged one otherwise. (Whoever uses what the import was to bring is an error all the same.)
+void ReportMissing() {
+  xmlError missing{};
+  missing.domain = XML_FROM_IO;
+  missing.code = XML_IO_LOAD_ERROR;
+  missing.level = XML_ERR_WARNING;
+  xmlCopyError(&missing, &xmlLastError);
+}
 
 }  // namespace
 
@@ -70,22 +54,38 @@ class SchemaFolder {
   SchemaFolder(const SchemaFolder&) = delete;
   SchemaFolder& operator=(const SchemaFolder&) = delete;
 
+  // Which files were wanted and could not be had, and why; a sentence each, empty for none.
+  [[nodiscard]] const std::string& not_loaded() const { return not_loaded_; }
+
  private:
   static xmlParserInputPtr Load(const char* address, const char* /*id*/, xmlParserCtxtPtr parser) {
-    const std::optional<std::string> file =
-        address == nullptr ? std::nullopt : FileBelowFolder(address);
-    return file ? current_->Open(*file, address, parser) : nullptr;
+    const xmlParserInputPtr input = address == nullptr ? nullptr : current_->Open(address, parser);
+    if (input == nullptr) ReportMissing();
+    return input;
   }
 
-  xmlParserInputPtr Open(std::string_view file, const char* address, xmlParserCtxtPtr parser) {
-    const std::string path = folder_ + std::string(file);
-    schema_.used_files_.push_back({path, files_.Stamp(path)});
-    std::string bytes;
-    try {
-      bytes = files_.Read(path);
-    } catch (const FileError&) {
-      return nullptr;  // libxml2 reports the address that could not be read
+  xmlParserInputPtr Open(const char* address, xmlParserCtxtPtr parser) {
+    const std::optional<std::string> file = FileBelowFolder(address);
+    if (!file) {
+      NoteNotLoaded(ToWindows(address, CodePage::kUtf8).append(" лежит вне папки схем"_cp1251));
+      return nullptr;
     }
+    const std::string path = folder_ + *file;
+    schema_.used_files_.push_back({path, files_.Stamp(path)});
+    try {
+      return InputOver(files_.Read(path), address, parser);
+    } catch (const FileError& error) {
+      NoteNotLoaded(error.text());
+      return nullptr;
+    }
+  }
+
+  void NoteNotLoaded(std::string_view sentence) {
+    not_loaded_.append(not_loaded_.empty() ? "" : "; ").append(sentence);
+  }
+
+  static xmlParserInputPtr InputOver(const std::string& bytes, const char* address,
+                                     xmlParserCtxtPtr parser) {
     xmlParserInputBufferPtr buffer = xmlParserInputBufferCreateMem(
         bytes.data(), static_cast<int>(bytes.size()), XML_CHAR_ENCODING_NONE);
     if (buffer == nullptr) return nullptr;
@@ -107,13 +107,16 @@ class SchemaFolder {
   CompiledSchema& schema_;
   xmlExternalEntityLoader former_;
   SchemaFolder* outer_;
+  std::string not_loaded_;
 };
 
 thread_local SchemaFolder* SchemaFolder::current_ = nullptr;
 
 namespace {
 
-Error SchemaError(std::string_view schema_file, const FirstXmlError& error) {
+// Files that could not be loaded are named, too: what is missing may have stood there.
+Error SchemaError(std::string_view schema_file, const FirstXmlError& error,
+                  std::string_view not_loaded) {
   std::string text("Не могу использовать схему "_cp1251);
   text.append(schema_file);
   const std::optional<std::string> file = FileBelowFolder(error.file());
@@ -121,7 +124,9 @@ Error SchemaError(std::string_view schema_file, const FirstXmlError& error) {
   if (error.line() > 0) {
     text.append(", строка "_cp1251).append(std::to_string(error.line()));
   }
-  return Error(text.append(": ").append(ReplaceAll(error.Message(), kScheme, "")));
+  text.append(": ").append(ReplaceAll(error.sentence(), schema::kAddressScheme, ""));
+  if (!not_loaded.empty()) text.append(" (").append(not_loaded).append(")");
+  return Error(text);
 }
 
 }  // namespace
@@ -138,7 +143,7 @@ CompiledSchema::CompiledSchema(const Files& files, std::string_view schema_file)
   if (schema_ != nullptr && !first_error.occurred()) return;
   xmlSchemaFree(schema_);
   schema_ = nullptr;
-  throw SchemaError(schema_file, first_error);
+  throw SchemaError(schema_file, first_error, folder.not_loaded());
 }
 
 CompiledSchema::~CompiledSchema() {

@@ -1,3 +1,5 @@
+// The services are thin: ParseXml does the work of a document, CompiledSchema that of a schema.
+
 #include "validation/libxml_services.h"
 
 #include "base/code_pages.h"

@@ -15,12 +15,11 @@ class CompiledSchema;
 
 // The XML services of this platform, version 6.0, over libxml2.
 //
-// Compiled schemas are kept for the life of the object, as long as the stamps of
-// the schema file and of all files that it includes stay the same. No
-// file outside a schema's folder and nothing from a network is ever read, and a document brings
-// nothing of its own: a document type declaration is an error, hints where to
-// find schemas are ignored. A text is read as a stream of events, so memory does
-// not grow with it.
+// Compiled schemas are kept for the life of the object, as long as the stamps of the schema file
+// and of all files that it includes or imports stay the same. No file outside a schema's folder
+// and nothing from a network is ever read, and a document brings nothing of its own: a document
+// type declaration is an error, hints where to find schemas are ignored. A text is read as a
+// stream of events, so memory does not grow with it.
 class LibXmlServices : public XmlServices {
  public:
   // `files` must outlive the services.
@@ -30,8 +29,7 @@ class LibXmlServices : public XmlServices {
   std::unique_ptr<XmlDocumentService> CreateDocument(std::string_view name) override;
   std::unique_ptr<XmlSchemaCache> CreateSchemaCache(std::string_view name) override;
 
-  // The schema of a file, compiled now or earlier. Throws Error naming the file
-  // and the place.
+  // The schema of a file, compiled now or earlier. Throws Error naming the file and the place.
   [[nodiscard]] std::shared_ptr<const CompiledSchema> Compiled(std::string_view schema_file);
   // How many schemas were compiled since the start.
   [[nodiscard]] int compilations() const { return compilations_; }

@@ -1,11 +1,14 @@
+// One check from text to verdict: whether there is anything to do, the schema, the services, the
+// report in the user's words.
+
 #include "validation/schema_check.h"
 
 #include <memory>
 
-#include "base/code_pages.h"
 #include "base/cp1251_literal.h"
+#include "base/unicode.h"
 #include "config/settings.h"
-#include "text/pattern.h"
+#include "validation/error_text.h"
 #include "xml/tree/xml_parser.h"
 
 namespace customsconv {
@@ -40,40 +43,28 @@ std::string SingleByteText(std::string_view text) {
   return decoded ? std::move(*decoded) : std::string(text);
 }
 
-std::string ComposeErrorText(const XmlParseReport& report, std::string_view schema_name) {
-  static const Pattern kAngleBrackets("[\\<\\>]");
-  std::string text = report.reason;
-  text.append("<br>").append("Строка XML № "_cp1251).append(std::to_string(report.line));
-  text.append(" (от начала документа "_cp1251);
-  text.append(schema_name.substr(0, schema_name.find('.')));
-  text.append(")<BR> Текст: "_cp1251).append(kAngleBrackets.RemoveAll(report.src_text));
-  return text;
-}
-
 }  // namespace
 
 SchemaVerdict SchemaCheck::ValidateXml(std::string_view text, const Environment& environment) {
-  SchemaVerdict verdict;
   try {
-    if (environment.config == nullptr || settings::CheckXsd(*environment.config)) {
-      Check(text, environment, verdict);
-    }
+    return Check(text, environment);
   } catch (const Error& error) {
-    verdict.error_text = error.text();
+    return {.error_text = error.text()};
   } catch (const std::exception& error) {
-    verdict.error_text = error.what();
+    return {.error_text = error.what()};
   }
-  return verdict;
 }
 
-void SchemaCheck::Check(std::string_view text, const Environment& environment,
-                        SchemaVerdict& verdict) {
-  static const Pattern kBracedNamespace("\\{[\\w\\:\\.]*\\}");
+SchemaVerdict SchemaCheck::Check(std::string_view text, const Environment& environment) {
+  if (environment.config != nullptr && !settings::CheckXsd(*environment.config)) {
+    return {.outcome = SchemaVerdict::Outcome::kSwitchedOff};
+  }
   const Root root = RootOf(text);
   const std::string schema_name = root.name + ".xsd";
   const std::string schema_path = environment.aux_path + schema_name;
-  if (!environment.host.files.Exists(schema_path)) return;
-
+  if (!environment.host.files.Exists(schema_path)) {
+    return {.outcome = SchemaVerdict::Outcome::kNoSchema};
+  }
   const std::unique_ptr<XmlDocumentService> document = CreateDocument();
   document->SetAsync(false);
   document->SetValidateOnParse(true);
@@ -82,16 +73,15 @@ void SchemaCheck::Check(std::string_view text, const Environment& environment,
   if (schemas == nullptr) throw Error(ServiceName("XMLSchemaCache", version_));
   schemas->Add(root.name_space, schema_path);
   document->SetSchemas(*schemas);
-  verdict.checked = true;
   document->LoadXml(SingleByteText(text));
   document->SetAsync(false);
   document->SetValidateOnParse(true);
   const XmlParseReport& report = document->ParseError();
-  if (report.error_code == 0) return;
-  verdict.reason = report.reason;
-  verdict.line = report.line;
-  verdict.line_text = report.src_text;
-  verdict.error_text = kBracedNamespace.RemoveAll(ComposeErrorText(report, schema_name));
+  if (report.error_code == 0) return {};
+  return {.error_text = ErrorText(report, schema_name),
+          .reason = report.exact_reason,
+          .line = report.line,
+          .line_text = report.src_text};
 }
 
 // The version that was there is the first one tried next time.

@@ -5,6 +5,8 @@
 
 #include "base/code_pages.h"
 #include "base/cp1251_literal.h"
+#include "base/dos_code_page.h"
+#include "base/dos_unicode.h"
 #include "base/iconv_witness.h"
 #include "support/text.h"
 
@@ -61,6 +63,17 @@ TEST(DosCodePage, MapsEveryByteByOwnListOrStandardInAllForms) {
   EXPECT_EQ(DosFromWinShort(AllBytes()), std::string_view(dos).substr(0, 255));
   EXPECT_EQ(WinFromDos('\xFC'), '\xB9');
   EXPECT_EQ(DosFromWin('\x93'), '"');
+}
+
+TEST(DosCodePage, KeepsEveryCharacterOnTheWayToUtf8) {
+  const std::map<char, const char*> own = {{'\x0F', "¤"}, {'\x14', "¶"}, {'\x15', "§"}};
+  for (const char byte : AllBytes()) {
+    std::string utf8 = "=";
+    AppendUtf8FromDos(utf8, std::string(2, byte));
+    const std::string one =
+        own.contains(byte) ? own.at(byte) : Iconv("CP866", "UTF-8", {&byte, 1}).value();
+    EXPECT_EQ(utf8, "=" + one + one);
+  }
 }
 
 TEST(DetectCodePage, GuessesFromNameMarkOrLetters) {

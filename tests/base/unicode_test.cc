@@ -1,3 +1,5 @@
+#include "base/unicode.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
@@ -6,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/code_pages.h"
 #include "base/iconv_witness.h"
 #include "support/text.h"
 

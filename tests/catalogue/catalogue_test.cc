@@ -19,16 +19,15 @@ std::string OneType(std::string_view code) { return "[" + std::string(code) + ".
 // The first type of a catalogue that holds these HEADER lines.
 struct HeaderWorld {
   explicit HeaderWorld(const std::string& header, const std::string& fields = "")
-      : types("Kordwin.dcf", false,
-              (world.Dcf("[T1.HEADER]\n" + header + "[T1.Fields]\n" + fields), world)) {}
+      : world("[T1.HEADER]\n" + header + "[T1.Fields]\n" + fields),
+        types("Kordwin.dcf", false, world) {}
   TDocInfo& Info() { return types.GetDocInfo("t1"); }
   CatalogueWorld world;
   TDocTypeList types;
 };
 
 TEST(Catalogue, ReadsAllFilesOfItsFolders) {
-  CatalogueWorld world("[Common]\nUpCaseDocs=xKDy\n");
-  world.Dcf(OneType("b1") + OneType("KD"));
+  CatalogueWorld world(OneType("b1") + OneType("KD"), "[Common]\nUpCaseDocs=xKDy\n");
   world.DosDcf("[OLD.HEADER]\nFullName=Старый\n");
   for (const char* left_out : {"WIN.DCF", "mydcf.dcf", "ArmTi.dcf"}) {
     world.DcfFile(std::string("C:\\PROG\\Data\\") + left_out, "no type");
@@ -68,8 +67,7 @@ TEST(Catalogue, AbortsSilentlyAfterItsOwnMessage) {
 }
 
 TEST(Catalogue, KeepsTheFirstOfTwoTypesWithOneCode) {
-  CatalogueWorld world;
-  world.Dcf("[A.HEADER]\nFullName=first\n[a.header]\nFullName=in small letters\n");
+  CatalogueWorld world("[A.HEADER]\nFullName=first\n[a.header]\nFullName=in small letters\n");
   world.DcfFile("C:\\PROG\\Data\\two.dcf", "[A.HEADER]\nFullName=second\n" + OneType("B"));
   world.DcfFile("C:\\PROG\\Data\\more.dcf", OneType("C"));
   const TDocTypeList types("Kordwin.dcf|two.dcf|more.dcf", false, world);
@@ -113,8 +111,7 @@ TEST(Catalogue, ReadsValuesThatDependOnTheirForm) {
 }
 
 TEST(Catalogue, GivesDosTypesTheMainBlockOfTheirSuccessor) {
-  CatalogueWorld world;
-  world.Dcf("[KTD.HEADER]\nMainBlock=TOVAR\n");
+  CatalogueWorld world("[KTD.HEADER]\nMainBlock=TOVAR\n");
   world.DosDcf(
       "[ktdOLD.HEADER]\nBlocksOnExtraPage=3\n"
       "[DS1.HEADER]\nBlocksOnExtraPage=3\n"

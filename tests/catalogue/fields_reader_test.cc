@@ -32,8 +32,8 @@ std::string Tree(const TBasis& basis) {
 // A type T whose Fields section is the given text.
 struct TypeWorld {
   explicit TypeWorld(const std::string& fields, const std::string& header = "FullName=T\n")
-      : types("Kordwin.dcf", false,
-              (world.Dcf("[T.HEADER]\n" + header + "[T.Fields]\n" + fields), world)) {}
+      : world("[T.HEADER]\n" + header + "[T.Fields]\n" + fields),
+        types("Kordwin.dcf", false, world) {}
   TBasis& Basis() { return types.GetDocInfo("T").GetBasis(world); }
   CatalogueWorld world;
   TDocTypeList types;
@@ -41,7 +41,7 @@ struct TypeWorld {
 
 using TextPair = std::pair<const char*, const char*>;
 
-TEST(FieldsReader, UnderstandsSpecifications) {
+TEST(FieldsReader, UnderstandsFormats) {
   const TextPair cases[] = {{"F=20", " 20"},
                             {"F C20", "F1"},
                             {"F=c20X3x5", "C20x3"},

@@ -8,23 +8,26 @@ namespace {
 class CatalogueTest : public CliWorld, public testing::Test {};
 
 TEST_F(CatalogueTest, ListShowsTypesWithTablesAndFiles) {
-  EXPECT_EQ(RunProgram({"catalogue", "list", "--program", "C:\\PROG"}), 0);
+  EXPECT_EQ(RunProgram(R"(catalogue list --program C:\PROG)"), kDone);
   EXPECT_TRUE(Printed("DT5  ДТ 5  DBRHEAD.DBF  C:\\PROG/Data\\Kordwin.dcf\n"));
   EXPECT_TRUE(Printed("ESADout  ЭД ДТ  C:\\PROG/Data\\Kordwin.dcf\n"));
-  EXPECT_EQ(RunProgram({"catalogue", "list", "--json", "--program", "C:\\PROG"}), 0);
+  EXPECT_EQ(RunProgram(R"(catalogue list --json --program C:\PROG)"), kDone);
   EXPECT_TRUE(
       Printed(R"({"code":"ESADout","short_name":"ЭД ДТ","full_name":"","main_block":"Goods",)"
               R"("table":"","root":"ESADout","file":"C:\\PROG/Data\\Kordwin.dcf"})"));
 }
 
 TEST_F(CatalogueTest, ShowPrintsTheFieldTree) {
-  EXPECT_EQ(RunProgram({"catalogue", "show", "--program", "C:\\PROG", "ESADout"}), 0);
-  EXPECT_EQ(output.results,
-            "ESADout  ЭД ДТ  C:\\PROG/Data\\Kordwin.dcf\n"
-            "  Proc  C 2  <Proc>  Вид\n  Empty  C 5  <Empty>\n"
-            "  Goods  block  <Goods>\n    Code  C 10  <p:Code>  Код\n"
-            "    Part  block  <Part>\n      Sum  N 13.2  <Sum>\n");
-  EXPECT_EQ(RunProgram({"catalogue", "show", "--json", "--program", "C:\\PROG", "ESADout"}), 0);
+  EXPECT_EQ(RunProgram(R"(catalogue show --program C:\PROG ESADout)"), kDone);
+  EXPECT_EQ(output.results, R"(ESADout  ЭД ДТ  C:\PROG/Data\Kordwin.dcf
+  Proc  C 2  <Proc>  Вид
+  Empty  C 5  <Empty>
+  Goods  block  <Goods>
+    Code  C 10  <p:Code>  Код
+    Part  block  <Part>
+      Sum  N 13.2  <Sum>
+)");
+  EXPECT_EQ(RunProgram(R"(catalogue show --json --program C:\PROG ESADout)"), kDone);
   for (const char* part :
        {R"({"fields":[{"name":"Proc","caption":"Вид","xml_path":"Proc","type":"C","width":2,)",
         R"("block":[{"name":"Sum","caption":"","xml_path":"Sum","type":"N","width":13,"lines":1,)",
@@ -33,13 +36,22 @@ TEST_F(CatalogueTest, ShowPrintsTheFieldTree) {
   }
 }
 
+TEST_F(CatalogueTest, ShowPrintsTypeLettersOfAnyKind) {
+  host.files["C:\\PROG\\Data\\Kordwin.dcf"] =
+      WinLines("[X.HEADER]\nShortName=x\n[X.Fields]\nA=Ж5 |\n");
+  EXPECT_EQ(RunProgram(R"(catalogue show --program C:\PROG X)"), kDone);
+  EXPECT_TRUE(Printed("  A  Ж 5\n"));
+}
+
 TEST_F(CatalogueTest, ATableSetTakesItsFieldsFromTheTables) {
-  EXPECT_EQ(
-      RunProgram({"catalogue", "show", "--program", "C:\\PROG", "--tables", "C:\\OUT", "DT5"}), 0);
-  EXPECT_EQ(output.results,
-            "DT5  ДТ 5  DBRHEAD.DBF  C:\\PROG/Data\\Kordwin.dcf\n  G073  C 7\n  G011  C 4\n  TOVAR "
-            " block\n"
-            "    G073  C 7\n    G33  C 2\n");
+  EXPECT_EQ(RunProgram(R"(catalogue show --program C:\PROG --tables C:\OUT DT5)"), kDone);
+  EXPECT_EQ(output.results, R"(DT5  ДТ 5  DBRHEAD.DBF  C:\PROG/Data\Kordwin.dcf
+  G073  C 7
+  G011  C 4
+  TOVAR  block
+    G073  C 7
+    G33  C 2
+)");
 }
 
 }  // namespace

@@ -12,8 +12,11 @@
 #include "support/environment_builder.h"
 #include "support/fake_host.h"
 #include "support/table_image.h"
+#include "text/words.h"
 
 namespace customsconv::cli {
+
+using enum ExitStatus;
 
 // Keeps what is printed and answers from a queue.
 class RecordingOutput : public Output {
@@ -34,6 +37,12 @@ class RecordingOutput : public Output {
   std::deque<std::string> answers;
 };
 
+// The words of a command line as one types it.
+[[nodiscard]] inline std::vector<std::string> Arguments(std::string_view command_line) {
+  const std::vector<std::string_view> words = Words(command_line, CharSet(" \n"));
+  return {words.begin(), words.end()};
+}
+
 // The program over a world in memory: a program folder with a small catalogue, a table set,
 // rules and one declaration, C:\IN\10702020_110615_0001234.xml.
 class CliWorld {
@@ -43,8 +52,7 @@ class CliWorld {
     host.files["C:\\PROG\\DOCUMENT.INI"] = "";
     host.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
     host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(kCatalogue);
-    host.files["C:\\RULES\\armti.txt"] = WinLines(
-        "[DBRHEAD]\n=ESADout\nG011=Proc\n[DBRTOV]\nGoods{\nG33=Code\nNOFIELD=Code\nG33=*Nothing\n");
+    host.files["C:\\RULES\\armti.txt"] = WinLines(kRules);
     host.files["C:\\OUT\\DBRHEAD.DBF"] =
         TableImage().Field("G073", 'C', 7).Field("G011", 'C', 4).Bytes();
     host.files["C:\\OUT\\DBRTOV.DBF"] =
@@ -59,19 +67,15 @@ class CliWorld {
             std::string(content) + "</ESADout>\r\n");
   }
 
-  // Runs the program; its exit status. What it prints is in `output`, afresh.
-  int RunProgram(const std::vector<std::string>& arguments) {
+  // Runs the program. What it prints is in `output`, afresh.
+  ExitStatus RunProgram(std::string_view command_line) {
     output.results.clear();
     output.remarks.clear();
-    return static_cast<int>(cli::Run(arguments, {host.files, host.clock, host.processes}, output));
+    return cli::Run(Arguments(command_line), {host.files, host.clock, host.processes}, output);
   }
-  int Convert(const std::vector<std::string>& more = {}) {
-    std::vector<std::string> arguments = {
-        "convert",  "--program", "C:\\PROG", "--rules", "C:\\RULES\\armti.txt",
-        "--output", "C:\\OUT"};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    arguments.emplace_back(kFile);
-    return RunProgram(arguments);
+  ExitStatus Convert(const std::string& more = "") {
+    return RunProgram(R"(convert --program C:\PROG --rules C:\RULES\armti.txt --output C:\OUT )" +
+                      more + " " + kFile);
   }
 
   // Whether the results hold this text; the failed expectation shows them.
@@ -85,13 +89,37 @@ class CliWorld {
   }
 
   static constexpr const char* kFile = "C:\\IN\\10702020_110615_0001234.xml";
-  static constexpr const char* kCatalogue =
-      "[ESADout.HEADER]\nShortName=ЭД ДТ\nXmlType=x\nMainBlock=Goods\nPrefix=<ESADout a=\"1\">\n"
-      "[ESADout.Fields]\nProc=C2 |Вид NAMESPACE=\"Proc\"\nEmpty=C5 | NAMESPACE=\"Empty\"\n"
-      "Goods { NAMESPACE=\"Goods\"\n  Code=C10 |Код NAMESPACE=\"p:Code\"\n"
-      "  Part { NAMESPACE=\"Part\"\n    Sum=N10.2 | NAMESPACE=\"Sum\"\n  }\n}\n"
-      "[DT5.HEADER]\nShortName=ДТ 5\nMainBlock=TOVAR\nDbfName=DBRHEAD.DBF\n"
-      "[DT5.Files]\nDBRHEAD = DBRHEAD.DBF [G073]\n  TOVAR = DBRTOV.DBF [G073]\n";
+  static constexpr const char* kCatalogue = R"([ESADout.HEADER]
+ShortName=ЭД ДТ
+XmlType=x
+MainBlock=Goods
+Prefix=<ESADout a="1">
+[ESADout.Fields]
+Proc=C2 |Вид NAMESPACE="Proc"
+Empty=C5 | NAMESPACE="Empty"
+Goods { NAMESPACE="Goods"
+  Code=C10 |Код NAMESPACE="p:Code"
+  Part { NAMESPACE="Part"
+    Sum=N10.2 | NAMESPACE="Sum"
+  }
+}
+[DT5.HEADER]
+ShortName=ДТ 5
+MainBlock=TOVAR
+DbfName=DBRHEAD.DBF
+[DT5.Files]
+DBRHEAD = DBRHEAD.DBF [G073]
+  TOVAR = DBRTOV.DBF [G073]
+)";
+  static constexpr const char* kRules = R"([DBRHEAD]
+=ESADout
+G011=Proc
+[DBRTOV]
+Goods{
+G33=Code
+NOFIELD=Code
+G33=*Nothing
+)";
 
   FakeHost host;
   RecordingOutput output;

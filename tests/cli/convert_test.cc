@@ -13,7 +13,7 @@ TEST_F(ConvertTest, PrintsOneLineAFile) {
   host.files["C:\\IN\\two.xml"] =
       "<DocBody><ESADout a=\"1\"></ESADout></DocBody><DocBody><ESADout "
       "a=\"1\"></ESADout></DocBody>";
-  EXPECT_EQ(Convert({"C:\\IN\\two.xml"}), 0);
+  EXPECT_EQ(Convert("C:\\IN\\two.xml"), kDone);
   EXPECT_EQ(output.results,
             "C:\\IN\\two.xml: 00000000/150324/0000002; converted: ESADout 1; skipped: ESADout 2 "
             "(a file's first declaration is converted only); rows: DBRHEAD.DBF +1\n"
@@ -24,7 +24,7 @@ TEST_F(ConvertTest, PrintsOneLineAFile) {
 
 TEST_F(ConvertTest, JsonHoldsFilesResultAndMessages) {
   Xml("10702020_110615_0001234", "<Old>x</Old>");
-  EXPECT_EQ(Convert({"--json"}), 0);
+  EXPECT_EQ(Convert("--json"), kDone);
   EXPECT_EQ(output.results,
             R"({"files":[{"file":"C:\\IN\\10702020_110615_0001234.xml",)"
             R"("number":"10702020/110615/0001234","converted":[{"kind":"ESADout","occurrence":1,)"
@@ -36,37 +36,37 @@ TEST_F(ConvertTest, JsonHoldsFilesResultAndMessages) {
             "\n");
   EXPECT_EQ(output.remarks, "");
   // Without --json messages are single lines on the other stream.
-  EXPECT_EQ(Convert(), 0);
+  EXPECT_EQ(Convert(), kDone);
   EXPECT_EQ(output.remarks.rfind("message: В документе 10702020_110615_0001234.xml были", 0), 0U);
   EXPECT_EQ(output.remarks.find('\n'), output.remarks.size() - 1) << output.remarks;
 }
 
 TEST_F(ConvertTest, StatusesAreThoseOfTheFunction) {
-  EXPECT_EQ(Convert({"C:\\IN\\missing.xml"}), 1) << "the other file is converted all the same";
+  EXPECT_EQ(Convert("C:\\IN\\missing.xml"), kNegative) << "the other file is converted";
   EXPECT_TRUE(Printed("missing.xml: -; converted: nothing; rows: none; failed: "));
   EXPECT_TRUE(Printed("DBRTOV.DBF +1"));
 
-  EXPECT_EQ(RunProgram({"convert", "--program", "C:\\PROG", "--rules", "C:\\RULES\\armti.txt",
-                        "--output", "C:\\NOWHERE", kFile}),
-            2);
+  EXPECT_EQ(RunProgram(R"(convert --program C:\PROG --rules C:\RULES\armti.txt
+                          --output C:\NOWHERE x.xml)"),
+            kUsage);
   EXPECT_EQ(output.remarks, "error: no such folder: C:\\NOWHERE\n");
 }
 
 TEST_F(ConvertTest, RowsThatDoNotReachTheDiskAreNoSuccess) {
   host.files.FailChange(2);  // behind the lock: the first table
-  EXPECT_EQ(Convert(), 0) << "the last chance was taken";
+  EXPECT_EQ(Convert(), kDone) << "the last chance was taken";
   EXPECT_EQ(output.remarks.rfind("exception: ", 0), 0U) << output.remarks;
   EXPECT_NE(Table("DBRHEAD.DBF").find("1: "), std::string::npos);
 
   const std::string before = Table("DBRTOV.DBF");
   host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kStage, FileError::Kind::kWrite);
-  EXPECT_EQ(Convert({"--json"}), 1);
+  EXPECT_EQ(Convert("--json"), kNegative);
   EXPECT_TRUE(Printed(R"(,"error":"tables could not be written, their new rows are lost"})"));
   EXPECT_EQ(Table("DBRTOV.DBF"), before);
 }
 
 TEST_F(ConvertTest, ExplainsEveryLineAndWritesTheSameTables) {
-  EXPECT_EQ(Convert({"--explain"}), 0);
+  EXPECT_EQ(Convert("--explain"), kDone);
   const std::string at = "C:\\RULES\\armti.txt:";
   EXPECT_EQ(output.results.substr(0, output.results.rfind("C:\\IN\\")),
             at + "3: \\ G011 = Proc: 'ИМ' -> DBRHEAD.DBF.G011 written\n" +  //
@@ -76,10 +76,10 @@ TEST_F(ConvertTest, ExplainsEveryLineAndWritesTheSameTables) {
   const std::string explained = Table("DBRHEAD.DBF") + Table("DBRTOV.DBF");
 
   CliWorld plain;
-  EXPECT_EQ(plain.Convert(), 0);
+  EXPECT_EQ(plain.Convert(), kDone);
   EXPECT_EQ(plain.Table("DBRHEAD.DBF") + plain.Table("DBRTOV.DBF"), explained);
 
-  EXPECT_EQ(Convert({"--explain", "--json"}), 0);
+  EXPECT_EQ(Convert("--explain --json"), kDone);
   EXPECT_TRUE(
       Printed(R"("explain":[{"line":3,"source_path":"","expression":"Proc","value":"ИМ",)"
               R"("table":"DBRHEAD.DBF","field":"G011","outcome":"written"},)"
@@ -115,7 +115,7 @@ TEST_F(ConvertTest, ExplainsWhatATableFieldKeeps) {
         TableImage().Field("F", c.type, c.width, c.decimals).Field("PASP", 'C', 60).Bytes();
     host.files["C:\\RULES\\armti.txt"] = "[DBRHEAD]\r\n=ESADout\r\nF=Proc\r\n";
     Xml("10702020_110615_0001234", "<Proc>" + c.value + "</Proc>");
-    ASSERT_EQ(Convert({"--explain"}), 0);
+    ASSERT_EQ(Convert("--explain"), kDone);
     const std::string line = output.results.substr(0, output.results.find('\n'));
     const std::string target = "-> DBRHEAD.DBF.F ";
     EXPECT_EQ(line.substr(line.find(target) + target.size()), c.outcome);
@@ -124,22 +124,21 @@ TEST_F(ConvertTest, ExplainsWhatATableFieldKeeps) {
 
 TEST_F(ConvertTest, TheLockQuestionIsAnsweredByOption) {
   const struct {
-    std::vector<std::string> option;
+    const char* option;
     std::deque<std::string> typed;  // at a terminal
     std::uint32_t seconds;
     bool written;
-  } cases[] = {
-      {{"--on-lock", "abandon"}, {}, 20, false}, {{"--on-lock", "take-over"}, {}, 20, true},
-      {{"--on-lock", "wait"}, {}, 101, true},    {{}, {}, 101, true},
-      {{}, {"1", "", "3"}, 60, false},           {{}, {"2"}, 20, true}};
+  } cases[] = {{"--on-lock abandon", {}, 20, false}, {"--on-lock take-over", {}, 20, true},
+               {"--on-lock wait", {}, 101, true},    {"", {}, 101, true},
+               {"", {"1", "", "3"}, 60, false},      {"", {"2"}, 20, true}};
   const std::string empty = Table("DBRTOV.DBF");
   for (const auto& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.option) + testing::PrintToString(c.typed));
+    SCOPED_TRACE(c.option + testing::PrintToString(c.typed));
     CliWorld world;
     world.host.files[kLock] = "";
     world.output.terminal = !c.typed.empty();
     world.output.answers = c.typed;
-    EXPECT_EQ(world.Convert(c.option), 0);
+    EXPECT_EQ(world.Convert(c.option), kDone);
     EXPECT_EQ(world.Table("DBRTOV.DBF") != empty, c.written);
     EXPECT_EQ(world.host.files.Has(kLock), !c.written) << "the other's lock or nobody's";
     std::uint32_t waited = 0;
@@ -151,7 +150,7 @@ TEST_F(ConvertTest, TheLockQuestionIsAnsweredByOption) {
 
 TEST_F(ConvertTest, AProgressLineStandsOnATerminalOnly) {
   output.terminal = true;
-  EXPECT_EQ(Convert({kFile}), 0);
+  EXPECT_EQ(Convert(kFile), kDone);
   EXPECT_NE(output.remarks.find("\r\x1B[K2/2 C:\\IN\\"), std::string::npos) << output.remarks;
   EXPECT_EQ(output.remarks.substr(output.remarks.size() - 4), "\r\x1B[K")
       << "nothing is left of it";

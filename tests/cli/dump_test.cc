@@ -5,20 +5,13 @@
 namespace customsconv::cli {
 namespace {
 
-class DumpTest : public CliWorld, public testing::Test {
- protected:
-  int Dump(const std::string& file, bool json = true) {
-    std::vector<std::string> arguments = {"dump", "--program", "C:\\PROG", file};
-    if (json) arguments.emplace_back("--json");
-    return RunProgram(arguments);
-  }
-};
+class DumpTest : public CliWorld, public testing::Test {};
 
 TEST_F(DumpTest, JsonHoldsWhatIsFilledInFieldOrder) {
   Xml("1",
       "<Goods><Code>a\"\\\t\x01</Code><Part><Sum>1,50</Sum></Part><Part/></Goods><Goods/>"
       "<Proc>ИМ</Proc><Empty></Empty><Old>x</Old>");
-  EXPECT_EQ(Dump("C:\\IN\\1.xml"), 0);
+  EXPECT_EQ(RunProgram(R"(dump --json --program C:\PROG C:\IN\1.xml)"), kDone);
   EXPECT_EQ(output.results,
             R"({"documents":[{"code":"ESADout","occurrence":1,"root":{)"
             R"("values":[["Proc","ИМ"]],"blocks":[["Goods",[)"
@@ -30,20 +23,27 @@ TEST_F(DumpTest, JsonHoldsWhatIsFilledInFieldOrder) {
 }
 
 TEST_F(DumpTest, TextIsAnIndentedTree) {
-  Xml("1", "<Proc>ИМ</Proc><Goods><Code>0101</Code><Part><Sum>1</Sum></Part></Goods>");
-  EXPECT_EQ(Dump("C:\\IN\\1.xml", false), 0);
-  EXPECT_EQ(output.results,
-            "ESADout 1\n  Proc = ИМ\n  Goods 1\n    Code = 0101\n    Part 1\n      Sum = 1\n");
+  Xml("1", "<Proc>ИМ</Proc><Goods><Code>01\r\n02</Code><Part><Sum>1</Sum></Part></Goods>");
+  EXPECT_EQ(RunProgram(R"(dump --program C:\PROG C:\IN\1.xml)"), kDone);
+  EXPECT_EQ(output.results, R"(ESADout 1
+  Proc = ИМ
+  Goods 1
+    Code = 01
+           02
+    Part 1
+      Sum = 1
+)");
 }
 
+// What was lost before the error is told as well.
 TEST_F(DumpTest, AnErrorFollowsTheDocumentsBeforeIt) {
   host.files["C:\\IN\\1.xml"] =
-      "<DocBody><ESADout a=\"1\"><Proc>A</Proc></ESADout></DocBody>"
+      "<DocBody><ESADout a=\"1\"><Proc>A</Proc><Old>x</Old></ESADout></DocBody>"
       "<DocBody><ESADout a=\"1\"><Proc>B";
-  EXPECT_EQ(Dump("C:\\IN\\1.xml"), 3);
+  EXPECT_EQ(RunProgram(R"(dump --json --program C:\PROG C:\IN\1.xml)"), kError);
   EXPECT_EQ(output.results,
             R"({"documents":[{"code":"ESADout","occurrence":1,"root":)"
-            R"({"values":[["Proc","A"]],"blocks":[]}}],"unknown_ids":false,"messages":[],)"
+            R"({"values":[["Proc","A"]],"blocks":[]}}],"unknown_ids":true,"messages":[],)"
             R"("error":"Отсутствует окончание документа: </ESADout>"})"
             "\n");
   EXPECT_EQ(output.remarks, "error: Отсутствует окончание документа: </ESADout>\n");

@@ -11,18 +11,17 @@ class TablesTest : public CliWorld, public testing::Test {
     TableImage image = TableImage().Field("G32", 'N', 5).Field("SUM", 'N', 8, 2);
     image.Field("NAME", 'C', 20).Field("DAY", 'D', 8);
     image.Row({"1", "3.50", "Сахар, \"песок\"", "20260317"}).DeletedRow({"2", "", "Соль"});
-    host.files[kGoods] = image.Row({"3"}).Bytes();
+    host.files["C:\\OUT\\GOODS.DBF"] = image.Row({"3"}).Bytes();
   }
-  static constexpr const char* kGoods = "C:\\OUT\\GOODS.DBF";
 };
 
 TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
-  EXPECT_EQ(RunProgram({"tables", "list", kGoods, "C:\\OUT\\dbrtov"}), 0);
+  EXPECT_EQ(RunProgram(R"(tables list C:\OUT\GOODS.DBF C:\OUT\dbrtov)"), kDone);
   EXPECT_EQ(output.results,
             "C:\\OUT\\GOODS.DBF  3 rows\n"
             "  G32         N 5\n  SUM         N 8.2\n  NAME        C 20\n  DAY         D 8\n"
             "C:\\OUT\\DBRTOV.DBF  0 rows\n  G073        C 7\n  G33         C 2\n");
-  EXPECT_EQ(RunProgram({"tables", "list", "--json", "C:\\OUT\\DBRTOV.DBF"}), 0);
+  EXPECT_EQ(RunProgram(R"(tables list --json C:\OUT\DBRTOV.DBF)"), kDone);
   EXPECT_EQ(output.results, R"({"tables":[{"file":"C:\\OUT\\DBRTOV.DBF","rows":0,"fields":[)"
                             R"({"name":"G073","type":"C","length":7,"decimals":0},)"
                             R"({"name":"G33","type":"C","length":2,"decimals":0}]}],"messages":[]})"
@@ -32,29 +31,27 @@ TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
 TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
   const std::string head = "G32,SUM,NAME,DAY\n";
   const std::string first = "1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n";
-  const std::pair<std::vector<std::string>, std::string> cases[] = {
-      {{},
+  const std::pair<std::string, std::string> cases[] = {
+      {"",
        " # | G32 |  SUM | NAME           | DAY\n"
        " 1 |   1 | 3.50 | Сахар, \"песок\" | 17.03.26\n"
        "*2 |   2 |      | Соль           |\n"
        " 3 |   3 |      |                |\n"},
-      {{"--filled"},
+      {"--filled",
        "GOODS.DBF  3 rows\n"
        "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n"
        "    *2  G32=2 | NAME=Соль\n"
        "     3  G32=3\n"},
-      {{"--csv"}, head + first + "3,,,\n"},
-      {{"--csv", "--rows", "1"}, head + first},
-      {{"--csv", "--rows", "2-"}, head + "3,,,\n"},
-      {{"--csv", "--rows", "3-900"}, head + "3,,,\n"},
-      {{"--csv", "--rows", "4"}, head}};
+      {"--csv", head + first + "3,,,\n"},
+      {"--csv --rows 1", head + first},
+      {"--csv --rows 2-", head + "3,,,\n"},
+      {"--csv --rows 3-900", head + "3,,,\n"},
+      {"--csv --rows 4", head}};
   for (const auto& [options, printed] : cases) {
-    std::vector<std::string> arguments = {"tables", "show", kGoods};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    EXPECT_EQ(RunProgram(arguments), 0);
+    EXPECT_EQ(RunProgram(R"(tables show C:\OUT\GOODS.DBF )" + options), kDone);
     EXPECT_EQ(output.results, printed);
   }
-  EXPECT_EQ(RunProgram({"tables", "show", "--json", "--rows", "1-2", kGoods}), 0);
+  EXPECT_EQ(RunProgram(R"(tables show --json --rows 1-2 C:\OUT\GOODS.DBF)"), kDone);
   const std::string records = output.results.substr(output.results.find("\"records\""));
   EXPECT_EQ(records, R"("records":[{"number":1,"deleted":false,)"
                      R"("values":["1","3.50","Сахар, \"песок\"","17.03.26"]},)"
@@ -66,16 +63,16 @@ TEST_F(TablesTest, ShowFilledBreaksLongRows) {
   const std::string x(80, 'x');
   TableImage wide = TableImage().Field("A", 'C', 80).Field("B", 'C', 80).Field("C", 'C', 5);
   host.files["C:\\OUT\\WIDE.DBF"] = wide.Row({x, x, "5"}).Bytes();
-  EXPECT_EQ(RunProgram({"tables", "show", "--filled", "C:\\OUT\\WIDE.DBF"}), 0);
+  EXPECT_EQ(RunProgram(R"(tables show --filled C:\OUT\WIDE.DBF)"), kDone);
   EXPECT_EQ(output.results.substr(output.results.find('\n') + 1),
             "     1  A=" + x + "\n        B=" + x + " | C=5\n");
 }
 
 TEST_F(TablesTest, ATableThatCannotBeOpenedIsAnError) {
   host.files["C:\\OUT\\BAD.DBF"] = "picture";
-  EXPECT_EQ(RunProgram({"tables", "list", "C:\\OUT\\NO.DBF"}), 3);
+  EXPECT_EQ(RunProgram(R"(tables list C:\OUT\NO.DBF)"), kError);
   EXPECT_EQ(output.remarks, "error: dBaseInt: Не найден файл C:\\OUT\\NO.DBF\n");
-  EXPECT_EQ(RunProgram({"tables", "list", "--json", "C:\\OUT\\DBRTOV.DBF", "C:\\OUT\\BAD.DBF"}), 3);
+  EXPECT_EQ(RunProgram(R"(tables list --json C:\OUT\DBRTOV.DBF C:\OUT\BAD.DBF)"), kError);
   EXPECT_TRUE(Printed("}],\"messages\":[],\"error\":\"DBF not DBF: C:\\\\OUT\\\\BAD.DBF\"}\n"));
 }
 
@@ -83,13 +80,12 @@ TEST_F(TablesTest, CreateMakesADescribedSet) {
   host.files["C:\\IN\\set.txt"] = Win(
       "; набор\r\n# тоже\r\n\r\na  g1 c 10\r\nB.DBF KEY N 8 2\r\nA\tG2 D 8\r\nB LONG C 300\r\n");
   host.files.AddFolder("C:\\NEW\\");
-  const std::vector<std::string> create = {"tables",          "create",   "--description",
-                                           "C:\\IN\\set.txt", "--output", "C:\\NEW"};
-  EXPECT_EQ(RunProgram(create), 0);
+  const char* create = R"(tables create --description C:\IN\set.txt --output C:\NEW)";
+  EXPECT_EQ(RunProgram(create), kDone);
   EXPECT_EQ(output.results, "C:\\NEW/A.DBF\nC:\\NEW/B.DBF\n");
   EXPECT_EQ(TableDump(host.files["C:\\NEW\\A.DBF"].bytes()), "G1 C10, G2 D8\n");
   EXPECT_EQ(TableDump(host.files["C:\\NEW\\B.DBF"].bytes()), "KEY N8.2, LONG C300\n");
-  EXPECT_EQ(RunProgram(create), 2) << "tables that exist stay";
+  EXPECT_EQ(RunProgram(create), kUsage) << "tables that exist stay";
 }
 
 TEST_F(TablesTest, CreateNamesTheLineThatCannotBe) {
@@ -106,9 +102,7 @@ TEST_F(TablesTest, CreateNamesTheLineThatCannotBe) {
   for (const auto& [line, cause] : cases) {
     SCOPED_TRACE(line);
     host.files["C:\\IN\\set.txt"] = "A G0 C 5\n" + std::string(line);
-    EXPECT_EQ(
-        RunProgram({"tables", "create", "--description", "C:\\IN\\set.txt", "--output", "C:\\OUT"}),
-        2);
+    EXPECT_EQ(RunProgram(R"(tables create --description C:\IN\set.txt --output C:\OUT)"), kUsage);
     EXPECT_NE(output.remarks.find(cause), std::string::npos) << output.remarks;
     EXPECT_NE(output.remarks.find("set.txt, line "), std::string::npos);
     EXPECT_FALSE(host.files.Has("C:\\OUT\\A.DBF"));

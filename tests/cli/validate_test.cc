@@ -9,45 +9,51 @@ namespace {
 class ValidateTest : public CliWorld, public testing::Test {
  protected:
   ValidateTest() {
-    host.files["C:\\XSD\\ESADout.xsd"] =
-        "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\"><xs:element name=\"ESADout\">"
-        "<xs:complexType><xs:sequence><xs:element name=\"Proc\"><xs:simpleType>"
-        "<xs:restriction base=\"xs:string\"><xs:maxLength value=\"2\"/></xs:restriction>"
-        "</xs:simpleType></xs:element></xs:sequence><xs:attribute name=\"a\"/></xs:complexType>"
-        "</xs:element></xs:schema>";
+    host.files["C:\\XSD\\ESADout.xsd"] = R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema">
+        <xs:element name="ESADout"><xs:complexType>
+          <xs:sequence><xs:element name="Proc"><xs:simpleType>
+            <xs:restriction base="xs:string"><xs:maxLength value="2"/></xs:restriction>
+          </xs:simpleType></xs:element></xs:sequence>
+          <xs:attribute name="a"/>
+        </xs:complexType></xs:element></xs:schema>)";
     host.files["C:\\IN\\2.xml"] =
         "<DocBody><ESADout a=\"1\"><Proc>AB</Proc></ESADout></DocBody>"
         "<DocBody><ESADout a=\"1\"><Proc>ABC</Proc></ESADout></DocBody>";
   }
 
-  int Validate(const std::string& file, const std::vector<std::string>& more = {}) {
-    std::vector<std::string> arguments = {"validate",  "--program", "C:\\PROG",
-                                          "--schemas", "C:\\XSD",   file};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return RunProgram(arguments);
+  ExitStatus Validate(const std::string& more) {
+    return RunProgram(R"(validate --program C:\PROG --schemas C:\XSD )" + more);
   }
 };
 
 TEST_F(ValidateTest, OneLineAFailingDocumentAndASummary) {
-  EXPECT_EQ(Validate("C:\\IN\\2.xml"), 1);
+  EXPECT_EQ(Validate("C:\\IN\\2.xml"), kNegative);
   EXPECT_EQ(output.results.rfind("ЭД ДТ:", 0), 0U) << output.results;
   EXPECT_EQ(output.results.find('\n'), output.results.size() - 1);
   EXPECT_EQ(output.remarks, "2 documents, 0 without a schema, 1 failing\n");
   Xml("3", "<Proc>AB</Proc>");
-  EXPECT_EQ(Validate("C:\\IN\\3.xml"), 0);
+  EXPECT_EQ(Validate("C:\\IN\\3.xml"), kDone);
   EXPECT_EQ(output.results, "");
   EXPECT_EQ(output.remarks, "1 documents, 0 without a schema, 0 failing\n");
   host.files.Remove("C:\\XSD\\ESADout.xsd");
-  EXPECT_EQ(Validate("C:\\IN\\2.xml"), 0);
+  EXPECT_EQ(Validate("C:\\IN\\2.xml"), kDone);
   EXPECT_EQ(output.remarks, "2 documents, 2 without a schema, 0 failing\n");
 }
 
+TEST_F(ValidateTest, TellsThatTheCheckIsSwitchedOff) {
+  host.files["C:\\PROG\\kord.ini"] = "[ED]\r\nCheckXSD=0\r\n";
+  EXPECT_EQ(Validate("C:\\IN\\2.xml"), kDone);
+  EXPECT_EQ(output.remarks,
+            "2 documents, 2 not checked ([ED] CheckXSD=0 in kord.ini), 0 failing\n");
+  EXPECT_EQ(Validate("--json C:\\IN\\2.xml"), kDone);
+  EXPECT_TRUE(Printed(R"("documents":2,"without_schema":0,"switched_off":2,"lines":[])"));
+}
+
 TEST_F(ValidateTest, JsonNamesDocumentLineAndText) {
-  EXPECT_EQ(Validate("C:\\IN\\2.xml", {"--json"}), 1);
-  const std::string head = R"({"result":false,"documents":2,"without_schema":0,"lines":["ЭД ДТ:)";
-  EXPECT_EQ(output.results.rfind(head, 0), 0U) << output.results;
+  EXPECT_EQ(Validate("--json C:\\IN\\2.xml"), kNegative);
   for (const char* member :
-       {R"("failing":[{"file":"C:\\IN\\2.xml","type":"ЭД ДТ","occurrence":2,"reason":")",
+       {R"({"result":false,"documents":2,"without_schema":0,"switched_off":0,"lines":["ЭД ДТ:)",
+        R"("failing":[{"file":"C:\\IN\\2.xml","type":"ЭД ДТ","occurrence":2,"reason":")",
         R"("line":3,"text":"  <Proc>ABC</Proc>"}],"messages":[]})"}) {
     EXPECT_TRUE(Printed(member));
   }
@@ -55,15 +61,13 @@ TEST_F(ValidateTest, JsonNamesDocumentLineAndText) {
 }
 
 TEST_F(ValidateTest, ExportPrintsTheBytesThatAreChecked) {
-  EXPECT_EQ(RunProgram({"export", "--program", "C:\\PROG", "C:\\IN\\2.xml"}), 0);
-  const std::string first = output.results.substr(0, output.results.find("<Proc>ABC"));
-  EXPECT_EQ(first.find("<ESADout a=\"1\">\r\n  <Proc>AB</Proc>\r\n</ESADout>\r\n"),
-            first.find("<E"))
-      << output.results;
-  EXPECT_EQ(RunProgram({"export", "--program", "C:\\PROG", "--document", "2", "C:\\IN\\2.xml"}), 0);
+  EXPECT_EQ(RunProgram(R"(export --program C:\PROG C:\IN\2.xml)"), kDone);
+  EXPECT_TRUE(Printed("<ESADout a=\"1\">\r\n  <Proc>AB</Proc>\r\n</ESADout>\r\n"));
+  EXPECT_TRUE(Printed("<Proc>ABC</Proc>\r\n"));
+  EXPECT_EQ(RunProgram(R"(export --program C:\PROG --document 2 C:\IN\2.xml)"), kDone);
   EXPECT_TRUE(Printed("<Proc>ABC</Proc>\r\n"));
   EXPECT_EQ(output.results.find("<Proc>AB</Proc>"), std::string::npos);
-  EXPECT_EQ(RunProgram({"export", "--program", "C:\\PROG", "--document", "3", "C:\\IN\\2.xml"}), 1);
+  EXPECT_EQ(RunProgram(R"(export --program C:\PROG --document 3 C:\IN\2.xml)"), kNegative);
   EXPECT_EQ(output.results, "");
   EXPECT_EQ(output.remarks, "error: C:\\IN\\2.xml holds 2 documents, there is no document 3\n");
 }

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "base/code_pages.h"
+#include "base/dos_code_page.h"
 #include "dbf/dbf_file.h"
 #include "support/fake_host.h"
 #include "support/temp_folder.h"

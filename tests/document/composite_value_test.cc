@@ -89,6 +89,24 @@ TEST(WithPart, KeepsNestedPartsInsideTheirArea) {
   EXPECT_EQ(WithPart(twice, parts, 5, "q", TextRange{0, 7}), Marked("<1A>1 a<5E>5 q<1A>1 b"));
 }
 
+// The numbers of parts 30 ("N" here) and 31 ("O") are bytes that begin marks elsewhere.
+TEST(CompositeValue, TheByteBehindAMarkIsAlwaysANumber) {
+  const std::string composite = Marked("<N>Nx<O>Oy<1>1z");
+  EXPECT_EQ(PartValue(composite, 30, {0, 99}), "x");
+  EXPECT_EQ(PartValue(composite, 31, {0, 99}), "y");
+  EXPECT_EQ(PartValue(composite, 1, {0, 99}), "z");
+  EXPECT_EQ(PartValue(Marked("<O1>1"), 1, {0, 99}), "");
+  TSubFieldsList parts(31);
+  parts[0].number = 1;
+  parts[29].number = 1;
+  ExpectStores(parts, {{"<N>Nx<O>Oy<1>1z", 30, "", "<N<O>Oy<1>1z"},
+                       {"<N>Nx<O>Oy<1>1z", 31, "new", "<N>Nx<O>Onew<1>1z"},
+                       {"<N>Nx|<O>Oy", 30, "new", "<N>Nnew|<O>Oy"},
+                       {"<2>2a<N>Nx<9>9", 1, "b", "<2>2a<N>Nx<9>9<1>1b"},
+                       // A part that nobody described ends no area.
+                       {"<M>Mq<P>P.<3>3", 30, "x", "<M>Mq<P>P.<N>Nx<3>3"}});
+}
+
 TEST(PrefixVariant, PrefersWhatCanBeWrittenAsItStands) {
   const std::pair<const char*, const char*> cases[] = {
       {"", ""},          {"ONE|TWO", "ONE"}, {"'X|PROC 1|*A*B", "A*B"},

@@ -9,19 +9,41 @@
 namespace customsconv {
 namespace {
 
-constexpr std::string_view kCatalogue =
-    "[DS1.HEADER]\nMainBlock=TOVAR\n[DS1.Fields]\n"
-    "G011=C10\nFLAG=L1\nNOTE=40X3\nKIND_CHOICE=C5\nA1=C5 | CHOICE=\"1\"\nA2=C5 | CHOICE=\"2\"\n"
-    "TOVAR {\n"
-    "G33=C10\nG31=C250\nG31.NAME=NAME;0;N;\nG31.MAKER=MADE BY:;0;M;\n"
-    "DOCS {\nNUM=C5\nC1=C5 | CHOICE=\"7\"\n}\n"
-    "}\n"
-    "CARS {\nV1=C5 | CHOICE=\"1\"\n}\n"
-    "LAST_CHOICE=C5\nBUS {\nV1=C5 | CHOICE=\"1\"\n}\n"
-    "NNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNN"
-    "NNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNN=C5\n"
-    "[PLAIN.HEADER]\nFullName=No main block\n[PLAIN.Fields]\nX=C5\n"
-    "[TAB.HEADER]\nDbfName=DBRHEAD\n";
+const std::string kLongName(101, 'N');
+const std::string kCatalogue = R"([DS1.HEADER]
+MainBlock=TOVAR
+[DS1.Fields]
+G011=C10
+FLAG=L1
+NOTE=40X3
+KIND_CHOICE=C5
+A1=C5 | CHOICE="1"
+A2=C5 | CHOICE="2"
+TOVAR {
+  G33=C10
+  G31=C250
+  G31.NAME=NAME;0;N;
+  G31.MAKER=MADE BY:;0;M;
+  DOCS {
+    NUM=C5
+    C1=C5 | CHOICE="7"
+  }
+}
+CARS {
+  V1=C5 | CHOICE="1"
+}
+LAST_CHOICE=C5
+BUS {
+  V1=C5 | CHOICE="1"
+}
+)" + kLongName + R"(=C5
+[PLAIN.HEADER]
+FullName=No main block
+[PLAIN.Fields]
+X=C5
+[TAB.HEADER]
+DbfName=DBRHEAD
+)";
 
 class DocumentTest : public testing::Test {
  protected:
@@ -42,8 +64,8 @@ class DocumentTest : public testing::Test {
     return Utf8(ErrorOf([&] { document.OpenBlock(path, number, false); }));
   }
 
-  CatalogueWorld world;
-  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(kCatalogue), world)};
+  CatalogueWorld world{kCatalogue};
+  TDocTypeList types{"Kordwin.dcf", false, world};
   TDocument document{"DS1", types, world};
   std::vector<std::string>& messages = world.host.dialogs.messages;
 };
@@ -146,9 +168,8 @@ TEST_F(DocumentTest, ReadsAndStoresByPath) {
     const std::string read = document.GetFieldEx(path);
     EXPECT_EQ(document.LastField() == nullptr ? read + "none" : read, value) << path;
   }
-  const std::string long_name(101, 'N');
-  document.SetFieldEx(R"(\\)" + long_name, "long");
-  EXPECT_EQ(document.GetFieldEx(long_name), "long");
+  document.SetFieldEx(R"(\\)" + kLongName, "long");
+  EXPECT_EQ(document.GetFieldEx(kLongName), "long");
   EXPECT_TRUE(messages.empty());
 }
 
@@ -180,13 +201,13 @@ TEST_F(DocumentTest, IdentifiersReachTopAndGoods) {
 
 TEST_F(DocumentTest, OnlyAskingForAValueOfTheMainBlockOpensARecord) {
   document.OpenBlock("", 0, false);
-  EXPECT_EQ(document.MainBlockBasis()->Item(0).name, "G33");
+  EXPECT_EQ(document.MainBasis().Item(0).name, "G33");
   EXPECT_EQ(document.MainRecordCount(), 0);
   EXPECT_EQ(document.GetFieldById(1000, 0), "");
   EXPECT_EQ(document.MainRecordCount(), 1);
   EXPECT_EQ(document.CurPath(), "");
   TDocument plain("PLAIN", types, world);
-  EXPECT_EQ(&plain.GetMainBasis(), &plain.RootBasis());
+  EXPECT_EQ(&plain.MainBasis(), &plain.RootBasis());
   EXPECT_EQ(plain.GetFieldById(1000, 0), "");
 }
 

@@ -24,7 +24,7 @@ TEST(EvaluateFormula, FollowsPrecedencePercentAndTheTextOfParts) {
       {"100+(10%+5%)", 115}, {"100+10%+10%", 121}, {"(1/3)*3", 0.99999}, {"1e2+1", 101},
       {"(2)3", 2.000003},    {"3(1-2)", 2},        {"2*3(1-2)", 5},      {"(2)%+1%", 3}};
   for (const auto& [formula, value] : cases) {
-    EXPECT_DOUBLE_EQ(EvaluateFormula(formula).value, value) << formula;
+    EXPECT_DOUBLE_EQ(static_cast<double>(EvaluateFormula(formula).value), value) << formula;
     EXPECT_FALSE(EvaluateFormula(formula).error) << formula;
   }
   EXPECT_TRUE(EvaluateFormula("50%*200").percent);
@@ -50,9 +50,9 @@ class GetFieldValueTest : public testing::Test {
  protected:
   GetFieldValueTest() {
     document.OpenBlock("", 0, false);
-    const Cases values = {
-        {"NAME", "Иванов"}, {"POST", "boss\r\n"}, {"D", "05.03.09"}, {"ISO", "2009-03-05"},
-        {"SUM", "10.5"},    {"LIST", "10,5"},     {"RATE", "18%"},   {"e", "3"}};
+    const Cases values = {{"NAME", "Иванов"},    {"POST", "boss\r\n"}, {"D", "\r\n\t05.03.09"},
+                          {"ISO", "2009-03-05"}, {"SUM", "10.5"},      {"LIST", "10,5"},
+                          {"RATE", "18%"},       {"e", "3"},           {"AMOUNT", "5647503467.73"}};
     for (const auto& [name, value] : values) document.SetField(name, Win(value));
     for (const char* code : {"7201", "7202", "7203", "7204"}) {
       document.OpenBlock(R"(\\TOVAR)", 0, false);
@@ -69,13 +69,30 @@ class GetFieldValueTest : public testing::Test {
     for (const auto& [expression, value] : cases) EXPECT_EQ(Value(expression), value) << expression;
   }
 
-  static constexpr const char* kCatalogue =
-      "[DS1.HEADER]\nXmlType=x\nMainBlock=TOVAR\nBlocksOnMainPage=1\nBlocksOnExtraPage=3\n"
-      "[DS1.Fields]\n"
-      "NAME=C40\nPOST=40X2\nEMPTY=C9\nD=D\nISO=C10\nSUM=C9\nLIST=C9\nRATE=C9\ne=C9\n"
-      "TOVAR {\nG33=C10\n}\nCARS {\nNUM=C10\n}\n";
-  CatalogueWorld world;
-  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(kCatalogue), world)};
+  CatalogueWorld world{R"([DS1.HEADER]
+XmlType=x
+MainBlock=TOVAR
+BlocksOnMainPage=1
+BlocksOnExtraPage=3
+[DS1.Fields]
+NAME=C40
+POST=40X2
+EMPTY=C9
+D=D
+ISO=C10
+SUM=C9
+LIST=C9
+RATE=C9
+e=C9
+AMOUNT=C20
+TOVAR {
+  G33=C10
+}
+CARS {
+  NUM=C10
+}
+)"};
+  TDocTypeList types{"Kordwin.dcf", false, world};
   TDocument document{"DS1", types, world};
 };
 
@@ -118,14 +135,21 @@ TEST_F(GetFieldValueTest, CountsPagesOfThePrintedForm) {
 }
 
 TEST_F(GetFieldValueTest, Calculates) {
-  // A blank between signs is a name, too; a value goes to the first place that reads like
-  // its name (132+e); whatever stands last is dropped.
+  // A value goes to the first place that reads like its name (132+e); whatever stands last
+  // is dropped.
   ExpectValues({{"calc(SUM+SUM*(2-1))", "21"},
                 {"CALC(G33/3)", "2400.333333"},
                 {"CALC(1-2)", "-1"},
+                {"CALC( SUM * (2 + 1) )", "31.5"},
+                {"CALC(AMOUNT+SUM)", "5647503478.23"},
+                {"CALC(AMOUNT*100/3)", "188250115591"},
+                {"CALC(5926148511.6+43.64)", "5926148555.24"},
+                {"CALC((5971895478.44-77.38))", "5971895401.06"},
+                {"CALC(9999999999999.49+0.5)", "9999999999999.99"},
+                {"CALC(0.1+0.2)", "0.3"},
                 {"CALC(2+35", "5"}});
   for (const char* formula : {"SUM-SUM)", "10/0)", "SUM*EMPTY)", "SUM*NAME)", "SUM*LIST)",
-                              "SUM*RATE)", "(SUM) *2)", "1e2+e)", ")", ""}) {
+                              "SUM*RATE)", "1e2+e)", "9e300*9e300)", ")", ""}) {
     EXPECT_EQ(Value(std::string("CALC(") + formula), "") << formula;
   }
 }

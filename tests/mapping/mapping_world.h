@@ -5,31 +5,38 @@
 #include <string>
 #include <string_view>
 
-#include "base/code_pages.h"
-#include "catalogue/doc_type_list.h"
+#include "dbf/dbf_cache.h"
 #include "mapping/record_mapper.h"
+#include "mapping/section_mapper.h"
 #include "support/catalogue_builder.h"
 #include "support/document_dump.h"
+#include "tables/dbf_document.h"
 
 namespace customsconv {
 
-// One source and one target document over a small catalogue, and rules between
-// them. Texts are UTF-8 with "\n" between lines. The target is an ordinary document, so
-// that no tables are needed.
+// What a MappingWorld is made of. Texts are UTF-8 with "\n" between lines.
+struct MappingParts {
+  const char* kind = "ESADout";
+  std::string source{};  // the Fields section of the kind; its main block is ESADoutGoods
+  std::string tables{};  // as CatalogueWorld::TableSet takes them
+  std::string rules = "[T]\nBlock{\n";
+};
+
+// One source document and one target document, a table set with the main block TOVAR, and rules
+// between them.
 class MappingWorld {
  public:
-  MappingWorld(std::string_view source_code, std::string_view catalogue, std::string_view rules)
-      : rules_(Win(rules), "C:\\RULES\\armti.txt"),
-        types_("Kordwin.dcf", false, (world.Dcf(catalogue), world)),
-        source(source_code, types_, world),
-        target("OUT", types_, world),
-        run{world, rules_},
-        mapper(run) {
-    run.source = &source;
-    run.target = &target;
-    run.registration_number = "10702020/110615/0001234";
-    source.OpenBlock("", 0, false);
-    target.OpenBlock("", 0, false);
+  explicit MappingWorld(const MappingParts& parts)
+      : world_(CatalogueOf(parts)), rules_(Win(parts.rules), "C:\\RULES\\armti.txt") {
+    world_.TableSet("OUT", parts.tables);
+    types_ = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world_);
+    source_ = CreateDocument(parts.kind, *types_, world_);
+    target_ = CreateDbfDocument("OUT", "C:\\OUT\\", *types_, cache_, world_);
+    source_->OpenBlock("", 0, false);
+    target_->OpenBlock("", 0, false);
+    run_.source = source_.get();
+    run_.target = target_.get();
+    run_.registration_number = "10702020/110615/0001234";
   }
 
   // Sets a value of the source by a path from its root, opening the records on the way:
@@ -40,29 +47,47 @@ class MappingWorld {
       const std::string block = "\\\\" + std::string(path.substr(0, end));
       end = path.find('\\', end + 1);
       const int number = std::stoi(std::string(path.substr(block.size() - 1, end)));
-      while (source.RecordCount(block) < number) source.OpenBlock(block, 0, false);
+      while (source_->RecordCount(block) < number) source_->OpenBlock(block, 0, false);
     }
-    source.SetCurrentPath("\\\\");
-    source.SetFieldEx("\\\\" + std::string(path), Win(value));
+    source_->SetCurrentPath("\\\\");
+    source_->SetFieldEx("\\\\" + std::string(path), Win(value));
   }
 
-  // Maps one record; the whole target as text.
+  // Maps one record, or the section that begins at `line`; the result is the whole target.
   std::string Map(std::string_view path, std::string_view block, int header = 0) {
-    mapper.MapBlockRecord(path, block, header);
-    return Dump(target.RootRecord());
+    records_.MapBlockRecord(path, block, header);
+    return Target();
+  }
+  std::string MapSection(int line = 0) {
+    MapTableSection(run_, line);
+    return Target();
   }
 
-  CatalogueWorld world;
+  [[nodiscard]] std::string Source() const { return Dump(source_->RootRecord()); }
+  [[nodiscard]] std::string Target() const { return Dump(target_->RootRecord()); }
+  // The rows that a table has once the target is saved.
+  std::string Saved(const std::string& table) {
+    target_->Save("C:\\OUT\\");
+    return world_.Rows(table);
+  }
+  [[nodiscard]] const std::vector<std::string>& shown() const { return world_.host.dialogs.log; }
+  [[nodiscard]] RunContext& run() { return run_; }
 
  private:
-  RulesFile rules_;
-  TDocTypeList types_;
+  static std::string CatalogueOf(const MappingParts& parts) {
+    const std::string kind = parts.kind;
+    return "[" + kind + ".HEADER]\nXmlType=x\nMainBlock=ESADoutGoods\n[" + kind + ".Fields]\n" +
+           parts.source + "\n";
+  }
 
- public:
-  TDocument source;
-  TDocument target;
-  RunContext run;
-  RecordMapper mapper;
+  CatalogueWorld world_;
+  TDbfCache cache_{world_.host};
+  RulesFile rules_;
+  std::unique_ptr<TDocTypeList> types_;
+  std::unique_ptr<TDocument> source_;
+  std::unique_ptr<TDbfDocument> target_;
+  RunContext run_{world_, rules_};
+  RecordMapper records_{run_};
 };
 
 }  // namespace customsconv

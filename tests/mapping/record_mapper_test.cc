@@ -2,25 +2,41 @@
 
 #include <gtest/gtest.h>
 
+#include "mapping/value_store.h"
 #include "mapping_world.h"
 
 namespace customsconv {
 namespace {
 
-constexpr const char* kCatalogue =
-    "[ESADout.HEADER]\nXmlType=ESADout\nMainBlock=ESADoutGoods\n[ESADout.Fields]\n"
-    "Since=D | NAMESPACE=\"Since\"\nFlag=L | Признак\nChoice=L | Выбор [Нет/Да]\n"
-    "Text=40X5\nPlain=C250\nPlace=C20\n"
-    "ESADoutGoodsLocation {\nPlace=C20\n}\n"
-    "ESADoutGoods {\nCode=C10\nDescription {\nPart=C250\nMore=C250\n}\n}\n"
-    "[OUT.HEADER]\nMainBlock=TOVAR\n[OUT.Fields]\n"
-    "G011=C10\nG071=C23\nG072=C10\nG073=C10\nG19=C1\nT1=C250\nG30A=C10\n"
-    "TOVAR {\nT1=C250\n}\n";
+constexpr const char* kSource = R"(
+Since=D | NAMESPACE="Since"
+Flag=L | Признак
+Choice=L | Выбор [Нет/Да]
+Text=40X5
+Plain=C250
+Place=C20
+ESADoutGoodsLocation {
+Place=C20
+}
+ESADoutGoods {
+Code=C10
+Description {
+Part=C250
+More=C250
+}
+})";
 
-std::string Rules(std::string_view lines) { return "[T]\nBlock{\n" + std::string(lines); }
+constexpr const char* kTables = R"(
+HEAD = DBRHEAD [G073]   : G071 C8, G072 C10, G073 C7, G19 C1, T1 C250, G30A C10
+  TOVAR = DBRTOV [G073] : T1 C250
+)";
+
+MappingParts WithLines(const std::string& lines) {
+  return {.source = kSource, .tables = kTables, .rules = "[T]\nBlock{\n" + lines};
+}
 
 // The header's own values that every header record gets.
-const std::string kNumber = "G071=\"10702020\" G072=\"11.06.15\" G073=\"0001234\" G19=\"0\"";
+const std::string kNumber = R"(G071="10702020" G072="11.06.15" G073="0001234" G19="0")";
 
 std::string Stored(const std::string& field, const std::string& value) {
   return value.empty() ? "" : field + "=\"" + value + "\"";
@@ -31,6 +47,8 @@ TEST(RecordMapper, StoresByTheTypeOfTheSourceField) {
     const char *field, *value, *stored;
   } cases[] = {{"Since", "2009-03-05", "05.03.2009"},
                {"Since", "05-03-2009", "05.03.2009"},
+               {"Since", "\r\n2009-03-05\r\n", "05.03.2009"},
+               {"Since", "\t05-03-2009 ", "05.03.2009"},
                {"Since", "March", "March"},
                {"Plain", "2009-03-05", "2009-03-05"},
                {"Flag", "да", "1"},
@@ -45,32 +63,39 @@ TEST(RecordMapper, StoresByTheTypeOfTheSourceField) {
                {"Text", "a\r\n  b  c", "a   b  c"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.field) + " " + c.value);
-    MappingWorld world("ESADout", kCatalogue, Rules("T1 = " + std::string(c.field)));
+    MappingWorld world(WithLines("T1 = " + std::string(c.field)));
     world.Source(c.field, c.value);
     EXPECT_EQ(world.Map("", ""), kNumber + Stored(" T1", c.stored));
   }
 }
 
+TEST(RecordMapper, ReducesDatesToSixDigits) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"2009-03-05", "050309"},      {"05.03.2009", "050309"}, {"\r\n2009-03-05", "050309"},
+      {" 05.03.2009\r\n", "050309"}, {"5.3.2009", "5..209"},   {" March ", " March "}};
+  for (const auto& [value, digits] : cases) EXPECT_EQ(SixDigitDate(value, 2026), digits) << value;
+}
+
 TEST(RecordMapper, ResolvesExpressions) {
   const std::pair<const char*, const char*> cases[] = {
-      {"code", "C2"},                       // a field of the current record, in any case
-      {"Description", "one two"},           // the first field of a block's records
-      {"Description\\More", "m1 m2"},       // a named one
-      {"Description\\2\\More", "m2"},       // of one record
-      {"\\\\ESADoutGoods\\1\\Code", "C1"},  // from the root
-      {"Plain", ""},                        // no field of the record
-      {"*DBRPASP_ReImp_Code", "C2"},        // markers in front
+      {"code", "C2"},                      // a field of the current record, in any case
+      {"Description", "one two"},          // the first field of a block's records
+      {R"(Description\More)", "m1 m2"},    // a named one
+      {R"(Description\2\More)", "m2"},     // of one record
+      {R"(\\ESADoutGoods\1\Code)", "C1"},  // from the root
+      {"Plain", ""},                       // no field of the record
+      {"*DBRPASP_ReImp_Code", "C2"},       // markers in front
   };
   for (const auto& [expression, value] : cases) {
-    MappingWorld world("ESADout", kCatalogue, Rules("T1 " + std::string(expression)));
+    MappingWorld world(WithLines("T1 " + std::string(expression)));
     world.Source("Plain", "header");
-    world.Source("ESADoutGoods\\1\\Code", "C1");
-    world.Source("ESADoutGoods\\2\\Code", "C2");
-    world.Source("ESADoutGoods\\2\\Description\\1\\Part", "one");
-    world.Source("ESADoutGoods\\2\\Description\\2\\Part", "two");
-    world.Source("ESADoutGoods\\2\\Description\\1\\More", "m1");
-    world.Source("ESADoutGoods\\2\\Description\\2\\More", "m2");
-    EXPECT_EQ(world.Map("ESADoutGoods\\2", "TOVAR"), "TOVAR{" + Stored("T1", value) + "}");
+    world.Source(R"(ESADoutGoods\1\Code)", "C1");
+    world.Source(R"(ESADoutGoods\2\Code)", "C2");
+    world.Source(R"(ESADoutGoods\2\Description\1\Part)", "one");
+    world.Source(R"(ESADoutGoods\2\Description\2\Part)", "two");
+    world.Source(R"(ESADoutGoods\2\Description\1\More)", "m1");
+    world.Source(R"(ESADoutGoods\2\Description\2\More)", "m2");
+    EXPECT_EQ(world.Map(R"(ESADoutGoods\2)", "TOVAR"), "TOVAR{" + Stored("T1", value) + "}");
   }
 }
 
@@ -79,11 +104,26 @@ TEST(RecordMapper, WritesTheGoodsLocationFromTheFirstPlaceThatIsFilled) {
     const char *first, *second, *stored;
   } cases[] = {{"11", "12", "11"}, {"", "12", "12"}, {"0", "12", ""}, {"", "-5", ""}};
   for (const auto& c : cases) {
-    MappingWorld world("ESADout", kCatalogue, Rules("G011=*Plain\nG30A=*Place"));
+    MappingWorld world(WithLines("G011=*Plain\nG30A=*Place"));
     world.Source("Place", c.first);
     world.Source("Plain", "never");
-    world.Source("ESADoutGoodsLocation\\2\\Place", c.second);
+    world.Source(R"(ESADoutGoodsLocation\2\Place)", c.second);
     EXPECT_EQ(world.Map("", ""), kNumber + Stored(" G30A", c.stored)) << c.first << "/" << c.second;
+  }
+}
+
+// A table set whose goods table could not be opened has no goods block. What belongs under a
+// goods item is then an error, and not a row of the head.
+TEST(RecordMapper, PutsNothingBesideAMainBlockThatIsMissing) {
+  for (const bool has_goods : {true, false}) {
+    const std::string goods = has_goods ? "  TOVAR = DBRTOV : X C1\n" : "  TOVAR = NO\n";
+    MappingWorld world({.source = kSource,
+                        .tables = "HEAD = DBRHEAD : X C1\n  ROWS = DBRROWS : G32 C5\n" + goods});
+    world.Source(R"(ESADoutGoods\1\Description\1\Part)", "p");
+    const std::string error =
+        ErrorOf([&] { (void)world.Map(R"(ESADoutGoods\1\Description\1)", R"(TOVAR\1\ROWS)"); });
+    EXPECT_EQ(Utf8(error), has_goods ? kNoError : R"(Не могу создать блок  \TOVAR)");
+    EXPECT_EQ(world.Target(), has_goods ? R"(ROWS{G32="1"})" : "");
   }
 }
 
@@ -91,12 +131,10 @@ TEST(RecordMapper, WritesTheGoodsLocationFromTheFirstPlaceThatIsFilled) {
 // seem to be the block itself.
 TEST(RecordMapper, APathThatWasCutIsNotFollowed) {
   const std::string block = "ESADoutCustomsConditions" + std::string(76, 'x');
-  MappingWorld world("S",
-                     "[S.HEADER]\nXmlType=x\n[S.Fields]\n" + block +
-                         " {\n  X=C1\n}\n[OUT.HEADER]\n[OUT.Fields]\nFLAT {\n  G32=C5\n}\n",
-                     Rules(""));
-  world.Source(block + "\\1\\X", "x");
-  EXPECT_EQ(world.Map(block + std::string(153, 'y') + "\\1", "FLAT"), "FLAT{}");
+  MappingWorld world({.source = block + " {\nX=C1\n}",
+                      .tables = "HEAD = DBRHEAD : X C1\n  FLAT = DBRFLAT : G32 C5\n"});
+  world.Source(block + R"(\1\X)", "x");
+  EXPECT_EQ(world.Map(block + std::string(153, 'y') + R"(\1)", "FLAT"), "FLAT{}");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // checker PROGRAM SCHEMAS XML: tells where the documents of a file are not valid.
-#include <base/code_pages.h>
+#include <base/unicode.h>
 #include <entry/library.h>
 #include <platform/posix/posix_host.h>
 #include <platform/quiet_dialogs.h>

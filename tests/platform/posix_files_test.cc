@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 
+#include "platform/output_file.h"
 #include "platform/posix/system_names.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
@@ -82,6 +83,25 @@ TEST_F(PosixFilesTest, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
   fs::create_directory(folder / "Out");
   files.Replace(folder.Win("OUT\\Новый.Dbf"), "x");
   EXPECT_EQ(folder.Read("Out/Новый.Dbf"), "x") << "a new name is stored as given";
+}
+
+TEST_F(PosixFilesTest, AnOutputOfManyPiecesComesInOneStep) {
+  folder.Write("out", "before");
+  const std::string piece(100'000, 'p');
+  files.StartOutput(folder.Win("out"))->Write(piece);
+  EXPECT_EQ(folder.Listing(), "out") << "an abandoned output leaves nothing";
+  const auto output = files.StartOutput(folder.Win("OUT"));
+  for (const std::string& bytes : {piece, piece, piece + piece + piece, std::string("end")}) {
+    output->Write(bytes);
+  }
+  EXPECT_EQ(folder.Read("out"), "before");
+  output->Commit();
+  EXPECT_EQ(folder.Read("out"), piece + piece + piece + piece + piece + "end");
+  // A library that opens the temporary file by its name.
+  const auto named = files.StartOutput(folder.Win("out"));
+  std::ofstream(named->SystemName()) << "by name";
+  named->Commit();
+  EXPECT_EQ(folder.Read("out"), "by name");
 }
 
 TEST_F(PosixFilesTest, ASeriesWritesWhatWasAddedAndNothingElseIntoAnOldCopy) {

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "services/archive_run.h"
-#include "services/file_names.h"
+#include "services/file_services.h"
 #include "services/program_paths.h"
 #include "services/program_start.h"
 #include "services/run_log.h"
 #include "support/environment_builder.h"
+#include "text/file_names.h"
 
 namespace customsconv {
 namespace {

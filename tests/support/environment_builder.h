@@ -26,8 +26,8 @@ namespace customsconv {
 class TestEnvironment {
  public:
   explicit TestEnvironment(std::string_view kord_ini = {})
-      : config_((host.files.Put("C:\\PROG\\kord.ini", WinLines(kord_ini)), host),
-                "C:\\PROG\\kord.ini", CreateMode::kCreate, CodePage::kWindows),
+      : config_(WithFile(host, "C:\\PROG\\kord.ini", WinLines(kord_ini)), "C:\\PROG\\kord.ini",
+                CreateMode::kCreate, CodePage::kWindows),
         shared_(host),
         today_(host.clock),
         environment{host,    "C:\\PROG\\", "C:\\PROG\\Data\\", "C:\\RULES\\", &config_,
@@ -41,6 +41,11 @@ class TestEnvironment {
   FakeHost host;
 
  private:
+  static Host& WithFile(FakeHost& host, std::string_view name, const std::string& text) {
+    host.files[name] = text;
+    return host;
+  }
+
   TConfiguration config_;
   SharedConfigurations shared_;
   KeptToday today_;

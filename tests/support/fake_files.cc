@@ -98,6 +98,24 @@ class FakeFiles::MemoryPendingFile : public PendingFile {
   std::string content_;
 };
 
+// Nothing but this program can open it: it has no name in the system.
+class FakeFiles::MemoryOutputFile : public OutputFile {
+ public:
+  MemoryOutputFile(FakeFiles& files, std::string_view path) : files_(files), path_(path) {}
+  void Write(std::string_view bytes) override { content_ += bytes; }
+  [[nodiscard]] std::string SystemName() const override { return {}; }
+  void Place() override { pending_->Place(); }
+  bool Settle() override { return true; }
+
+ private:
+  void WaitForDisk() override { pending_ = files_.Stage(path_, content_); }
+
+  FakeFiles& files_;
+  std::string path_;
+  std::string content_;
+  std::unique_ptr<PendingFile> pending_;
+};
+
 class FakeFiles::MemoryLock : public FileLock {
  public:
   MemoryLock(FakeFiles& files, std::string key) : files_(files), key_(std::move(key)) {
@@ -232,6 +250,10 @@ std::unique_ptr<FileStream> FakeFiles::Open(std::string_view path, FileMode mode
     Change(FileOp::kCreateNew, path, [&] { const_cast<FakeFiles&>(*this).Put(path, ""); });
   }
   return std::make_unique<MemoryStream>(*this, NodeToOpen(path, mode), mode);
+}
+
+std::unique_ptr<OutputFile> FakeFiles::StartOutput(std::string_view path) {
+  return std::make_unique<MemoryOutputFile>(*this, path);
 }
 
 std::unique_ptr<PendingFile> FakeFiles::StagePieces(std::string_view path, FilePieces pieces) {

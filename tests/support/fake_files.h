@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "base/letter_case.h"
-#include "platform/files.h"
+#include "platform/output_file.h"
 
 namespace customsconv {
 
@@ -103,6 +103,7 @@ class FakeFiles : public Files {
   [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
   [[nodiscard]] std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                          FilePieces pieces) override;
+  [[nodiscard]] std::unique_ptr<OutputFile> StartOutput(std::string_view path) override;
   [[nodiscard]] bool CreateNew(std::string_view path) override;
   void Append(std::string_view path, std::string_view content) override;
   bool Delete(std::string_view path) override;
@@ -119,6 +120,7 @@ class FakeFiles : public Files {
  private:
   class MemoryStream;
   class MemoryPendingFile;
+  class MemoryOutputFile;
   class MemoryLock;
   struct Node {
     std::string name;  // full name as it was made

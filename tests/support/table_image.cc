@@ -1,5 +1,6 @@
 #include "support/table_image.h"
 
+#include <sstream>
 #include <stdexcept>
 
 namespace customsconv {
@@ -20,6 +21,15 @@ std::size_t Number(std::string_view bytes, std::size_t at, int size) {
 }
 
 }  // namespace
+
+TableImage::TableImage(std::string_view fields) {
+  std::istringstream words{std::string(fields)};
+  for (std::string name, size; words >> name >> size;) {
+    const std::size_t point = size.find('.');
+    const int decimals = point == std::string::npos ? 0 : std::stoi(size.substr(point + 1));
+    Field(name, size.at(0), std::stoi(size.substr(1)), decimals);
+  }
+}
 
 TableImage& TableImage::AddRow(char mark, const std::vector<std::string>& values) {
   std::string row(1, mark);

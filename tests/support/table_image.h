@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/code_pages.h"
+#include "base/dos_code_page.h"
 #include "support/text.h"
 
 namespace customsconv {
@@ -13,12 +13,14 @@ namespace customsconv {
 // The bytes of a dBase table, put together without the table engine:
 //
 //   files["C:\\OUT\\DBRHEAD.DBF"] =
-//       TableImage().Field("G32", 'N', 5).Field("NAME", 'C', 20).Row({"1", "Сахар"}).Bytes();
+//       TableImage("G32 N5, PRICE N10.2, NAME C20").Row({"1", "2.50", "Сахар"}).Bytes();
 //
 // Names and values are UTF-8 as the sources hold them; values are padded on the right,
 // those of "N" fields on the left, missing ones are blank.
 class TableImage {
  public:
+  TableImage() = default;
+  explicit TableImage(std::string_view fields);
   TableImage& Field(std::string_view name, char type, int length, int decimals = 0) {
     fields_.push_back({DosFromWin(Win(name)), type, length, decimals});
     return *this;

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/code_pages.h"
 #include "base/error.h"
+#include "base/unicode.h"
 
 namespace customsconv {
 

@@ -15,28 +15,17 @@ namespace {
 class TDbfDocumentTest : public ::testing::Test {
  protected:
   TDbfDocumentTest() {
-    world.Dcf(
-        "[SET.HEADER]\nDbfName=x\nMainBlock=GOODS\n[SET.Files]\nHEAD = DBRHEAD [NOMER]\n"
-        "  GOODS = DBRTOV [NOMER]\n    DOCS = DBRDOCS [NOMER,NUMTOV]\n"
-        "    PARTS = DBRPARTS [GOODSNUM|NUMTOV]\n"
-        "[PLAIN.HEADER]\nFullName=x\n[PLAIN.Fields]\nG01=C10 | x\n");
+    world.TableSet("SET", R"(
+HEAD = DBRHEAD [NOMER]               : NOMER C4, G011 C20, DAY D8
+  TOVAR = DBRTOV [NOMER]             : NOMER C4, NUMTOV N3, G31 C300
+    DOCS = DBRDOCS [NOMER,NUMTOV]    : NOMER C4, NUMTOV N3, NAME C9
+    PARTS = DBRPARTS [GOODSNUM|NUMTOV] : GOODSNUM N3, WHAT C5
+)");
     types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
-    Put("DBRHEAD", head);
-    Put("DBRTOV", goods);
-    Put("DBRDOCS", docs);
-    Put("DBRPARTS", parts);
   }
-  static std::string Path(const std::string& name) { return "C:\\OUT\\" + name + ".DBF"; }
-  void Put(const std::string& name, const TableImage& table) {
-    world.host.files[Path(name)] = table.Bytes();
-  }
-  // The rows on disk, as TableDump writes them.
-  std::string Rows(const std::string& name) {
-    const std::string dump = TableDump(world.host.files[Path(name)].bytes());
-    return dump.substr(dump.find('\n') + 1);
-  }
-  std::unique_ptr<TDbfDocument> Create() {
-    return CreateDbfDocument("set", "C:\\OUT\\", *types, cache, world);
+  std::string Rows(const std::string& name) { return world.Rows(name); }
+  std::unique_ptr<TDbfDocument> Create(std::string_view code = "set") {
+    return CreateDbfDocument(code, "C:\\OUT\\", *types, cache, world);
   }
   std::unique_ptr<TDbfDocument> Loaded(const std::string& row) {
     auto document = Create();
@@ -44,29 +33,28 @@ class TDbfDocumentTest : public ::testing::Test {
     return document;
   }
 
-  TableImage head = TableImage().Field("NOMER", 'C', 4).Field("G011", 'C', 20).Field("DAY", 'D', 8);
-  TableImage goods =
-      TableImage().Field("NOMER", 'C', 4).Field("NUMTOV", 'N', 3).Field("G31", 'C', 300);
-  TableImage docs =
-      TableImage().Field("NOMER", 'C', 4).Field("NUMTOV", 'N', 3).Field("NAME", 'C', 9);
-  TableImage parts = TableImage().Field("GOODSNUM", 'N', 3).Field("WHAT", 'C', 5);
-  CatalogueWorld world;
+  TableImage head{"NOMER C4, G011 C20, DAY D8"};
+  TableImage goods{"NOMER C4, NUMTOV N3, G31 C300"};
+  TableImage docs{"NOMER C4, NUMTOV N3, NAME C9"};
+  TableImage parts{"GOODSNUM N3, WHAT C5"};
+  CatalogueWorld world{"[PLAIN.HEADER]\nFullName=x\n[PLAIN.Fields]\nG01=C10 | x\n"};
   TDbfCache cache{world.host};
   std::unique_ptr<TDocTypeList> types;
 };
 
 TEST_F(TDbfDocumentTest, LoadsAHeadRowWithTheRowsOfItsKey) {
   const std::string text = "Сахар " + std::string(280, 'x');
-  Put("DBRHEAD", head.Row({"A", "first"}).Row({"B", "второй", "20260317"}));
-  Put("DBRTOV",
-      goods.Row({"B", "1", text}).Row({"A", "1", "other"}).Row({"B", "2"}).Row({"", "3"}));
-  Put("DBRDOCS",
+  world.Table("DBRHEAD", head.Row({"A", "first"}).Row({"B", "второй", "20260317"}));
+  world.Table("DBRTOV",
+              goods.Row({"B", "1", text}).Row({"A", "1", "other"}).Row({"B", "2"}).Row({"", "3"}));
+  world.Table(
+      "DBRDOCS",
       docs.Row({"B", "2", "d1"}).Row({"A", "1", "dA"}).Row({"B", "2", "d2"}).Row({"B", "1", "d3"}));
-  Put("DBRPARTS", parts.Row({"2", "p2"}).Row({"3", "p3"}).Row({"1", "p1"}));
+  world.Table("DBRPARTS", parts.Row({"2", "p2"}).Row({"3", "p3"}).Row({"1", "p1"}));
   const auto document = Loaded("2");
   EXPECT_EQ(Dump(document->RootRecord()),
             "NOMER=\"B\" G011=\"второй\" DAY=\"17.03.26\" "
-            "GOODS{NOMER=\"B\" NUMTOV=\"1\" G31=\"" +
+            "TOVAR{NOMER=\"B\" NUMTOV=\"1\" G31=\"" +
                 text +
                 "\" DOCS{NOMER=\"B\" NUMTOV=\"1\" NAME=\"d3\"} PARTS{GOODSNUM=\"1\" WHAT=\"p1\"}}"
                 "{NOMER=\"B\" NUMTOV=\"2\" DOCS{NOMER=\"B\" NUMTOV=\"2\" NAME=\"d1\"}"
@@ -80,13 +68,13 @@ TEST_F(TDbfDocumentTest, LoadsAHeadRowWithTheRowsOfItsKey) {
 }
 
 TEST_F(TDbfDocumentTest, ReadsTheHeadRowNumberFromThePath) {
-  Put("DBRHEAD", head.Row({"A"}).Row({"B"}));
+  world.Table("DBRHEAD", head.Row({"A"}).Row({"B"}));
   // A head row without goods gets an empty goods record.
-  const std::pair<const char*, const char*> cases[] = {{"", "1 NOMER=\"A\" GOODS{}"},
-                                                       {"2", "2 NOMER=\"B\" GOODS{}"},
-                                                       {"2x", "1 NOMER=\"A\" GOODS{}"},
-                                                       {"3", "3 GOODS{}"},
-                                                       {"0", "0 GOODS{}"}};
+  const std::pair<const char*, const char*> cases[] = {{"", "1 NOMER=\"A\" TOVAR{}"},
+                                                       {"2", "2 NOMER=\"B\" TOVAR{}"},
+                                                       {"2x", "1 NOMER=\"A\" TOVAR{}"},
+                                                       {"3", "3 TOVAR{}"},
+                                                       {"0", "0 TOVAR{}"}};
   for (const auto& [path, loaded] : cases) {
     const auto document = Loaded(path);
     EXPECT_EQ(std::to_string(document->RootRecNo()) + " " + Dump(document->RootRecord()), loaded);
@@ -94,17 +82,17 @@ TEST_F(TDbfDocumentTest, ReadsTheHeadRowNumberFromThePath) {
 }
 
 TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
-  Put("DBRHEAD", head.Row({"A", "first"}));
-  Put("DBRTOV", goods.Row({"A", "1"}));
+  world.Table("DBRHEAD", head.Row({"A", "first"}));
+  world.Table("DBRTOV", goods.Row({"A", "1"}));
   const auto document = Create();
   document->OpenBlock("", 0, false);
   document->SetField("NOMER", "B");
   document->SetField("DAY", "17.03.2026");
   for (const std::string number : {"1", "2"}) {
-    document->OpenBlock("\\\\GOODS", 0, false);
+    document->OpenBlock("\\\\TOVAR", 0, false);
     document->SetField("NUMTOV", number);
     document->SetField("G31", "long text");
-    document->OpenBlock("\\\\GOODS\\" + number + "\\PARTS", 0, false);
+    document->OpenBlock("\\\\TOVAR\\" + number + "\\PARTS", 0, false);
   }
   document->Save("C:\\OUT\\");
   EXPECT_FALSE(document->Modified);
@@ -115,8 +103,8 @@ TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
   EXPECT_EQ(Rows("DBRPARTS"), "1: GOODSNUM=\"  1\"\n2: GOODSNUM=\"  2\"\n");
   EXPECT_EQ(world.host.dialogs.progress_titles, (std::vector<std::string>{Win("Сохраняю файлы")}));
 
-  document->SetFieldEx("\\\\GOODS\\1\\G31", "short");
-  document->SetFieldEx("\\\\GOODS\\2\\G31", "");
+  document->SetFieldEx("\\\\TOVAR\\1\\G31", "short");
+  document->SetFieldEx("\\\\TOVAR\\2\\G31", "");
   document->SetFieldEx("\\\\NOMER", "C");
   document->Save("C:\\OUT\\");
   EXPECT_EQ(Rows("DBRHEAD"), "1: NOMER=\"A\" G011=\"first\"\n2: NOMER=\"C\" DAY=\"20260317\"\n");
@@ -125,18 +113,39 @@ TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
             "G31=\"short\"\n3: NOMER=\"C\" NUMTOV=\"  2\"\n");
 }
 
+// What a text fills of the fields that continue it is its own, whatever their own values say; the
+// others are written as ever.
+TEST_F(TDbfDocumentTest, KeepsTheRestOfALongTextInEverySave) {
+  const std::string first(255, 'a'), second(20, 'b');
+  world.TableSet("LONG", "HEAD = DBRLONG : G313 C20, G31 C255, G312 C20, G314 C20");
+  types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+  const auto document = Create("LONG");
+  document->OpenBlock("", 0, false);
+  document->SetField("G31", first + second + "ccc");
+  for (const char* name : {"G312", "G313", "G314"}) document->SetField(name, "own");
+  for (const int save : {1, 2}) {
+    SCOPED_TRACE(save);
+    document->Save("C:\\OUT\\");
+    EXPECT_EQ(Rows("DBRLONG"),
+              "1: G313=\"ccc\" G31=\"" + first + "\" G312=\"" + second + "\" G314=\"own\"\n");
+  }
+  document->SetField("G31", first + "b ");
+  document->Save("C:\\OUT\\");
+  EXPECT_EQ(Rows("DBRLONG"), "1: G313=\"own\" G31=\"" + first + "\" G312=\"b\" G314=\"own\"\n");
+}
+
 TEST_F(TDbfDocumentTest, DeletesRowsAndKeepsTheRowNumbersRight) {
-  Put("DBRHEAD", head.Row({"A"}));
+  world.Table("DBRHEAD", head.Row({"A"}));
   for (int i = 1; i <= 5; ++i) goods.Row({"A", std::to_string(i)});
-  Put("DBRTOV", goods);
+  world.Table("DBRTOV", goods);
   const auto document = Loaded("1");
-  document->OpenBlock("\\\\GOODS", 0, false);
-  for (const char* path : {"\\\\GOODS\\6", "\\\\GOODS\\99"}) document->DeleteRecord(path, false);
-  document->SetCurrentPath("\\\\GOODS");
+  document->OpenBlock("\\\\TOVAR", 0, false);
+  for (const char* path : {"\\\\TOVAR\\6", "\\\\TOVAR\\99"}) document->DeleteRecord(path, false);
+  document->SetCurrentPath("\\\\TOVAR");
   for (const char* path : {"4", "2"}) document->DeleteRecord(path, false);
-  EXPECT_EQ(document->CurPath(), "GOODS\\");
+  EXPECT_EQ(document->CurPath(), "TOVAR\\");
   for (const std::string changed : {"five", "V"}) {
-    document->SetFieldEx("\\\\GOODS\\3\\G31", changed);  // the fifth, now third
+    document->SetFieldEx("\\\\TOVAR\\3\\G31", changed);  // the fifth, now third
     document->Save("");
     EXPECT_EQ(Rows("DBRTOV"),
               "1: NOMER=\"A\" NUMTOV=\"  1\"\n2: NOMER=\"A\" NUMTOV=\"  3\"\n"
@@ -149,9 +158,9 @@ TEST_F(TDbfDocumentTest, SaysWhichTableCannotBeOpened) {
   const auto document = Create();
   document->OpenBlock("", 0, false);
   document->SetField("NOMER", "B");
-  document->OpenBlock("\\\\GOODS", 0, false);
-  world.host.files.Remove(Path("DBRTOV"));
-  cache.DropCachedFile(Path("DBRTOV"));
+  document->OpenBlock("\\\\TOVAR", 0, false);
+  world.host.files.Remove(CatalogueWorld::TablePath("DBRTOV"));
+  cache.DropCachedFile(CatalogueWorld::TablePath("DBRTOV"));
   EXPECT_EQ(Utf8(ErrorOf([&] { document->Save("C:\\OUT\\"); })),
             "Не могу открыть файл C:\\OUT\\DBRTOV");
   EXPECT_FALSE(world.host.files.Has("C:\\OUT\\veltlock.$$$"));
@@ -163,7 +172,7 @@ TEST_F(TDbfDocumentTest, SaysWhichTableCannotBeOpened) {
   EXPECT_EQ(Utf8(ErrorOf([&] { document->Load("C:\\NONE\\1"); })),
             "Не могу открыть dbf для загрузки C:\\NONE\\DBRHEAD");
   EXPECT_EQ(world.host.dialogs.log.back(), "status: ");
-  EXPECT_EQ(Utf8(ErrorOf([&] { (void)CreateDbfDocument("PLAIN", "C:\\", *types, cache, world); })),
+  EXPECT_EQ(Utf8(ErrorOf([&] { (void)Create("PLAIN"); })),
             "Документ не описан как набор таблиц: PLAIN");
 }
 
@@ -180,15 +189,18 @@ TEST_F(TDbfDocumentTest, LeavesTheTablesToTheStationThatHoldsTheLock) {
 
 // A level with as many key names as the list that is asked for answers with its own.
 TEST_F(TDbfDocumentTest, MatchesChildrenByTheParentsOwnKeyNames) {
-  world.Dcf(
-      "[ODD.HEADER]\nDbfName=x\n[ODD.Files]\nHEAD = DBRHEAD [NOMER]\n"
-      "  ODD = DBRODD [CODE]\n  NOKEY = DBRDOCS\n  BOTH = DBRTOV [NOMER+NUMTOV]\n");
+  world.TableSet("ODD", R"(
+HEAD = DBRHEAD [NOMER]
+  ODD = DBRODD [CODE]
+  NOKEY = DBRDOCS
+  BOTH = DBRTOV [NOMER+NUMTOV]
+)");
   types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
-  Put("DBRHEAD", head.Row({"A"}));
-  Put("DBRODD", TableImage().Field("CODE", 'C', 4).Row({"B"}).Row({"A"}));
-  Put("DBRDOCS", docs.Row({"A"}));
-  Put("DBRTOV", goods.Row({"A", ""}).Row({"A", "1"}));
-  const auto document = CreateDbfDocument("ODD", "C:\\OUT\\", *types, cache, world);
+  world.Table("DBRHEAD", head.Row({"A"}));
+  world.Table("DBRODD", TableImage("CODE C4").Row({"B"}).Row({"A"}));
+  world.Table("DBRDOCS", docs.Row({"A"}));
+  world.Table("DBRTOV", goods.Row({"A", ""}).Row({"A", "1"}));
+  const auto document = Create("ODD");
   document->Load("C:\\OUT\\1");
   EXPECT_EQ(Dump(document->RootRecord()), "NOMER=\"A\" ODD{CODE=\"A\"} BOTH{NOMER=\"A\"}");
 }

@@ -5,6 +5,8 @@
 #include "services/kept_today.h"
 #include "support/fake_host.h"
 #include "support/text.h"
+#include "text/date_format.h"
+#include "text/date_forms.h"
 
 namespace customsconv {
 namespace {
@@ -57,6 +59,55 @@ TEST(Dates, FormatsWrite) {
   EXPECT_EQ(FormatDateTime("ddmmyyyy D.M.YY", moment), "07032026 7.3.26");
   EXPECT_EQ(FormatDateTime("hh:nn:ss h/n/s T", moment), "09:05:04 9/5/4 T");
   EXPECT_EQ(FormatDateTime("dd hh:nn:ss", 1.0 - 1e-10), "31 00:00:00");
+}
+
+TEST(Dates, FormsChangeByPosition) {
+  const std::pair<std::string, std::string> cases[] = {
+      {DottedFromYearFirst("2015-06-11"), "11.06.2015"},
+      {DottedFromYearFirst("year?mo?da"), "da.mo.year"},
+      {SixDigitsFromYearFirst("2015-06-11"), "110615"},
+      {DottedFromDayFirst("11/06/2015"), "11.06.2015"},
+      {DottedFromDayFirst("11-06-15"), "11.06.15"},
+      {SixDigitsFromDayFirst("11.06.2015"), "110615"},
+      {SixDigitsFromDayFirst("1.6.15"), "1..115"},
+      {SixDigitsFromDayFirst("1."), "1.1."},
+      {CompactDate("17.03.2026", false), "170326"},
+      {CompactDate("2026-3/17", false), "26317"},
+      {CompactDate("17.03.2026", true), "17032026"},
+      {CompactDate("2026", false), "26"},
+      {DottedFromDigits("110615"), "11.06.15"},
+      {DottedFromDigits("11062015"), "11.06.2015"},
+      {DottedFromDigits("11065"), "11.06.05"},
+      {DottedFromDigits("11065", '9'), "11.06.95"},
+      {DottedFromDigits("1106201"), ""},
+      {WithoutCentury("11062015"), "110615"},
+      {WithoutCentury("110615"), "110615"},
+      {SixDigitsFromTable("20150611"), "110615"},
+      {DottedFromTable("20150611"), "11.06.15"},
+      {DottedFromTable("201506"), ".06.15"},
+      {DottedFromTable(""), ".."},
+      {TableDigits(*DateOf({2015, 6, 1})), "20150601"},
+      {TableDigits(*DateOf({915, 6, 11})), "09150611"},
+      {XmlDateText(*DateOf({2015, 6, 1})), "2015-06-01"},
+      {CompactDateText(*DateOf({2015, 6, 1}), 4), "01062015"},
+      {CompactDateText(*DateOf({2015, 6, 1}), 2), "010615"},
+      {CompactDateText(*DateOf({2015, 6, 1}), 1), "01065"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(text, expected);
+}
+
+TEST(Dates, RegistrationDaysWithAndWithoutTheEnds) {
+  const Date today = *DateOf({2026, 3, 17});
+  const Date first = *DateOf({1990, 1, 1});
+  for (const Date end : {first, today + 400}) {
+    EXPECT_TRUE(MayBeRegistrationDay(end, today, EndDays::kIncluded)) << end;
+    EXPECT_FALSE(MayBeRegistrationDay(end, today, EndDays::kExcluded)) << end;
+  }
+  for (const EndDays end_days : {EndDays::kIncluded, EndDays::kExcluded}) {
+    EXPECT_TRUE(MayBeRegistrationDay(first + 1, today, end_days));
+    EXPECT_TRUE(MayBeRegistrationDay(today + 399, today, end_days));
+    EXPECT_FALSE(MayBeRegistrationDay(first - 1, today, end_days));
+    EXPECT_FALSE(MayBeRegistrationDay(today + 401, today, end_days));
+  }
 }
 
 TEST(KeptToday, IsTakenOnceAndAgainOnRequest) {

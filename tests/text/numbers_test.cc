@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "support/text.h"
+#include "text/decimal_text.h"
 
 namespace customsconv {
 namespace {
@@ -19,7 +20,7 @@ TEST(Numbers, FirstNumberOfAText) {
 }
 
 TEST(Numbers, IntegerLiterals) {
-  const Numbers good = {{"  -12 \t", -12},          {"$ff", 255},      {"0X10", 16},
+  const Numbers good = {{"\r\n\t -12 \t", -12},     {"$ff", 255},      {"0X10", 16},
                         {"2147483647", 2147483647}, {"$FFFFFFFF", -1}, {"-$7F", -127}};
   const Numbers bad = {{"2147483648", 10}, {"$100000000", 10}, {"", 1},
                        {"-", 2},           {"12a", 3},         {"1.0", 2}};
@@ -33,8 +34,8 @@ TEST(Numbers, IntegerLiterals) {
 }
 
 TEST(Numbers, RealLiterals) {
-  const Numbers good = {{" -.5 ", -0.5},  {"5.", 5},       {"+1e3", 1000},
-                        {"1.5E-1", 0.15}, {"1e-99999", 0}, {"0e99999", 0}};
+  const Numbers good = {{"\r\n\t -.5 \r\n", -0.5}, {"5.", 5},       {"+1e3", 1000},
+                        {"1.5E-1", 0.15},          {"1e-99999", 0}, {"0e99999", 0}};
   const Numbers bad = {{"", 1},      {".", 2},   {"1,5", 2},  {"1.2.3", 4}, {"1e+", 4},
                        {"1e400", 5}, {"inf", 1}, {"0x10", 2}, {"--1", 2},   {"nan", 1}};
   double value = 0;
@@ -57,10 +58,10 @@ TEST(Numbers, HexadecimalTextAndFlags) {
 }
 
 TEST(Numbers, RoundingWorksOnTheDecimalDigits) {
-  const Texts cents = {{"2.675", "2.68"},   {"99.995", "100.00"}, {"-0.001", "0.00"},
-                       {"-0.005", "-0.01"}, {" 007 ", "7.00"},    {"12345e-4", "1.23"},
-                       {"5e-3", "0.01"},    {"1.5e3", "1500.00"}, {"1e-99999", "0.00"},
-                       {"abc", "0.00"},     {"1e99999", "0.00"},  {"0e99999", "0.00"}};
+  const Texts cents = {{"2.675", "2.68"},   {"99.995", "100.00"},   {"-0.001", "0.00"},
+                       {"-0.005", "-0.01"}, {"\r\n 007\t", "7.00"}, {"12345e-4", "1.23"},
+                       {"5e-3", "0.01"},    {"1.5e3", "1500.00"},   {"1e-99999", "0.00"},
+                       {"abc", "0.00"},     {"1e99999", "0.00"},    {"0e99999", "0.00"}};
   const Texts up_to_six = {{"12.5000", "12.5"}, {"100", "100"},     {"5e-7", "0.000001"},
                            {"-0.0000004", "0"}, {"1.9999995", "2"}, {"1e-5", "0.00001"}};
   for (const auto& [text, rounded] : cents) EXPECT_EQ(RoundDecimalText(text, 2), rounded) << text;
@@ -71,8 +72,7 @@ TEST(Numbers, RoundingWorksOnTheDecimalDigits) {
 }
 
 TEST(Numbers, ComputedNumbersReadBackTheSame) {
-  EXPECT_EQ(NumberText(100000), "100000");
-  EXPECT_EQ(NumberText(0.1 + 0.2), "0.30000000000000004");
+  EXPECT_EQ(NumberText(0.1L + 0.2L), "3.00000000000000000e-01");
   for (const double value : {1e-300, 123456.789, 2.0 / 3.0, 9007199254740993.0, -1.7e308}) {
     double read = 0;
     EXPECT_TRUE(TextToFloat(NumberText(value), read));

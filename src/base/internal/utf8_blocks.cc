@@ -64,9 +64,8 @@ struct Converted {
 // byte of a letter (0xD0 or 0xD1) yields nothing: it is looked at together with
 // the byte behind it. `previous` holds the byte before each byte.
 //
-// The letter's number from U+0400 is the lead's last bit and the six bits of
-// its second byte. The letters А to я are 0x10 to 0x4F there and 0xC0 to 0xFF in
-// the code page, Ё is 0x01 and ё 0x51.
+// The letter's number from U+0400 is the lead's last bit and the six bits of its second byte. The
+// letters А to я are 0x10 to 0x4F there and 0xC0 to 0xFF in the code page, Ё is 0x01 and ё 0x51.
 Converted ConvertBlock(__m128i block, __m128i previous) {
   const __m128i is_lead = IsLead(block);
   const __m128i is_second = _mm_cmpeq_epi8(_mm_and_si128(block, All(0xC0)), All(0x80));

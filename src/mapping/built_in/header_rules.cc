@@ -2,14 +2,13 @@
 
 #include "mapping/built_in/transit_source.h"
 #include "mapping/built_in/transport.h"
+#include "text/date_forms.h"
 #include "text/dates.h"
 
 namespace customsconv {
 namespace {
 
 constexpr CharSet kNumberSeparator{"/"};
-constexpr Date kEarliestDate = 32874;  // 01.01.1990
-constexpr Date kDaysAhead = 400;
 
 // Customs office, registration date and number of the declaration.
 void WriteRegistrationNumber(RecordScope& record) {
@@ -23,14 +22,9 @@ void WriteRegistrationNumber(RecordScope& record) {
 }  // namespace
 
 std::string RegistrationDate(std::string_view digits, Date today) {
-  const std::size_t size = digits.size();
-  if (size != 5 && size != 6 && size != 8) return {};
-  std::string date(digits);
-  if (size == 8) date.erase(4, 2);
-  date.insert(4, size == 5 ? ".0" : ".");
-  date.insert(2, ".");
+  const std::string date = DottedFromDigits(WithoutCentury(digits));
   const std::optional<Date> day = ParseLocalDate(date, DayOf(today).year);
-  const bool plausible = day && *day > kEarliestDate && *day < today + kDaysAhead;
+  const bool plausible = day && MayBeRegistrationDay(*day, today, EndDays::kExcluded);
   return plausible ? date : std::string();
 }
 

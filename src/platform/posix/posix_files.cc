@@ -24,6 +24,7 @@
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/folder_listing.h"
 #include "platform/posix/posix_file_series.h"
+#include "platform/posix/posix_output_file.h"
 #include "platform/posix/posix_pending_file.h"
 #include "platform/posix/posix_stream.h"
 #include "platform/posix/share_locks.h"
@@ -144,6 +145,10 @@ std::string PosixFiles::Read(std::string_view path, std::size_t limit) const {
 
 std::unique_ptr<PendingFile> PosixFiles::StagePieces(std::string_view path, FilePieces content) {
   return StageFile(SystemName(path), path, content);
+}
+
+std::unique_ptr<OutputFile> PosixFiles::StartOutput(std::string_view path) {
+  return std::make_unique<PosixOutputFile>(PosixPendingFile::Create(SystemName(path), path));
 }
 
 // The system writes its journal once for all who wait for it at the same time, so two

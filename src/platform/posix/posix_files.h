@@ -20,6 +20,7 @@ class PosixFiles : public Files {
   [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
   [[nodiscard]] std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                          FilePieces content) override;
+  [[nodiscard]] std::unique_ptr<OutputFile> StartOutput(std::string_view path) override;
   void HardenTogether(std::span<PendingFile* const> files) override;
   [[nodiscard]] std::unique_ptr<FileSeries> StartSeries(std::string_view path) override;
   [[nodiscard]] bool CreateNew(std::string_view path) override;

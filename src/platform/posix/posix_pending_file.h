@@ -39,6 +39,8 @@ class PosixPendingFile : public PendingFile {
   // name, or empty text where that cannot be done and nothing happened.
   [[nodiscard]] std::string Exchange();
 
+  // The temporary file; empty once it is in place.
+  [[nodiscard]] const std::string& temporary() const { return temporary_; }
   // The file that will be replaced, behind links.
   [[nodiscard]] const std::string& target() const { return target_; }
   // Of the content as it was placed.
@@ -54,7 +56,7 @@ class PosixPendingFile : public PendingFile {
   void Close();
 
   FileDescriptor file_;
-  std::string temporary_;  // empty once it is in place
+  std::string temporary_;
   std::string target_;
   std::string path_;
   FileStamp placed_stamp_ = kNoStamp;

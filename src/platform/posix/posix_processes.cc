@@ -9,7 +9,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/system_names.h"
 

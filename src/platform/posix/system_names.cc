@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "base/code_pages.h"
 #include "base/letter_case.h"
+#include "base/unicode.h"
 #include "platform/posix/folder_listing.h"
 
 namespace customsconv::posix {

@@ -6,6 +6,11 @@
 
 namespace customsconv {
 
+// Binary content as XML carries it:
+//
+//   std::string text = "TWFu\r\nTWE=";
+//   if (Base64DecodeInPlace(text)) …  // "ManMa"
+
 // Decodes `text` in place, skipping characters outside the alphabet. False for a
 // misplaced "="; the text then holds the bytes decoded so far and undecoded rest.
 // `decoded_size` receives the number of decoded bytes, also then.

@@ -11,11 +11,15 @@
 
 namespace customsconv {
 
-// Stores the values of an XML tree in the fields of a document, matching the path of
-// element names to the fields' XML paths: names of elements that are neither field nor
-// block are joined by "#" ("Consigment#BorderTransport#ModeCode"), a block's element opens
-// a record and starts the path anew. Works with a stack of its own, so trees may nest
-// to any depth.
+// Stores the values of an XML tree in the fields of a document.
+//
+//   const XmlTree tree(text);
+//   bool unknown_ids = false;
+//   DocumentFiller(document, unknown_ids).Fill(tree.root());
+//
+// The path of element names is matched to the fields' XML paths: names of elements that are
+// neither field nor block are joined by "#" ("Consigment#BorderTransport#ModeCode"), a block's
+// element opens a record and starts the path anew. Trees may nest to any depth.
 class DocumentFiller {
  public:
   // The document stands at a record with slots. `unknown_ids_found` is set when values

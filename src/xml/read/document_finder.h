@@ -8,6 +8,12 @@
 
 namespace customsconv {
 
+// Where the documents stand in an XML text that holds several:
+//
+//   for (const RootName& root : FindRootNames(text)) …   // "ESADout", 2
+//   DocumentFinder finder("ESADout_CU:ESADout");
+//   const std::string_view second = finder.Find(text, 2);
+
 // Name of a root element and how many documents of a text have it.
 struct RootName {
   std::string name;  // as the first of them writes it

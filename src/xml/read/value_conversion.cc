@@ -6,7 +6,9 @@
 #include <array>
 #include <new>
 
-#include "text/dates.h"
+#include "base/characters.h"
+#include "text/date_format.h"
+#include "text/date_forms.h"
 #include "xml/read/base64.h"
 
 namespace customsconv {
@@ -15,10 +17,10 @@ namespace {
 
 std::string_view ConvertDate(std::string_view value, std::string& buffer) {
   constexpr std::string_view kFormat = "YYYY-MM-DD";
-  if (value.size() != kFormat.size() || value[4] != '-') return value;
-  if (TextToDateFmtDef(kFormat, value, 0) == 0) return value;
-  buffer.assign(value.substr(8, 2)).append(".").append(value.substr(5, 2)).append(".");
-  return buffer.append(value.substr(0, 4));
+  const std::string_view date = Trim(value);
+  if (date.size() != kFormat.size() || date[4] != '-') return value;
+  if (TextToDateFmtDef(kFormat, date, 0) == 0) return value;
+  return buffer = DottedFromYearFirst(date);
 }
 
 std::string_view ConvertNumber(std::string_view value, std::string& buffer) {

@@ -6,9 +6,13 @@
 
 namespace customsconv {
 
-// A value of an XML file as a field of that type letter holds it: dates DD.MM.YYYY, "." in
-// numbers, base64 content of type "Y" decoded and packed in zlib's format, all else as
-// it is. Returns `value` itself or a view of `buffer`.
+// A value of an XML file as a field of that type letter holds it:
+//
+//   ConvertXmlValue("2015-06-11", 'D', buffer)   "11.06.2015"
+//   ConvertXmlValue("12,5", 'N', buffer)         "12.5"
+//
+// Base64 content of type "Y" is decoded and packed in zlib's format; all else stays as it is.
+// Returns `value` itself or a view of `buffer`.
 [[nodiscard]] std::string_view ConvertXmlValue(std::string_view value, char field_type,
                                                std::string& buffer);
 

@@ -14,8 +14,16 @@
 
 namespace customsconv {
 
-// The documents of one XML file, found by their envelopes or declarations and yielded one
-// at a time: all of the first kind found, in file order, then all of the second, and so on.
+// The documents of one XML file, found by their envelopes or declarations.
+//
+//   TXMLContainer container("C:\\IN\\decl.xml", types, environment);
+//   while (const std::unique_ptr<TDocument> document = container.Next()) {
+//     Show(document->DocInfo().Code, document->GetFieldEx("\\\\CustomsProcedure"));
+//   }
+//   if (container.UnknownIdsFound()) Warn();  // values under names that are no fields
+//
+// They are yielded one at a time: all of the first kind found, in file order, then all of the
+// second, and so on.
 class TXMLContainer {
  public:
   // Kinds in order of first appearance.
@@ -31,9 +39,9 @@ class TXMLContainer {
   TXMLContainer(const TXMLContainer&) = delete;
   TXMLContainer& operator=(const TXMLContainer&) = delete;
 
-  // The next document, or null when all have been yielded. Throws Error for a
-  // document without end, or one that the parser cannot read; the call after that goes on
-  // with the next one. A file that changed meanwhile is read again.
+  // The next document, or null when all have been yielded. Throws Error for a document without end,
+  // or one that the parser cannot read; the call after that goes on with the next one. A file that
+  // changed meanwhile is read again.
   [[nodiscard]] std::unique_ptr<TDocument> Next();
 
   [[nodiscard]] const std::string& Text() const { return text_; }

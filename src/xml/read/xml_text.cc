@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/code_pages.h"
 #include "base/cp1251_literal.h"
 #include "base/error.h"
+#include "base/unicode.h"
 #include "text/words.h"
 
 namespace customsconv {
@@ -14,7 +14,7 @@ namespace {
 // Only this much of a file is looked at for its declared encoding.
 constexpr std::size_t kHeadSize = 100;
 
-// The schemas of the field use both prefixes of the schema namespace; the system
+// Customs schemas use both prefixes for the namespace of XML Schema; what works on the text
 // knows one.
 void UnifySchemaPrefix(std::string& text) {
   constexpr std::string_view kShort = "xs:";

@@ -3,6 +3,7 @@
 #include "base/code_pages.h"
 #include "base/letter_case.h"
 #include "text/blanks.h"
+#include "text/date_forms.h"
 #include "text/dates.h"
 #include "text/words.h"
 
@@ -24,13 +25,9 @@ std::size_t Find(std::string_view text, const std::string& pattern, std::size_t 
 
 // Registers write dates with the year in front.
 std::string LocalDateOrder(std::string_view value) {
-  const auto is_separator = [value](std::size_t i) {
-    return kDateSeparators.find(value[i]) != kNowhere;
-  };
-  if (value.size() != 10 || !is_separator(4) || !is_separator(7)) return std::string(value);
-  std::string date(value.substr(8, 2));
-  date.append(1, kDateSeparator).append(value.substr(5, 2));
-  return date.append(1, kDateSeparator).append(value.substr(0, 4));
+  const std::string_view date = Trim(value);
+  const bool year_first = date.size() == 10 && IsDateSeparator(date[4]) && IsDateSeparator(date[7]);
+  return year_first ? DottedFromYearFirst(date) : std::string(value);
 }
 
 // Value of the element of that name, with or without a namespace prefix, somewhere inside the
@@ -82,8 +79,8 @@ std::string ValueAt(std::string_view text, std::string_view path) {
 
 std::string GetXmlValue(std::string_view text, std::string_view path) {
   const std::string value = UpperCaseRu(ValueAt(text, path));
-  // A text that was converted before is decoded here once more: files of the field carry
-  // their numbers and dates, which are what is asked for, in ASCII.
+  // A text that was converted before is decoded here once more. What is asked for, numbers and
+  // dates, is ASCII, which decoding leaves alone.
   if (value.empty() || !ContainsNoCase(text, "UTF-8")) return value;
   return ToWindows(value, CodePage::kUtf8);
 }

@@ -1,3 +1,5 @@
+// Chunks double in size up to one megabyte: a small document costs one of them, a large one few.
+
 #include "xml/tree/xml_arena.h"
 
 #include <algorithm>

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/characters.h"
+
 namespace customsconv {
 
 namespace {
@@ -13,10 +15,6 @@ struct NamedEntity {
 };
 constexpr std::array<NamedEntity, 5> kNamedEntities = {
     {{"&apos;", '\''}, {"&gt;", '>'}, {"&lt;", '<'}, {"&quot;", '"'}, {"&amp;", '&'}}};
-
-bool StartsWith(std::string_view text, std::size_t position, std::string_view prefix) {
-  return text.compare(position, prefix.size(), prefix) == 0;
-}
 
 // One pass from left to right does what five passes in the order of the table
 // would: no entity holds the "&" of another, and what a decoded character makes
@@ -30,7 +28,7 @@ void DecodeNamedEntities(std::string_view value, std::string& to) {
     if (from == value.size()) break;
     const auto* entity =
         std::find_if(kNamedEntities.begin(), kNamedEntities.end(),
-                     [&](const NamedEntity& e) { return StartsWith(value, from, e.text); });
+                     [&](const NamedEntity& e) { return value.substr(from).starts_with(e.text); });
     const bool found = entity != kNamedEntities.end();
     to.push_back(found ? entity->character : '&');
     from += found ? entity->text.size() : 1;
@@ -43,7 +41,7 @@ char ReferencedByte(std::string_view digits) {
   constexpr int kBeyondByte = 256;
   int number = 0;
   for (const char c : digits) {
-    if (c < '0' || c > '9') return '\0';
+    if (!IsDigit(c)) return '\0';
     number = std::min(number * 10 + (c - '0'), kBeyondByte);
   }
   return number == kBeyondByte ? '?' : static_cast<char>(number);

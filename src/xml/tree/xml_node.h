@@ -12,9 +12,13 @@ enum class NodeType : std::uint8_t { kElement, kAttribute, kText, kCData, kComme
 
 struct TXMLNode;
 
-// The nodes of one list in document order, linked through TXMLNode::next. A list
-// never owns storage of its own: nodes live in their tree's arena. Go through it
-// with a range-based for; Count and Item walk from the first node.
+// The nodes of one list in document order, linked through TXMLNode::next.
+//
+//   for (const TXMLNode& attribute : node.attributes) …
+//   if (const TXMLNode* goods = node.children.Find("Goods")) …  // finds "ns:Goods", too
+//
+// A list never owns storage of its own: nodes live in their tree's arena. Count and Item walk
+// from the first node.
 class TXMLNodeList {
  public:
   class Iterator {
@@ -44,9 +48,9 @@ class TXMLNodeList {
   const TXMLNode* first_ = nullptr;
 };
 
-// One node of an XML tree. Names and values are views into the parsed text or the
-// tree's arena and live as long as both. Text is as in the file (single-byte);
-// only the decodings of the parser itself have been applied, see DecodeXmlEntities.
+// One node of an XML tree. Names and values are views into the parsed text or the tree's arena and
+// live as long as both. Text is as in the file (single-byte); only the decodings of the parser
+// itself have been applied, see DecodeXmlEntities.
 struct TXMLNode {
   // Of an attribute, text, CDATA or comment node; empty for an element.
   std::string_view value;
@@ -76,9 +80,9 @@ inline TXMLNodeList::Iterator& TXMLNodeList::Iterator::operator++() {
   return *this;
 }
 
-// The five named entities in a fixed order, then decimal references ("&#192;" is the byte
-// 192, above 255 "?"). What cannot be decoded stays. Returns `value` itself (no
-// copy) when it holds no "&"; otherwise decodes into `buffer` and returns a view of it.
+// The five named entities in a fixed order, then decimal references ("&#192;" is the byte 192,
+// above 255 "?"). What cannot be decoded stays. Returns `value` itself (no copy) when it holds no
+// "&"; otherwise decodes into `buffer` and returns a view of it.
 [[nodiscard]] std::string_view DecodeXmlEntities(std::string_view value, std::string& buffer);
 
 }  // namespace customsconv

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/characters.h"
 #include "base/cp1251_literal.h"
 #include "xml/tree/xml_arena.h"
 
@@ -37,13 +38,6 @@ constexpr std::array<ByteClass, 256> MakeByteClasses() {
 constexpr std::array<ByteClass, 256> kByteClasses = MakeByteClasses();
 
 ByteClass ClassOf(char c) { return kByteClasses[static_cast<unsigned char>(c)]; }
-bool IsXmlBlank(char c) { return static_cast<unsigned char>(c) < 0x21; }
-
-std::string_view TrimXmlBlanks(std::string_view text) {
-  while (!text.empty() && IsXmlBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsXmlBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 // An entity that the parser itself decodes, beside "&amp;".
 struct Entity {
@@ -83,7 +77,7 @@ class XmlTreeBuilder {
     return text_.compare(std::min(position_, text_.size()), what.size(), what) == 0;
   }
   void SkipBlanks() {
-    while (!AtEnd() && IsXmlBlank(text_[position_])) ++position_;
+    while (!AtEnd() && IsBlank(text_[position_])) ++position_;
   }
   [[nodiscard]] std::string Context(std::size_t before, std::size_t count) const;
 
@@ -193,7 +187,7 @@ std::string_view XmlTreeBuilder::Decode(std::string_view text, const Entity& ent
     const std::string_view rest = text.substr(from);
     const Entity* found = nullptr;
     for (const Entity* e : {&entity, &kAmpersand}) {
-      if (rest.substr(0, e->text.size()) == e->text) found = e;
+      if (rest.starts_with(e->text)) found = e;
     }
     decoded[size++] = found != nullptr ? found->character : '&';
     from += found != nullptr ? found->text.size() : 1;
@@ -301,7 +295,7 @@ Token XmlTreeBuilder::ReadAttributeValue(TXMLNode& owner, TXMLNode*& last, std::
   TXMLNode* attribute = arena_.NewNode();
   attribute->type = NodeType::kAttribute;
   attribute->parent = &owner;
-  attribute->name = TrimXmlBlanks(name);
+  attribute->name = Trim(name);
   attribute->value = token_;
   if (attribute->name.empty()) throw XmlParseError("Attribute/Node name cannot be empty");
   Append(owner.attributes, last, attribute);
@@ -345,7 +339,7 @@ void XmlTreeBuilder::ReadDeclaration(const TXMLNode& node) {
   if (declaration_end_ == std::string_view::npos) throw XmlParseError("Unclosed XML header");
   ReadToken();
   TXMLNode* entry = arena_.NewNode();
-  entry->name = TrimXmlBlanks(token_);
+  entry->name = Trim(token_);
   if (node.parent == nullptr) Append(header_, last_header_, entry);
   TXMLNode* last = nullptr;
   Token token = Token::kName;

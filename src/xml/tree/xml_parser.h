@@ -18,12 +18,19 @@ class XmlParseError : public Error {
 
 class XmlArena;
 
-// The tree of one XML document: one pass over the text, no recursion, all nodes
-// in one arena that goes with the tree. The text is not copied and must outlive
-// the tree; only tokens that needed decoding live in the arena.
+// The tree of one XML document.
 //
-// Lenient where files of the field need it (elements left open at the end, end tags
-// compared only as far as the start tag's name reaches), strict about attributes.
+//   const XmlTree tree(text);
+//   for (const TXMLNode& child : tree.root().children) {
+//     if (child.LocalName() == "GTDNumber") number = child.Text();
+//   }
+//
+// Made in one pass over the text, without recursion; all nodes stand in one arena that goes with
+// the tree. The text is not copied and must outlive the tree; only tokens that needed decoding
+// live in the arena.
+//
+// Lenient where customs documents need it (elements left open at the end, end tags compared only
+// as far as the start tag's name reaches), strict about attributes.
 class XmlTree {
  public:
   // Throws XmlParseError. An empty text gives an empty element.

@@ -12,9 +12,15 @@
 
 namespace customsconv {
 
-// Writes documents as XML text, as schema validation takes it: the elements of the
-// customs document under its root, or a ROWSET envelope for a document that carries the
-// signature block. Takes time and memory in proportion to the text.
+// Writes documents as XML text, as schema validation takes it.
+//
+//   DocumentWriter writer;
+//   while (const std::unique_ptr<TDocument> document = container.Next()) {
+//     Check(writer.Text(*document));
+//   }
+//
+// The text holds the elements of the customs document under its root, or a ROWSET envelope for a
+// document that carries the signature block. Takes time and memory in proportion to the text.
 //
 // Keeps what it learns about the documents' types from one document to the next, so
 // the types must stay as they are as long as the writer lives.

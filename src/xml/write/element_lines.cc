@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/code_pages.h"
+#include "base/unicode.h"
 #include "text/blanks.h"
 
 namespace customsconv {

@@ -10,6 +10,12 @@ namespace customsconv {
 
 // XML text as it grows line by line, and the elements that are open in it.
 //
+//   ElementLines lines(true);
+//   lines.Open("Goods", false);
+//   lines.AddValue("Number", "", "1");
+//   lines.Close();
+//   lines.TakeText()                   <Goods>, <Number>1</Number> and </Goods> on three lines
+//
 // The rules of the format look at the line written last only: an element that is
 // closed while its start tag is the last line vanishes, one whose start tag stands
 // somewhere in the last line is closed there, any other gets a line of its own.

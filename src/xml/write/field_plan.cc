@@ -2,8 +2,9 @@
 
 #include <utility>
 
-#include "base/code_pages.h"
-#include "text/blanks.h"
+#include "base/characters.h"
+#include "base/unicode.h"
+#include "text/char_set.h"
 #include "text/xml_escape.h"
 
 namespace customsconv {
@@ -13,7 +14,7 @@ constexpr char kLevelMark = '#';
 constexpr std::string_view kNoElement = "NOP";
 constexpr std::string_view kOutsideNames = " \"&'<>";
 
-bool BeginsName(char c) { return c == '_' || (IsLetterOrDigit(c) && !(c >= '0' && c <= '9')); }
+bool BeginsName(char c) { return c == '_' || (IsLetterOrDigit(c) && !IsDigit(c)); }
 
 // The elements that are open between two fields of a level.
 class OpenPath {

@@ -25,10 +25,10 @@ struct FieldStep {
   const Pattern* pattern = nullptr;
 };
 
-// How the fields of one level become nested elements. The names of the fields alone
-// decide which elements are entered and left, so this is worked out once for all
-// records of the level. Refers to the level's texts. Names and attributes of values are in
-// UTF-8 when `utf8` is set, else in code page 1251 like all the rest.
+// How the fields of one level become nested elements. The names of the fields alone decide which
+// elements are entered and left, so this is worked out once for all records of the level. Refers to
+// the level's texts. Names and attributes of values are in UTF-8 when `utf8` is set, else in code
+// page 1251 like all the rest.
 struct FieldPlan {
   FieldPlan(const TBasis& basis, bool utf8, PatternCache& patterns);
 

@@ -1,9 +1,10 @@
+#include "xml/write/structured_value.h"
+
 #include <algorithm>
 #include <cstddef>
 
 #include "document/composite_value.h"
 #include "text/xml_escape.h"
-#include "xml/write/value_format.h"
 
 namespace customsconv {
 namespace {

@@ -5,11 +5,15 @@
 #include <optional>
 #include <utility>
 
+#include "base/characters.h"
 #include "base/date_time.h"
 #include "text/blanks.h"
+#include "text/date_forms.h"
 #include "text/dates.h"
+#include "text/decimal_text.h"
 #include "text/numbers.h"
 #include "text/xml_escape.h"
+#include "xml/write/structured_value.h"
 
 namespace customsconv {
 namespace {
@@ -19,8 +23,6 @@ constexpr std::size_t kMostPlainDigits = 15;
 // A point at this offset or behind it: the number has more digits than a
 // floating point number is trusted with, so its text is handed on.
 constexpr std::size_t kLongNumberPoint = 9;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::size_t CountDigits(std::string_view text) {
   return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) -
@@ -44,38 +46,14 @@ std::optional<std::string_view> PlainNumber(std::string_view text) {
   return text;
 }
 
-// Day, month and year texts as the local short format has them.
-std::string LocalForm(std::string_view day, std::string_view month, std::string_view year) {
-  std::string text(day);
-  text.append(1, kDateSeparator).append(month).append(1, kDateSeparator).append(year);
-  return text;
-}
-
 // The first of the accepted forms that the text's length allows.
 std::optional<std::string> RebuiltDate(std::string_view text) {
-  const auto is_separator = [&](std::size_t i) {
-    return kDateSeparators.find(text[i]) != std::string_view::npos;
-  };
-  if (text.size() == 10) return LocalForm(text.substr(0, 2), text.substr(3, 2), text.substr(6));
-  if (text.size() == 8 && is_separator(2) && is_separator(5)) {
-    return LocalForm(text.substr(0, 2), text.substr(3, 2), text.substr(6));
+  if (text.size() == 10) return DottedFromDayFirst(text);
+  if (text.size() == 8 && IsDateSeparator(text[2]) && IsDateSeparator(text[5])) {
+    return DottedFromDayFirst(text);
   }
-  if (text.size() == 6 || text.size() == 8) {
-    return LocalForm(text.substr(0, 2), text.substr(2, 2), text.substr(4));
-  }
+  if (text.size() == 6 || text.size() == 8) return DottedFromDigits(text);
   return std::nullopt;
-}
-
-std::string XmlDate(Date date) {
-  const CalendarDay day = DayOf(date);
-  std::string text = "0000-00-00";
-  const auto put = [&text](std::size_t end, int number) {
-    for (; number > 0; number /= 10) text[--end] = static_cast<char>('0' + number % 10);
-  };
-  put(4, day.year);
-  put(7, day.month);
-  put(10, day.day);
-  return text;
 }
 
 }  // namespace
@@ -116,7 +94,7 @@ std::string_view ValueFormatter::Escaped(std::string_view raw) {
 
 std::string_view ValueFormatter::Number(std::string_view raw) {
   if (const auto plain = PlainNumber(raw)) return *plain;
-  std::string text = ReplaceChar(raw, ',', '.');
+  std::string text = ReplaceChar(Trim(raw), ',', '.');
   double value = 0;
   if (!TextToFloat(text, value)) return "0";
   const std::size_t point = text.find('.');
@@ -132,10 +110,10 @@ std::string_view ValueFormatter::Number(std::string_view raw) {
 std::string_view ValueFormatter::DateText(std::string_view raw) {
   std::optional<Date> date = ParseLocalDate(raw, this_year_);
   if (!date) {
-    const std::optional<std::string> rebuilt = RebuiltDate(raw);
+    const std::optional<std::string> rebuilt = RebuiltDate(Trim(raw));
     if (rebuilt) date = ParseLocalDate(*rebuilt, this_year_);
   }
-  return date ? Keep(XmlDate(*date)) : std::string_view();
+  return date ? Keep(XmlDateText(*date)) : std::string_view();
 }
 
 }  // namespace customsconv

@@ -8,8 +8,13 @@
 
 namespace customsconv {
 
-// Turns stored values into the form that they have in XML. Most values come out
-// as they are; those are not copied.
+// Turns stored values into the form that they have in XML.
+//
+//   ValueFormatter formatter(clock.ThisYear());
+//   formatter.Format(date_field, "11.06.2015")   "2015-06-11"
+//   formatter.Format(number_field, "12,50")      "12.5"
+//
+// Most values come out as they are; those are not copied.
 class ValueFormatter {
  public:
   explicit ValueFormatter(int this_year) : this_year_(this_year) {}
@@ -28,10 +33,6 @@ class ValueFormatter {
   int this_year_;
   std::string kept_;
 };
-
-// The parts of a composite value as elements of their own, each with its prefix as
-// an attribute; a multi-line field gets a frame of "Line" elements around them.
-[[nodiscard]] std::string StructuredValue(const TFieldInfo& field, std::string_view raw);
 
 }  // namespace customsconv
 

@@ -32,13 +32,14 @@ constexpr const char* kCatalogue =
 
 // A program folder and one XML file. Texts are UTF-8.
 struct World : CatalogueWorld {
+  World() : CatalogueWorld(kCatalogue) {}
   TXMLContainer Open(std::string_view xml) {
     Put(xml);
     return TXMLContainer(kFile, types, *this);
   }
   void Put(std::string_view xml) { host.files[kFile] = xml; }
 
-  TDocTypeList types{(Dcf(kCatalogue), "Kordwin.dcf"), /*all_files=*/false, *this};
+  TDocTypeList types{"Kordwin.dcf", /*all_files=*/false, *this};
 };
 
 std::string Declaration(std::string_view content) {
@@ -116,6 +117,7 @@ TEST(TXMLContainer, FillsFieldsByTheirXmlPaths) {
       // By type.
       {"<Since>2015-06-11</Since><Cost>1,2,3</Cost>", "Since=\"11.06.2015\" Cost=\"1.2.3\""},
       {"<Since>2015-06-11T10</Since>", "Since=\"2015-06-11T10\""},
+      {"<Since>\r\n\t2015-06-11\r\n</Since>", "Since=\"11.06.2015\""},
       // Repetitions are joined unconverted where the field says how, else the first one stays.
       {"<Line>1</Line><Line>2,5&amp;</Line><List>1</List><List/><List>3</List>",
        "Lines=\"1\r2,5&\" List=\"1,,3\""},

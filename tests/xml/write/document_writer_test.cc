@@ -14,9 +14,8 @@ namespace {
 struct WriterWorld {
   explicit WriterWorld(const std::string& fields, const std::string& header = "FullName=T\n",
                        std::string_view kord_ini = {})
-      : world(kord_ini),
-        types("Kordwin.dcf", false,
-              (world.Dcf("[T.HEADER]\n" + header + "[T.Fields]\n" + fields + "\n"), world)),
+      : world("[T.HEADER]\n" + header + "[T.Fields]\n" + fields + "\n", kord_ini),
+        types("Kordwin.dcf", false, world),
         document("T", types, world) {
     document.OpenBlock("", 0, false);
   }
@@ -117,11 +116,13 @@ TEST(DocumentWriter, FormatsValuesByTheirType) {
       // From a point in tenth place on the text itself is written.
       {"A=N9",
        {"12,50=12.5", "12.500000=12.5", "100=100", "100.0=100", "007=7", "-0,05=-0.05", " .5=0.5",
+        "\r\n\t3\r\n=3", "\r\n      12,5\r\n=12.5", "\n 123456789.1234567\n=123456789.1234567",
         "1.2345675=1.234568", "1e3=1000", "1 000=0", "12345678.1234567=12345678.123457",
         "123456789.1234567=123456789.1234567", "000000001,5000000=1.5000000", "000000000.1=0.1",
         "000000000.0=0"}},
       {"A=D",
        {"11.06.2015=2015-06-11", " 1.6.15=2015-06-01", "11/06/2015=2015-06-11",
+        "\r\n11.06.2015\r\n=2015-06-11", "\t11/06/15\n=2015-06-11", "\n  110615 =2015-06-11",
         "11-06-15=2015-06-11", "110615=2015-06-11", "11062015=2015-06-11",
         "2015-06-11=", "30.02.2015="}}};
   for (const auto& [field, values] : types) {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -47,7 +48,10 @@ class TerminalProcess {
     }
     return true;
   }
-  void PressCtrlC() { ASSERT_EQ(write(terminal_, "\x03", 1), 1); }
+  void Type(std::string_view text) {
+    ASSERT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  void PressCtrlC() { Type("\x03"); }
   // The exit status; 128 + the signal that killed the process.
   int End() {
     WaitFor("\x01 never printed");
@@ -63,73 +67,82 @@ class TerminalProcess {
   std::string printed_;
 };
 
-class InterruptTest : public testing::Test {
+class ProgramTest : public testing::Test {
  protected:
-  InterruptTest() {
-    fs::copy(fs::path(CUSTOMSCONV_SOURCE_DIR) / "examples", folder_.path(),
+  ProgramTest() {
+    fs::copy(fs::path(CUSTOMSCONV_SOURCE_DIR) / "examples", in_.path(),
              fs::copy_options::recursive);
-    fs::create_directory(folder_.path() / "out");
     posix::PosixFiles files;
     posix::PosixClock clock;
     posix::PosixProcesses processes;
     RecordingOutput output;
-    EXPECT_EQ(cli::Run({"tables", "create", "--description", folder_ / "armti/tables.txt",
-                        "--output", folder_ / "out"},
+    EXPECT_EQ(cli::Run({"tables", "create", "--description", in_ / "armti/tables.txt", "--output",
+                        out_.path()},
                        {files, clock, processes}, output),
-              ExitStatus::kDone);
-    tables_ = Names();
+              kDone);
+    tables_ = out_.Listing();
   }
 
-  std::vector<std::string> Arguments(const std::vector<std::string>& files) {
+  // The command line that converts these files.
+  std::vector<std::string> Convert(const std::vector<std::string>& files) {
     std::vector<std::string> arguments = {
-        "convert",  "--program",    folder_ / "program", "--rules", folder_ / "rules/armti.txt",
-        "--output", folder_ / "out"};
-    for (const std::string& file : files) arguments.push_back(folder_ / ("xml/" + file));
+        "convert",  "--program", in_ / "program", "--rules", in_ / "rules/armti.txt",
+        "--output", out_.path()};
+    for (const std::string& file : files) arguments.push_back(in_ / ("xml/" + file));
     return arguments;
   }
 
-  // Names of all files in the output folder.
-  std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_.path() / "out")) {
-      names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-
-  TempFolder folder_;
-  std::vector<std::string> tables_;
+  TempFolder in_;   // the examples
+  TempFolder out_;  // an empty table set
+  std::string tables_;
 };
 
-TEST_F(InterruptTest, CtrlCWhileWaitingLeavesTheOtherStationsLockOnly) {
-  folder_.Write("out/veltlock.$$$", "");
-  const std::string before = folder_.Read("out/DBRHEAD.DBF");
-  TerminalProcess program(Arguments({"dts.xml", "transit.xml"}));
+TEST_F(ProgramTest, CtrlCWhileWaitingLeavesTheOtherStationsLockOnly) {
+  out_.Write("veltlock.$$$", "");
+  const std::string before = out_.Read("DBRHEAD.DBF");
+  TerminalProcess program(Convert({"dts.xml", "transit.xml"}));
   ASSERT_TRUE(program.WaitFor("База занята - ждем...")) << program.printed();
   program.PressCtrlC();
   EXPECT_EQ(program.End(), 130) << program.printed();
   EXPECT_NE(program.printed().find("interrupted"), std::string::npos) << program.printed();
-  tables_.emplace_back("veltlock.$$$");
-  std::sort(tables_.begin(), tables_.end());
-  EXPECT_EQ(Names(), tables_);
-  EXPECT_EQ(folder_.Read("out/DBRHEAD.DBF"), before);
+  EXPECT_EQ(out_.Listing(), tables_ + " veltlock.$$$");
+  EXPECT_EQ(out_.Read("DBRHEAD.DBF"), before);
 }
 
 // Whatever the program is at when the person gives up: nothing half done is left behind.
-TEST_F(InterruptTest, CtrlCWhileConvertingLeavesWholeTables) {
-  TerminalProcess program(Arguments({"dts.xml", "kdt.xml", "transit.xml", "card.xml", "dts.xml",
-                                     "kdt.xml", "transit.xml", "card.xml", "descriptions.xml"}));
+TEST_F(ProgramTest, CtrlCWhileConvertingLeavesWholeTables) {
+  TerminalProcess program(Convert({"dts.xml", "kdt.xml", "transit.xml", "card.xml", "dts.xml",
+                                   "kdt.xml", "transit.xml", "card.xml", "descriptions.xml"}));
   ASSERT_TRUE(program.WaitFor("transit.xml")) << program.printed();
   program.PressCtrlC();
   EXPECT_EQ(program.End(), 130) << program.printed();
-  EXPECT_EQ(Names(), tables_) << "no lock, no temporary file";
+  EXPECT_EQ(out_.Listing(), tables_) << "no lock, no temporary file";
   const auto rows = [this](const std::string& table) {
-    const std::string dump = TableDump(folder_.Read("out/" + table));
+    const std::string dump = TableDump(out_.Read(table));
     return std::count(dump.begin(), dump.end(), '\n') - 1;
   };
   EXPECT_EQ(rows("SBRHEAD.DBF"), rows("SBRTOVAR.DBF"));
   EXPECT_GE(rows("SBRHEAD.DBF"), 1);
+}
+
+TEST_F(ProgramTest, AQuestionIsAnsweredByWhatIsTyped) {
+  in_.Write("program/kord.ini", "[System]\r\nLastNumsFile=last.ini\r\n");
+  for (const std::string answer : {"\n", "2\n", "1\n"}) {
+    EXPECT_FALSE(fs::exists(in_ / "program/last.ini"));
+    TerminalProcess program(Convert({"transit.xml"}));
+    ASSERT_TRUE(program.WaitFor("2 - No")) << program.printed();
+    program.Type(answer);
+    EXPECT_EQ(program.End(), 0) << program.printed();
+  }
+  EXPECT_TRUE(fs::exists(in_ / "program/last.ini"));
+}
+
+// A result that does not arrive is no success: scripts look at the status alone.
+TEST_F(ProgramTest, AResultThatCannotBeWrittenIsAnError) {
+  const std::string log = in_ / "log";
+  const std::string command = CUSTOMSCONV_PROGRAM " --help > /dev/full 2> " + log;
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 3);
+  EXPECT_EQ(in_.Read("log"), "error: the result could not be written\n");
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
-#include "catalogue/files_reader.h"
+#include "tables/table_levels.h"
 
 #include <gtest/gtest.h>
 
 #include "catalogue/doc_type_list.h"
+#include "catalogue/files_reader.h"
+#include "dbf/dbf_cache.h"
 #include "support/catalogue_builder.h"
 #include "support/table_image.h"
 
@@ -26,22 +28,22 @@ TEST(FilesReader, ParsesLines) {
   }
 }
 
-struct TableSet {
-  explicit TableSet(const std::string& files)
-      : types("Kordwin.dcf", false,
-              (world.Dcf("[TS.HEADER]\nDbfName=x\nMainBlock=GOODS\n[TS.Files]\n" + files), world)) {
-  }
-  void Table(const std::string& name, const TableImage& table) {
-    world.host.files["C:\\OUT\\" + name + ".DBF"] = table.Bytes();
-  }
+struct LevelsWorld : CatalogueWorld {
+  // The lines of a Files section, as CatalogueWorld::TableSet takes them.
+  explicit LevelsWorld(const char* files) { TableSet("TS", files); }
+
   const TBasis& Load() {
-    TDocInfo& info = types.GetDocInfo("TS");
-    info.LoadFromDbf("C:\\OUT\\", cache, world);
-    return info.GetBasis(world);
+    LoadFromDbf(Type(), "C:\\OUT\\", cache_, *this);
+    return Type().GetBasis(*this);
   }
-  CatalogueWorld world;
-  TDbfCache cache{world.host};
-  TDocTypeList types;
+  TDocInfo& Type() {
+    if (types_ == nullptr) types_ = std::make_unique<TDocTypeList>("Kordwin.dcf", false, *this);
+    return types_->GetDocInfo("TS");
+  }
+
+ private:
+  TDbfCache cache_{host};
+  std::unique_ptr<TDocTypeList> types_;
 };
 
 std::string Describe(const TBasis& basis) {
@@ -58,18 +60,18 @@ std::string Describe(const TBasis& basis) {
   return text;
 }
 
-TEST(FilesReader, TakesTheLevelsOfATableSetFromTableHeaders) {
-  TableSet set(
-      "; the head\n\nhead = dbrhead [nomer]\n"
-      "    goods = dbrtov [nomer|g32]\n"
-      "      docs = dbrdocs\n"
-      "  tail = dbrtail\n"
-      "next = dbrnext\n  lost = dbrtail\n[OTHER]\n");
-  set.Table("DBRHEAD", TableImage().Field("NOMER", 'C', 7).Field("SUM", 'N', 12, 2));
-  set.Table("DBRTOV", TableImage().Field("NOMER", 'C', 7).Field("TXT", 'C', 251));
-  set.Table("DBRDOCS", TableImage().Field("D", 'D', 8));
-  set.Table("DBRTAIL", TableImage().Field("L", 'L', 1));
-  const TBasis& basis = set.Load();
+TEST(TableLevels, TakesTheLevelsOfATableSetFromTableHeaders) {
+  LevelsWorld world(R"(; the head
+
+head = dbrhead [nomer]        : NOMER C7, SUM N12.2
+    goods = dbrtov [nomer|g32]  : NOMER C7, TXT C251
+      docs = dbrdocs            : D D8
+  tail = dbrtail                : L L1
+next = dbrnext
+  lost = dbrtail
+[OTHER]
+)");
+  const TBasis& basis = world.Load();
   EXPECT_EQ(Describe(basis),
             "DBRHEAD[NOMER|]: NOMER=C7.0x1 SUM=N12.2x1"
             " GOODS{DBRTOV[NOMER|G32]: NOMER=C7.0x1 TXT=C101.0x3 DOCS{DBRDOCS[|]: D=D8.0x1}}"
@@ -77,32 +79,32 @@ TEST(FilesReader, TakesTheLevelsOfATableSetFromTableHeaders) {
   EXPECT_EQ(basis.FindSubBasis("GOODS\\DOCS").Path(), "GOODS\\DOCS");
 }
 
-TEST(FilesReader, LeavesOutBlocksWhoseTableCannotBeOpened) {
-  TableSet set("HEAD = DBRHEAD\n  A = LOST\n    B = DBRTOV\n    C = GONE\n  GOODS = DBRTOV\n");
-  set.Table("DBRHEAD", TableImage().Field("NOMER", 'C', 7));
-  set.Table("DBRTOV", TableImage().Field("G32", 'N', 5));
-  EXPECT_EQ(Describe(set.Load()), "DBRHEAD[|]: NOMER=C7.0x1 GOODS{DBRTOV[|]: G32=N5.0x1}");
+TEST(TableLevels, LeavesOutBlocksWhoseTableCannotBeOpened) {
+  LevelsWorld world(R"(HEAD = DBRHEAD : NOMER C7
+  A = LOST
+    B = DBRTOV
+    C = GONE
+  GOODS = DBRTOV : G32 N5
+)");
+  EXPECT_EQ(Describe(world.Load()), "DBRHEAD[|]: NOMER=C7.0x1 GOODS{DBRTOV[|]: G32=N5.0x1}");
   EXPECT_EQ(
-      set.world.host.dialogs.log,
+      world.host.dialogs.log,
       std::vector<std::string>{"message: Не могу открыть:\r\nC:\\OUT\\LOST\r\nC:\\OUT\\GONE"});
 }
 
-TEST(FilesReader, LoadsAgainAndKeepsTheNumberingRight) {
-  TableSet set("HEAD = DBRHEAD\n  GOODS = DBRTOV\n");
-  const TDocProtect& numbering = set.types.GetDocInfo("TS").Numbering(set.world);
-  EXPECT_EQ(numbering.FieldIdByName("G32"), 0);
-  set.Table("DBRHEAD", TableImage().Field("NOMER", 'C', 7));
-  set.Table("DBRTOV", TableImage().Field("A", 'C', 7).Field("G32", 'N', 5));
+TEST(TableLevels, LoadsAgainAndKeepsTheNumberingRight) {
+  LevelsWorld world("HEAD = DBRHEAD : NOMER C7\n  TOVAR = DBRTOV : A C7, G32 N5\n");
+  const TDocProtect& numbering = world.Type().Numbering(world);
+  EXPECT_EQ(numbering.FieldIdByName("G32"), 0) << "not read yet";
   for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(set.Load().Count(), 2);
+    EXPECT_EQ(world.Load().Count(), 2);
     EXPECT_EQ(numbering.FieldIdByName("nomer"), 1);
     EXPECT_EQ(numbering.FieldIdByName("g32"), 1001);
   }
 }
 
 TEST(FilesReader, MissesTheFilesSection) {
-  CatalogueWorld world;
-  world.Dcf("[TS.HEADER]\nDbfName=x\n[TS.FILES]\nA = B\n");
+  CatalogueWorld world("[TS.HEADER]\nDbfName=x\n[TS.FILES]\nA = B\n");
   TDocTypeList types("Kordwin.dcf", false, world);
   EXPECT_EQ(Utf8(ErrorOf([&] { (void)types.GetDocInfo("TS").GetBasis(world); })),
             "Файл: C:\\PROG\\Data\\Kordwin.dcf  Раздел: [TS.Files]\r\rНет секции [TS.Files]");
