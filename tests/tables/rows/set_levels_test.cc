@@ -1,0 +1,175 @@
+#include "tables/rows/set_levels.h"
+
+#include <gtest/gtest.h>
+
+#include "support/catalogue_builder.h"
+#include "support/table_image.h"
+#include "tables/rows/declaration_rows.h"
+
+namespace customsconv {
+namespace {
+
+constexpr const char* kFiles = R"(
+[DT4.HEADER]
+ShortName=ДТ 4
+DbfName=HEAD.DBF
+[DT4.Files]
+HEAD = HEAD.DBF [OLD]
+[DT5.HEADER]
+ShortName=ДТ 5
+DbfName=HEAD.DBF
+[DT5.Files]
+HEAD = HEAD.DBF [G071+G072+G073]
+  LIST = LIST.DBF [UID|DOCID]
+  KMPK = KMP [G071+G072+G073]
+  TOVAR = TOVAR.DBF [G071+G072, G073]
+    DOK = DOK.DBF [G071+G072+G073+G32]
+    KMPK = KMP [G071+G072+G073+G32]
+  ALL = ALL.DBF
+[DTS.HEADER]
+DbfName=OTHER.DBF
+[DTS.Files]
+OTHER = OTHER.DBF [G073]
+)";
+
+class SetLevelsTest : public testing::Test {
+ protected:
+  SetLevels Levels(const std::vector<std::string>& tables) {
+    return LevelsOfTables(types, tables, world);
+  }
+
+  CatalogueWorld world;
+  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(kFiles), world)};
+};
+
+std::string Joined(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : "+") + name;
+  return text;
+}
+
+TEST_F(SetLevelsTest, DrawTheTreeOfTheNewestTypeOverEachHead) {
+  std::string text;
+  for (const SetLevel& level : Levels({"Tovar.dbf", "Head.dbf"})) {
+    text += level.type + " " + level.block + " " + level.table + " " + Joined(level.keys);
+    if (level.parent >= 0)
+      text += " in " + std::to_string(level.parent) + " " + Joined(level.parent_keys);
+    text += "\n";
+  }
+  EXPECT_EQ(text,
+            "DT5  HEAD.DBF G071+G072+G073\n"
+            "DT5 LIST LIST.DBF UID in 0 DOCID\n"
+            "DT5 KMPK KMP.DBF G071+G072+G073 in 0 G071+G072+G073\n"
+            "DT5 TOVAR TOVAR.DBF G071+G072+G073 in 0 G071+G072+G073\n"
+            "DT5 TOVAR\\DOK DOK.DBF G071+G072+G073+G32 in 3 G071+G072+G073+G32\n"
+            "DT5 TOVAR\\KMPK KMP.DBF G071+G072+G073+G32 in 3 G071+G072+G073+G32\n"
+            "DT5 ALL ALL.DBF  in 0 \n");
+  EXPECT_TRUE(Levels({"TOVAR.DBF"}).empty());
+  EXPECT_EQ(Levels({"HEAD.DBF", "OTHER.DBF"}).back().type, "DTS");
+}
+
+TEST_F(SetLevelsTest, KnowWhatTellsRowsApart) {
+  const SetLevels levels = Levels({"HEAD.DBF"});
+  EXPECT_EQ(Joined(RowKeyOf(levels, "tovar.dbf")), "G071+G072+G073+G32")
+      << "found from below by it";
+  EXPECT_EQ(Joined(RowKeyOf(levels, "HEAD.DBF")), "G071+G072+G073");
+  EXPECT_EQ(Joined(RowKeyOf(levels, "LIST.DBF")), "UID");
+  EXPECT_EQ(Joined(RowKeyOf(levels, "X.DBF")), "");
+}
+
+TEST(DeclarationNumber, ComesInManyForms) {
+  FakeHost host;
+  host.files["C:\\H.DBF"] = TableImage()
+                                .Field("G071", 'C', 8)
+                                .Field("G072", 'D', 8)
+                                .Field("G073", 'C', 7)
+                                .Row({"10702020", "20150611", "0001234"})
+                                .Row({"КT000001", "", "7"})
+                                .Bytes();
+  TableRows rows(host, "C:\\H.DBF");
+  const std::tuple<const char*, int, bool> cases[] = {
+      {"10702020/110615/0001234", 1, true},    {"10702020/11062015/0001234", 1, true},
+      {"10702020/11.06.15/00012345", 1, true},  // the field keeps seven digits
+      {"10702020/11.6.2015/0001234", 1, true}, {" 10702020 / 2015-06-11 / 0001234", 1, true},
+      {"10702020/110616/0001234", 1, false},   {"10702020/11061915/0001234", 1, false},
+      {"10702020//0001234", 1, false},         {"1070202/110615/0001234", 1, false},
+      {"10702020/110615/1234", 1, false},      {"КT000001//7", 2, true},
+      {"КT000001/110615/7", 2, false}};
+  for (const auto& [text, row, is_of] : cases) {
+    rows.GoTo(row);
+    const auto number = DeclarationNumber::Parse(Win(text));
+    ASSERT_TRUE(number) << text;
+    EXPECT_EQ(number->IsOf(rows.table()), is_of) << text;
+  }
+  for (const char* text : {"", "10702020", "10702020/110615", "a/b/c", "a/1106/c", "a/1/2/3",
+                           "/110615/7", "a/110615/", "a/11.06/c", "a/1.2.3/c"}) {
+    EXPECT_FALSE(DeclarationNumber::Parse(text)) << text;
+  }
+}
+
+// Rows of a table that belong to the declaration.
+std::string Wanted(Host& host, const DeclarationRows& declaration, const std::string& table) {
+  TableRows rows(host, "C:\\OUT\\" + table);
+  const DeclarationRows::Filter filter = declaration.FilterFor(table, rows);
+  std::string text;
+  while (rows.Next()) {
+    if (filter.Wants(rows)) text += std::to_string(rows.Number()) + " ";
+  }
+  return text;
+}
+
+TEST_F(SetLevelsTest, LeadToAllRowsOfADeclaration) {
+  const auto table = [](TableImage image) {
+    return image.Field("G071", 'C', 8).Field("G072", 'D', 8).Field("G073", 'C', 7);
+  };
+  const auto put = [this](const char* name, const TableImage& image) {
+    world.host.files[std::string("C:\\OUT\\") + name] = image.Bytes();
+  };
+  put("HEAD.DBF", table({})
+                      .Field("DOCID", 'C', 4)
+                      .Row({"1", "20150611", "7", "a"})
+                      .Row({"1", "20150611", "8", "b"})
+                      .DeletedRow({"1", "20150611", "8", "x"})
+                      .Row({"1", "20150611", "8", "c"}));
+  put("LIST.DBF", TableImage().Field("UID", 'C', 4).Row({"a"}).Row({"b"}).Row({"c"}).Row({"x"}));
+  put("TOVAR.DBF", table({})
+                       .Field("G32", 'N', 3)
+                       .Row({"1", "20150611", "8", "1"})
+                       .Row({"1", "20150611", "7", "2"})
+                       .DeletedRow({"1", "20150611", "8", "3"}));
+  put("KMP.DBF", table({})
+                     .Field("G32", 'N', 3)
+                     .Row({"1", "20150611", "8", "9"})
+                     .Row({"1", "20150611", "7", "1"}));
+  put("ALL.DBF", TableImage().Field("A", 'C', 60).Row({"x"}));
+  put("DOK.DBF", table({})
+                     .Field("G32", 'N', 3)
+                     .Row({"1", "20150611", "8", "1"})
+                     .Row({"1", "20150611", "7", "1"})
+                     .Row({"1", "20150611", "8", "3"})
+                     .Row({"1", "20150611", "8", "4"}));
+  put("FREE.DBF", table({}).Row({"1", "20150611", "8"}));
+  const SetLevels levels = Levels({"HEAD.DBF"});
+  const auto number = DeclarationNumber::Parse("1/110615/8");
+  const DeclarationRows live(world.host, "C:\\OUT\\", levels, *number, false);
+  ASSERT_TRUE(live.Found());
+  const DeclarationRows all(world.host, "C:\\OUT\\", levels, *number, true);
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"HEAD.DBF", "2 3 4 ", "2 3 4 "},
+      {"LIST.DBF", "2 3 ", "2 3 4 "},
+      {"TOVAR.DBF", "1 3 ", "1 3 "},
+      {"KMP.DBF", "1 ", "1 "},
+      {"DOK.DBF", "1 ", "1 3 "},
+      {"ALL.DBF", "1 ", "1 "},
+      {"FREE.DBF", "", ""}};
+  for (const auto& [name, wanted, with_deleted] : cases) {
+    EXPECT_EQ(Wanted(world.host, live, name), wanted) << name;
+    EXPECT_EQ(Wanted(world.host, all, name), with_deleted) << name;
+  }
+  EXPECT_FALSE(DeclarationRows(world.host, "C:\\OUT\\", levels,
+                               *DeclarationNumber::Parse("1/110615/9"), false)
+                   .Found());
+}
+
+}  // namespace
+}  // namespace customsconv
