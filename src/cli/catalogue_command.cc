@@ -7,6 +7,7 @@
 #include "base/error.h"
 #include "base/unicode.h"
 #include "cli/arguments.h"
+#include "cli/catalogue_draft.h"
 #include "entry/start_up.h"
 #include "tables/table_levels.h"
 
@@ -177,6 +178,7 @@ void AddCatalogueCommand(CLI::App& app, Command& chosen) {
   show->add_option("--tables", options->tables,
                    "folder of the tables, for a type that is a table set");
   show->add_option("CODE", options->code, "code of the type")->required();
+  AddDraftAction(*command, chosen);
 }
 
 }  // namespace customsconv::cli

@@ -54,5 +54,25 @@ TEST_F(CatalogueTest, ATableSetTakesItsFieldsFromTheTables) {
 )");
 }
 
+TEST_F(CatalogueTest, DraftWritesATypeInTheCataloguesOwnEncoding) {
+  host.files["C:\\XSD\\Note.xsd"] =
+      "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" targetNamespace=\"urn:n\" "
+      "elementFormDefault=\"qualified\"><xs:element name=\"Note\"><xs:complexType><xs:sequence>"
+      "<xs:element name=\"Day\" type=\"xs:date\"><xs:annotation><xs:documentation>День"
+      "</xs:documentation></xs:annotation></xs:element></xs:sequence></xs:complexType></xs:element>"
+      "</xs:schema>";
+  EXPECT_EQ(RunProgram(R"(catalogue draft --output C:\PROG\Data\Note.dcf C:\XSD\Note.xsd)"), kDone);
+  EXPECT_EQ(output.results, "");
+  EXPECT_EQ(RunProgram(R"(catalogue show --program C:\PROG Note)"), kDone);
+  EXPECT_EQ(output.results, "Note  Note  C:\\PROG/Data\\Note.dcf\n  Day  D 1  <Day>  День\n");
+  const std::string draft = host.files["C:\\PROG\\Data\\Note.dcf"].bytes();
+  EXPECT_EQ(RunProgram(R"(catalogue draft C:\XSD\Note.xsd)"), kDone);
+  EXPECT_EQ(output.results, draft);
+  EXPECT_EQ(RunProgram(R"(catalogue draft --json C:\XSD\Note.xsd)"), kDone);
+  EXPECT_TRUE(Printed("|День NAMESPACE=\\\"Day\\\"\\r\\n\",\"messages\":[]}"));
+  EXPECT_EQ(RunProgram(R"(catalogue draft --root No C:\XSD\Note.xsd)"), kError);
+  EXPECT_EQ(output.remarks, "error: Схема Note.xsd не описывает корневой элемент No\n");
+}
+
 }  // namespace
 }  // namespace customsconv::cli

@@ -1,0 +1,148 @@
+// The public album of formats (examples/album): drafts of its types carry every document that its
+// schemas allow.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "base/error.h"
+#include "entry/start_up.h"
+#include "support/fake_host.h"
+#include "support/schemas/document_generator.h"
+#include "validation/formats/type_draft.h"
+#include "validation/libxml_parse.h"
+#include "validation/libxml_services.h"
+#include "xml/read/xml_container.h"
+#include "xml/tree/xml_parser.h"
+#include "xml/write/document_writer.h"
+
+namespace customsconv {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kExamples = fs::path(CUSTOMSCONV_SOURCE_DIR) / "examples";
+
+// Roots of the album whose documents are converted.
+constexpr const char* kRoots[] = {"ESADout_CU",         "DTSout_CU",           "DTSout",
+                                  "KTSout_CU",          "KDTout_CU",           "Inventory",
+                                  "GoodsComponentList", "TransportMeanCardOut"};
+
+std::string Bytes(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// The one element of the album that is required although all inside may be empty and one of
+// several must stand in it: what has no text at all is not written back.
+constexpr const char* kEmptyOwner =
+    "Element 'TransportOwner': Missing child element(s). Expected is one of ( OwnerModeCode, "
+    "TransportOwnerPerson, TransportOwnerOrganization ).";
+
+// Elements with a text and no elements inside: path and value, one a line.
+std::string Leaves(std::string_view text) {
+  const XmlTree tree(text);
+  std::string leaves;
+  std::vector<std::pair<const TXMLNode*, std::string>> left{{&tree.root(), ""}};
+  while (!left.empty()) {
+    const auto [node, path] = left.back();
+    left.pop_back();
+    const std::size_t first = left.size();
+    for (const TXMLNode& child : node->children) {
+      if (child.type == NodeType::kElement) {
+        left.emplace_back(&child, path + "/" + std::string(child.LocalName()));
+      }
+    }
+    std::reverse(left.begin() + static_cast<std::ptrdiff_t>(first), left.end());
+    if (!node->Text().empty()) leaves += path + " = " + std::string(node->Text()) + "\n";
+  }
+  return leaves;
+}
+
+class AlbumTest : public testing::Test {
+ protected:
+  AlbumTest() {
+    host_.files["C:\\PROG\\kord.ini"] = "";
+    host_.files["C:\\PROG\\DOCUMENT.INI"] = "";
+    host_.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
+    for (const auto& entry : fs::directory_iterator(kExamples / "album")) {
+      if (entry.path().extension() != ".xsd") continue;
+      host_.files["C:\\ALBUM\\" + entry.path().filename().string()] = Bytes(entry.path());
+    }
+  }
+
+  static std::string SchemaFile(const std::string& root) { return "C:\\ALBUM\\" + root + ".xsd"; }
+
+  // A program whose catalogue are the drafts of all roots.
+  void StartDrafts() {
+    std::string catalogue;
+    for (const std::string root : kRoots) {
+      schema::SchemaSet schemas(host_.files, SchemaFile(root));
+      catalogue += DraftType(schemas, {});
+    }
+    host_.files["C:\\PROG\\Data\\Kordwin.dcf"] = catalogue;
+    ASSERT_TRUE(state_.StartUp("C:\\PROG\\", "C:\\PROG\\Data\\"));
+  }
+
+  // Why the text (code page 1251) is not valid against the root's schema; empty when it is.
+  std::string Fault(const std::string& root, std::string_view text) {
+    const XmlParseReport report = ParseXml(text, services_.Compiled(SchemaFile(root)).get());
+    return report.error_code == 0 ? "" : Utf8(report.reason);
+  }
+
+  // Fills the only document of a file from its text (UTF-8), and writes it back.
+  std::string ThereAndBack(const std::string& xml) {
+    host_.files["C:\\IN\\document.xml"] = xml;
+    TXMLContainer container("C:\\IN\\document.xml", state_.types(), state_.environment());
+    const std::unique_ptr<TDocument> document = container.Next();
+    EXPECT_NE(document, nullptr);
+    if (document == nullptr) return {};
+    EXPECT_FALSE(container.UnknownIdsFound());
+    return Win(DocumentWriter().Text(*document));
+  }
+
+  FakeHost host_;
+  StartUpState state_{host_};
+  LibXmlServices services_{host_.files};
+};
+
+TEST_F(AlbumTest, DraftsLoadWithoutAMessage) {
+  StartDrafts();
+  for (const std::string root : kRoots) {
+    const TBasis& basis = state_.types().GetDocInfo(root).GetBasis(state_.environment());
+    EXPECT_GE(basis.Count(), 10) << root;
+  }
+  EXPECT_EQ(host_.dialogs.log, std::vector<std::string>());
+}
+
+// Full documents show every element and every branch of each choice, lean ones what is left when
+// nothing optional stands; mixed ones leave out this and that.
+TEST_F(AlbumTest, DraftsCarryEveryDocumentThereAndBack) {
+  constexpr int kMixtures = 20;
+  StartDrafts();
+  for (const std::string root : kRoots) {
+    schema::SchemaSet schemas(host_.files, SchemaFile(root));
+    const int branches = MostBranches(schemas, root);
+    const std::tuple<Fullness, const char*, int> kinds[] = {{Fullness::kFull, "full", branches},
+                                                            {Fullness::kLean, "lean", branches},
+                                                            {Fullness::kMixed, "mixed", kMixtures}};
+    for (const auto& [fullness, name, count] : kinds) {
+      for (int i = 0; i < count; ++i) {
+        SCOPED_TRACE(root + ", " + name + " " + std::to_string(i));
+        const std::string xml = GenerateDocument(schemas, root, {fullness, i});
+        ASSERT_EQ(Fault(root, Win(xml)), "");
+        const std::string written = ThereAndBack(xml);
+        const std::string leaves = Utf8(Leaves(written));
+        EXPECT_EQ(leaves, Utf8(Leaves(Win(xml))));
+        const bool empty_owner = root == std::string("TransportMeanCardOut") &&
+                                 leaves.find("/TransportOwner/") == std::string::npos;
+        EXPECT_EQ(Fault(root, written), empty_owner ? kEmptyOwner : "");
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace customsconv
