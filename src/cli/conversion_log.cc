@@ -39,6 +39,8 @@ std::string_view OutcomeText(LineOutcome outcome) {
       return "no such source";
     case LineOutcome::kCut:
       return "cut";
+    case LineOutcome::kKeyOfParent:
+      return "key of the parent record";
     case LineOutcome::kSkipped:
       return "skipped";
   }

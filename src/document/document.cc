@@ -259,34 +259,48 @@ auto TDocument::Guarded(std::string_view name, Operation operation) {
 
 // ---- reading
 
-std::string TDocument::GetField(std::string_view name) {
-  return Guarded("GetField", [&] { return GetFieldByNum(CurBasis().IndexOfName(name)); });
+FieldValue TDocument::ReadField(std::string_view name) {
+  return Guarded("GetField", [&] { return ReadFieldByNum(CurBasis().IndexOfName(name)); });
 }
 
-std::string TDocument::GetFieldByNum(int position) {
-  last_field_ = nullptr;
+FieldValue TDocument::ReadFieldByNum(int position) {
   if (position_.record == nullptr) return {};
-  return ReadField(*position_.record, position);
+  return ReadFrom(*position_.record, position);
 }
+
+FieldValue TDocument::ReadFieldEx(std::string_view path, bool flatten) {
+  const FlagSetting setting(FlattenLongText, FlattenLongText && flatten, FlattenLongText);
+  return Guarded("GetFieldEx", [&] { return ReadByPath(path); });
+}
+
+FieldValue TDocument::ReadFieldById(int identifier, int goods_index) {
+  return Guarded("GetFieldById", [&] { return ReadById(identifier, goods_index); });
+}
+
+FieldValue TDocument::ReadFieldByName(std::string_view name, int goods_index) {
+  return ReadFieldById(info_.Numbering(environment_).FieldIdByName(name), goods_index);
+}
+
+std::string TDocument::GetField(std::string_view name) { return ReadField(name).text; }
+
+std::string TDocument::GetFieldByNum(int position) { return ReadFieldByNum(position).text; }
 
 std::string TDocument::GetFieldEx(std::string_view path, bool flatten) {
-  const FlagSetting setting(FlattenLongText, FlattenLongText && flatten, FlattenLongText);
-  return Guarded("GetFieldEx", [&] { return ReadFieldEx(path); });
+  return ReadFieldEx(path, flatten).text;
 }
 
 std::string TDocument::GetFieldById(int identifier, int goods_index) {
-  return Guarded("GetFieldById", [&] { return ReadFieldById(identifier, goods_index); });
+  return ReadFieldById(identifier, goods_index).text;
 }
 
 std::string TDocument::GetFieldByName(std::string_view name, int goods_index) {
-  return GetFieldById(info_.Numbering(environment_).FieldIdByName(name), goods_index);
+  return ReadFieldByName(name, goods_index).text;
 }
 
-std::string TDocument::ReadField(const TDocFieldList& record, int position) {
-  last_field_ = nullptr;
+FieldValue TDocument::ReadFrom(const TDocFieldList& record, int position) const {
   if (position < 0 || position >= record.Count()) return {};
-  last_field_ = &record.Basis().Item(position);
-  return ReadRecordValue(record, position, FlattenLongText, SearchedParts());
+  return {ReadRecordValue(record, position, FlattenLongText, SearchedParts()),
+          &record.Basis().Item(position)};
 }
 
 SearchedRange TDocument::SearchedParts() const {
@@ -295,23 +309,21 @@ SearchedRange TDocument::SearchedParts() const {
                    static_cast<std::size_t>(std::max(PartRange.end, 0))};
 }
 
-std::string TDocument::ReadFieldEx(std::string_view path) {
-  last_field_ = nullptr;
+FieldValue TDocument::ReadByPath(std::string_view path) const {
   TakePrefix(path, kRootPrefix);
   DocumentPlace place = TakePrefix(path, kCurrentPrefix) ? position_ : RootPlace();
   const SplitPath split = SplitLastPart(path);
   // A name alone is looked up as a whole, one behind a record path like a part of that path.
   const std::string_view name = split.parent.empty() ? path : split.last;
   if (!WalkPath(split.parent, place) || place.record == nullptr) return {};
-  return ReadField(*place.record, place.basis->IndexOfName(name));
+  return ReadFrom(*place.record, place.basis->IndexOfName(name));
 }
 
-std::string TDocument::ReadFieldById(int identifier, int goods_index) {
-  last_field_ = nullptr;
+FieldValue TDocument::ReadById(int identifier, int goods_index) {
   if (identifier <= 0 || identifier > kLastReadableId || position_.record == nullptr) return {};
-  if (identifier < kFirstMainBlockId) return ReadField(*root_record_, identifier - 1);
+  if (identifier < kFirstMainBlockId) return ReadFrom(*root_record_, identifier - 1);
   const TDocFieldList* const record = MainRecord(goods_index);
-  return record == nullptr ? std::string() : ReadField(*record, identifier - kFirstMainBlockId);
+  return record == nullptr ? FieldValue() : ReadFrom(*record, identifier - kFirstMainBlockId);
 }
 
 TDocFieldList* TDocument::MainRecord(int goods_index) {
@@ -322,18 +334,19 @@ TDocFieldList* TDocument::MainRecord(int goods_index) {
   return &main_records_->Record(goods_index + 1);
 }
 
-std::string TDocument::JoinBlockField(std::string_view block_path, std::string_view field_name,
-                                      JoinMode mode) {
+FieldValue TDocument::JoinBlockField(std::string_view block_path, std::string_view field_name,
+                                     JoinMode mode) {
   const FlagSetting setting(FlattenLongText, /*value=*/false, /*afterwards=*/true);
   const std::optional<DocumentPlace> block = Resolve(block_path);
   if (!block || block->list == nullptr || block->list->Count() == 0) return {};
   const int position = field_name.empty() ? 0 : block->basis->IndexOfName(field_name);
-  std::string text;
+  FieldValue joined;
   for (int number = 1; position >= 0 && number <= block->list->Count(); ++number) {
-    if (!text.empty()) AppendSeparator(text, mode);
-    const std::string value = ReadField(block->list->Record(number), position);
-    text += value;
-    if (value.empty() && mode != JoinMode::kBlanks) text += kLineBreak;
+    if (!joined.text.empty()) AppendSeparator(joined.text, mode);
+    const FieldValue value = ReadFrom(block->list->Record(number), position);
+    joined.text += value.text;
+    joined.field = value.field;
+    if (value.text.empty() && mode != JoinMode::kBlanks) joined.text += kLineBreak;
   }
   // The goods index is left at the record that was looked at last.
   ShortText path;
@@ -342,7 +355,7 @@ std::string TDocument::JoinBlockField(std::string_view block_path, std::string_v
   path += '\\';
   path += std::to_string(position < 0 ? 1 : block->list->Count());
   goods_index_ = GoodsIndexOf(path);
-  return text;
+  return joined;
 }
 
 // ---- storing
@@ -364,13 +377,11 @@ void TDocument::SetFieldByNum(int position, std::string_view value) {
 void TDocument::AppendFieldByNum(int position, std::string_view tail) {
   Guarded("SetFieldByNum", [&] {
     TDocFieldList* const record = position_.record;
-    last_field_ = nullptr;
     if (record == nullptr || position < 0 || position >= record->Count()) return;
     const TFieldInfo& entry = position_.basis->Item(position);
-    last_field_ = &entry;
     if (entry.type == 'L' && record->Text(position).empty()) record->SetText(position, "0");
     if (entry.type == 'V') {  // what is read is not what is stored
-      const std::string value = ReadField(*record, position);
+      const std::string value = ReadFrom(*record, position).text;
       StoreField(*record, position, value + std::string(tail));
       return;
     }

@@ -21,6 +21,12 @@ namespace customsconv {
 // How the records of a block are joined by TDocument::JoinBlockField.
 enum class JoinMode : std::uint8_t { kLines = 0, kBlanks = 1, kBlanksAndLines = 2 };
 
+// A value and the entry that it was read from; null when the read found none.
+struct FieldValue {
+  std::string text;
+  const TFieldInfo* field = nullptr;
+};
+
 // One document of a catalogue type in memory: a tree of records, every value a text. It has a
 // current position (a record or a record list, reached by a path) and a stack of
 // saved positions; most operations work relative to it.
@@ -63,15 +69,21 @@ class TDocument {
   [[nodiscard]] const TBasis& MainBasis() const;
 
   // ---- reading
+  // The Read functions tell with the value which field it is of; the Get functions give the text.
+  FieldValue ReadField(std::string_view name);
+  FieldValue ReadFieldByNum(int position);
+  FieldValue ReadFieldEx(std::string_view path, bool flatten = true);
+  FieldValue ReadFieldById(int identifier, int goods_index);
+  FieldValue ReadFieldByName(std::string_view name, int goods_index);
   std::string GetField(std::string_view name);
   std::string GetFieldByNum(int position);
   std::string GetFieldEx(std::string_view path, bool flatten = true);
-  virtual std::string GetFieldById(int identifier, int goods_index);
+  std::string GetFieldById(int identifier, int goods_index);
   std::string GetFieldByName(std::string_view name, int goods_index);
   // The field (the first one for an empty name) of all records of the block, in one text.
   // Leaves FlattenLongText on. Throws Error where the path leads through a record without slots.
-  std::string JoinBlockField(std::string_view block_path, std::string_view field_name,
-                             JoinMode mode);
+  FieldValue JoinBlockField(std::string_view block_path, std::string_view field_name,
+                            JoinMode mode);
 
   // ---- writing
   void SetField(std::string_view name, std::string_view value);
@@ -80,7 +92,7 @@ class TDocument {
   // the longer text would, without the cost of the copy.
   void AppendFieldByNum(int position, std::string_view tail);
   void SetFieldEx(std::string_view path, std::string_view value);
-  virtual void SetFieldById(int identifier, int goods_index, std::string_view value);
+  void SetFieldById(int identifier, int goods_index, std::string_view value);
   void SetFieldByName(std::string_view name, int goods_index, std::string_view value);
   void SetChoice(int position, int choice);
 
@@ -94,8 +106,6 @@ class TDocument {
   [[nodiscard]] TDocFieldList* CurRecord() const { return position_.record; }
   [[nodiscard]] const ShortText& CurPath() const { return cur_path_; }
   [[nodiscard]] int GoodsIndex() const { return goods_index_; }
-  // The entry read last by any read; null when the last read found no field.
-  [[nodiscard]] const TFieldInfo* LastField() const { return last_field_; }
   [[nodiscard]] Environment& environment() const { return environment_; }
 
   bool FlattenLongText = true;
@@ -132,9 +142,9 @@ class TDocument {
   [[nodiscard]] TDocFieldList* MainRecord(int goods_index);
   void OpenRecord(std::string_view parent_path, std::string_view block_name, int record_number);
 
-  std::string ReadField(const TDocFieldList& record, int position);
-  std::string ReadFieldEx(std::string_view path);
-  std::string ReadFieldById(int identifier, int goods_index);
+  [[nodiscard]] FieldValue ReadFrom(const TDocFieldList& record, int position) const;
+  [[nodiscard]] FieldValue ReadByPath(std::string_view path) const;
+  FieldValue ReadById(int identifier, int goods_index);
   void StoreField(TDocFieldList& record, int position, std::string_view value);
   void StoreFieldEx(std::string_view path, std::string_view value);
   void StoreFieldById(int identifier, int goods_index, std::string_view value);
@@ -157,7 +167,6 @@ class TDocument {
   std::vector<SavedPosition> saved_positions_;
   std::string saved_paths_;  // one behind the other: deep stacks stay small
   int goods_index_ = 0;
-  const TFieldInfo* last_field_ = nullptr;
   const TBasis* main_basis_ = nullptr;  // null until the main block was resolved
   RecordList* main_records_ = nullptr;  // null also for a type without a main block
 };

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/cp1251_literal.h"
@@ -75,7 +76,7 @@ class Evaluation {
   std::string Group(std::string_view group);
   std::string FieldTerm(std::string_view term);
   std::string ArgumentTerm(std::string_view term);
-  std::optional<std::string> FieldValue(std::string_view name);
+  std::optional<std::string> ValueOf(std::string_view name);
   std::string DateTerm(std::string_view term);
   std::string CopyTerm(std::string_view term);
   std::optional<std::string> PageTerm(std::string_view term) const;
@@ -132,22 +133,22 @@ std::string Evaluation::FieldTerm(std::string_view term) {
   if (StartsWithRu(term, "REF(") || StartsWithRu(term, "IIF(")) return {};
   if (StartsWithRu(term, "DATE(")) return DateTerm(term);
   if (StartsWithRu(term, "COPY(")) return CopyTerm(term);
-  if (std::optional<std::string> value = FieldValue(term)) return *value;
+  if (std::optional<std::string> value = ValueOf(term)) return *value;
   if (std::optional<std::string> page = PageTerm(term)) return *page;
   const std::size_t point = term.find('.');
   if (point == std::string_view::npos || term.find('+') != std::string_view::npos) return {};
-  const std::string date = FieldValue(term.substr(0, point)).value_or(std::string());
+  const std::string date = ValueOf(term.substr(0, point)).value_or(std::string());
   return DatePart(date, UpperCaseRu(term.substr(point + 1)));
 }
 
-std::optional<std::string> Evaluation::FieldValue(std::string_view name) {
+std::optional<std::string> Evaluation::ValueOf(std::string_view name) {
   const bool flatten = document_.FlattenLongText;
   document_.FlattenLongText = false;
-  std::string value = document_.GetFieldByName(name, goods_index_);
-  if (document_.LastField() == nullptr) value = document_.GetField(name);
+  FieldValue value = document_.ReadFieldByName(name, goods_index_);
+  if (value.field == nullptr) value = document_.ReadField(name);
   document_.FlattenLongText = flatten;
-  if (document_.LastField() == nullptr) return std::nullopt;
-  return StripControls(value, /*trim_end=*/true);
+  if (value.field == nullptr) return std::nullopt;
+  return StripControls(value.text, /*trim_end=*/true);
 }
 
 // A term inside DATE or COPY: a literal or a field.
@@ -234,8 +235,8 @@ std::string GetFieldValue(TDocument& document, std::string_view expression, int 
   constexpr std::string_view kCalculation = "CALC(";
   const auto holds = [expression](char c) { return expression.find(c) != std::string_view::npos; };
   if (holds('\\') && !holds('+')) {
-    std::string value = document.GetFieldEx(expression);
-    if (document.LastField() != nullptr) return value;
+    FieldValue value = document.ReadFieldEx(expression);
+    if (value.field != nullptr) return std::move(value.text);
   }
   Evaluation evaluation(document, goods_index, mode);
   if (!StartsWithRu(expression, kCalculation)) return evaluation.Concatenation(expression);

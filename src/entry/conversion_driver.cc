@@ -94,7 +94,7 @@ class ConversionRun {
   }
 
   // What goes wrong in a mapping is shown; what was mapped before is saved.
-  void MapSection(TDocument& source, TDocument& target, int section) {
+  void MapSection(TDocument& source, TDbfDocument& target, int section) {
     run_.source = &source;
     run_.target = &target;
     Dialogs& dialogs = run_.environment.host.dialogs;

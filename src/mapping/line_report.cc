@@ -47,6 +47,10 @@ void LineReporter::Held(std::string_view field, std::string_view value,
     Tell({.value = value, .outcome = LineOutcome::kNoSuchField}, field);
     return;
   }
+  if (record_.IsKeyOfParent(position)) {
+    Tell({.value = value, .outcome = LineOutcome::kKeyOfParent}, field);
+    return;
+  }
   const TFieldInfo& target = level.Item(position);
   const std::string held = record_.target.GetField(field);
   const std::size_t needed = WidthInRow(target, held, record_.run.environment.ThisYear());

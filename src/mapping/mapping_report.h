@@ -14,6 +14,7 @@ enum class LineOutcome : std::uint8_t {
   kNoSuchField,   // no table field takes the value
   kNoSuchSource,  // the expression names nothing in the source
   kCut,           // written, but the field is narrower than the value
+  kKeyOfParent,   // not written: the save fills the field from the parent record
   kSkipped,       // the form of the line asks for nothing here
 };
 
@@ -22,7 +23,7 @@ struct LineReport {
   int rule_line = 0;  // index in the rules file, from 0
   std::string_view source_path{};
   std::string_view expression{};
-  std::string_view value{};  // as it was written
+  std::string_view value{};  // as it was written, or would have been
   std::string_view target_table{};
   std::string_view target_field{};
   LineOutcome outcome = LineOutcome::kWritten;

@@ -119,13 +119,13 @@ void RecordMapper::ApplyLine(RecordScope& record, MappingLine& line) {
       return;
     }
   }
-  const std::optional<std::string> value = SourceValueOf(record, line, expression);
-  if (!value || value->empty()) {
+  const std::optional<FieldValue> value = SourceValueOf(record, line, expression);
+  if (!value || value->text.empty()) {
     reporter.Nothing(value.has_value());
     return;
   }
-  const ShortText stored = Cleaned(*value);
-  reporter.Stored(stored, value->size(), StoreValue(record, line, stored));
+  const ShortText stored = Cleaned(value->text);
+  reporter.Stored(stored, value->text.size(), StoreValue(record, line, stored, value->field));
 }
 
 }  // namespace customsconv

@@ -31,8 +31,12 @@ void RecordScope::SetHeaderValue(std::string_view field, std::string_view value)
   source.SetFieldEx(JoinShort({"\\\\", field}), value);
 }
 
-std::string RecordScope::JoinSource(std::string_view block, std::string_view field) {
+FieldValue RecordScope::JoinSource(std::string_view block, std::string_view field) {
   return source.JoinBlockField(block, field, JoinMode::kBlanks);
+}
+
+void RecordScope::Set(std::string_view field, std::string_view value) {
+  if (!IsKeyOfParent(target.CurBasis().IndexOfName(field))) target.SetField(field, value);
 }
 
 int RecordScope::TargetWidth(std::string_view field) const {

@@ -24,7 +24,7 @@ class RecordScope {
 
   RunContext& run;
   TDocument& source;
-  TDocument& target;
+  TDbfDocument& target;
   ShortText source_path;
   ShortText target_block;
   int header;
@@ -50,11 +50,18 @@ class RecordScope {
   [[nodiscard]] ShortText SourceValue(std::initializer_list<std::string_view> path);
   void SetHeaderValue(std::string_view field, std::string_view value);
   // First (or the named) field of all records of a block, joined with single blanks.
-  [[nodiscard]] std::string JoinSource(std::string_view block, std::string_view field = {});
+  [[nodiscard]] FieldValue JoinSource(std::string_view block, std::string_view field = {});
 
   // Appends a record to a target block; it becomes current.
   void Append(std::string_view block) { target.OpenBlock(block, 0, false); }
-  void Set(std::string_view field, std::string_view value) { target.SetField(field, value); }
+  // Writes a field of the current target record, unless it is a key of the parent record: its
+  // value is not a rule's to give.
+  void Set(std::string_view field, std::string_view value);
+  // Whether the field at `position` of the current target level is a key of the parent record,
+  // from which the save fills it. Rows of a goods item often have its number, G32, as such a key.
+  [[nodiscard]] bool IsKeyOfParent(int position) const {
+    return target.KeysOf(target.CurBasis()).IsFromParent(position);
+  }
   void SelectTargetRoot() { target.SetCurrentPath("\\\\"); }
   void SelectSourceRoot() { source.SetCurrentPath("\\\\"); }
   // Width of a field of the current target level; 0 when it has none.

@@ -4,10 +4,10 @@
 #include <cstdint>
 
 #include "base/short_text.h"
-#include "document/document.h"
 #include "mapping/mapping_report.h"
 #include "mapping/rules_file.h"
 #include "services/environment.h"
+#include "tables/dbf_document.h"
 
 namespace customsconv {
 
@@ -16,8 +16,8 @@ namespace customsconv {
 struct RunContext {
   Environment& environment;
   const RulesFile& rules;
-  TDocument* source = nullptr;  // the document read from XML
-  TDocument* target = nullptr;  // the table-set document being written
+  TDocument* source = nullptr;     // the document read from XML
+  TDbfDocument* target = nullptr;  // the table-set document being written
   // Normally customs code, "/", DDMMYY, "/", number: 23 characters.
   ShortText registration_number{};
   // A transit header was met; its guarantee and carrier records wait for the

@@ -26,17 +26,18 @@ std::string SplitGoodsDescription(RecordScope& record, const std::string& descri
   return head;
 }
 
-std::string JoinedValue(RecordScope& record, const MappingLine& line, std::string_view expression) {
+FieldValue JoinedValue(RecordScope& record, const MappingLine& line, std::string_view expression) {
   const std::size_t last = expression.rfind('\\');
-  std::string joined = record.JoinSource(expression.substr(0, last), expression.substr(last + 1));
+  FieldValue joined = record.JoinSource(expression.substr(0, last), expression.substr(last + 1));
   const bool description = line.field == record.Prefixed("31_1").view();
-  return description ? SplitGoodsDescription(record, joined) : joined;
+  if (description) joined.text = SplitGoodsDescription(record, joined.text);
+  return joined;
 }
 
 }  // namespace
 
-std::optional<std::string> SourceValueOf(RecordScope& record, MappingLine& line,
-                                         std::string_view expression) {
+std::optional<FieldValue> SourceValueOf(RecordScope& record, MappingLine& line,
+                                        std::string_view expression) {
   TDocument& source = record.source;
   const TBasis& level = source.CurBasis();
   // Only an expression without a marker in front is the same for every record.
@@ -44,12 +45,12 @@ std::optional<std::string> SourceValueOf(RecordScope& record, MappingLine& line,
                                                      : level.IndexOfName(expression);
   if (position >= 0) {
     return level.Item(position).is_block ? record.JoinSource(expression)
-                                         : source.GetFieldByNum(position);
+                                         : source.ReadFieldByNum(position);
   }
   if (!Contains(expression, "\\")) return std::nullopt;
-  if (expression.starts_with("\\\\")) return source.GetFieldEx(expression);
+  if (expression.starts_with("\\\\")) return source.ReadFieldEx(expression);
   if (WordCount(expression, kPathSeparator) % 2 == 1) {
-    return source.GetFieldEx(JoinShort({".\\", expression}));
+    return source.ReadFieldEx(JoinShort({".\\", expression}));
   }
   return JoinedValue(record, line, expression);
 }

@@ -78,11 +78,13 @@ ShortText SixDigitDate(std::string_view value, int this_year) {
   return value;
 }
 
-StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value) {
+StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value,
+                    const TFieldInfo* source_field) {
   const int position = line.target_field.In(record.target.CurBasis(), line.field);
   if (position >= 0) {
-    record.target.SetFieldByNum(
-        position, ConvertBySourceType(value, record.source.LastField(), record.run.environment));
+    if (record.IsKeyOfParent(position)) return StoredIn::kField;
+    record.target.SetFieldByNum(position,
+                                ConvertBySourceType(value, source_field, record.run.environment));
     return StoredIn::kField;
   }
   if (StartsWithOneOf(line.field, {"G36[", "G37[", "K012["})) {

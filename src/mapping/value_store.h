@@ -28,10 +28,12 @@ namespace customsconv {
 // Where a value went.
 enum class StoredIn { kField, kBracketField, kNowhere };
 
-// Stores the value of a line in the current target record: in the field of that name; or
+// Stores the value of a line, read from `source_field`, in the current target record: in the
+// field of that name, unless it is a key of the parent record; or
 // gathered in one field for the bracket forms G36[..], G37[..], K012[..]
 // (appended) and PASP[..], NUMCARD[..], NUMZ[..] (joined by "/", dates as six digits).
-StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value);
+StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value,
+                    const TFieldInfo* source_field);
 
 }  // namespace customsconv
 

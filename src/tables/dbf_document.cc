@@ -7,7 +7,6 @@
 #include "base/error.h"
 #include "dbf/dbf_cache.h"
 #include "services/exchange_lock.h"
-#include "tables/table_keys.h"
 #include "tables/table_levels.h"
 #include "tables/table_loader.h"
 #include "text/file_names.h"
@@ -40,6 +39,10 @@ TDbfDocument::TDbfDocument(std::string_view code, TDocTypeList& types, TDbfCache
 
 TDbfDocument::~TDbfDocument() = default;
 
+const TableKeys& TDbfDocument::KeysOf(const TBasis& level) {
+  return keys_.try_emplace(&level, level).first->second;
+}
+
 void TDbfDocument::Load(std::string_view path) {
   const StatusLine status(environment().host.dialogs, "Загружаю документ для просмотра..."_cp1251);
   deleted_rows_.clear();
@@ -49,7 +52,7 @@ void TDbfDocument::Load(std::string_view path) {
   TableLoader loader(cache_, doc_folder_);
   row_count_ = loader.LoadHead(RootRecord(), row);
   root_rec_no_ = row;
-  doc_key_ = RecordKey(RootBasis()).Of(RootRecord());
+  doc_key_ = KeysOf(RootBasis()).Of(RootRecord());
   loader.LoadChildren(RootRecord(), doc_key_);
   ResolveMainBlock();
   Modified = false;
@@ -58,7 +61,7 @@ void TDbfDocument::Load(std::string_view path) {
 void TDbfDocument::Save(std::string_view folder) {
   appended_rows_.clear();
   const std::string target(folder.empty() ? doc_folder_.view() : folder);
-  doc_key_ = RecordKey(RootBasis()).Of(RootRecord());
+  doc_key_ = KeysOf(RootBasis()).Of(RootRecord());
   std::optional<ExchangeLock> lock;
   try {
     lock.emplace(environment().host, target);

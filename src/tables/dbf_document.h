@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 
 #include "base/short_text.h"
 #include "document/document.h"
+#include "tables/table_keys.h"
 #include "tables/table_writer.h"
 
 namespace customsconv {
@@ -42,6 +44,8 @@ class TDbfDocument : public TDocument {
   [[nodiscard]] std::int32_t RootRecNo() const { return root_rec_no_; }
   // Rows of the head table when it was loaded.
   [[nodiscard]] std::int64_t RowCount() const { return row_count_; }
+  // The keys of one of the type's levels: which fields of its records the save fills.
+  [[nodiscard]] const TableKeys& KeysOf(const TBasis& level);
   // The head record's key as of the last load or save.
   [[nodiscard]] const ShortText& DocKey() const { return doc_key_; }
 
@@ -54,6 +58,7 @@ class TDbfDocument : public TDocument {
   std::int32_t root_rec_no_ = 0;
   std::int64_t row_count_ = 0;
   ShortText doc_key_;
+  std::unordered_map<const TBasis*, TableKeys> keys_;
   DeletedRows deleted_rows_;
   RowCounts appended_rows_;
 };

@@ -1,4 +1,9 @@
+// Key lists as the catalogue has them, and which fields of a level and of the level above they
+// mean.
+
 #include "tables/table_keys.h"
+
+#include <algorithm>
 
 #include "dbf/dbf_file.h"
 #include "text/blanks.h"
@@ -10,7 +15,20 @@ namespace {
 
 constexpr CharSet kSeparators("+,");
 
-std::string_view KeyListOf(const TBasis& level, std::string_view names) {
+// The fields that `names` means in the level.
+std::vector<int> PositionsOf(const TBasis& level, std::string_view names) {
+  std::vector<int> positions;
+  if (level.key_fields.empty()) return positions;
+  for (const std::string_view name : Words(names, kSeparators)) {
+    const int position = level.IndexOfName(Trim(name));
+    if (position >= 0) positions.push_back(position);
+  }
+  return positions;
+}
+
+// The names in the level of the key that is asked for as `names`: as many as the level has key
+// fields mean these.
+std::string_view NamesIn(const TBasis& level, std::string_view names) {
   if (names.empty()) return level.link_fields.empty() ? level.key_fields : level.link_fields;
   if (names.ends_with(',')) return names;
   const bool as_many = WordCount(names, kSeparators) == WordCount(level.key_fields, kSeparators);
@@ -22,21 +40,13 @@ std::string_view TextOf(const TDocFieldList& record, int position) {
   return position < record.Count() ? record.Text(position) : std::string_view();
 }
 
-}  // namespace
-
-RecordKey::RecordKey(const TBasis& level, std::string_view names) {
-  if (level.key_fields.empty()) return;
-  for (const std::string_view name : Words(KeyListOf(level, names), kSeparators)) {
-    const int position = level.IndexOfName(Trim(name));
-    if (position >= 0) positions_.push_back(position);
-  }
-}
-
-ShortText RecordKey::Of(const TDocFieldList& record) const {
+ShortText KeyOf(const TDocFieldList& record, const std::vector<int>& positions) {
   ShortText key;
-  for (const int position : positions_) key += Trim(TextOf(record, position));
+  for (const int position : positions) key += Trim(TextOf(record, position));
   return key;
 }
+
+}  // namespace
 
 RowKey::RowKey(const TFileDbfFile& table, std::string_view names) {
   for (const std::string_view name : Words(names, kSeparators)) {
@@ -51,19 +61,31 @@ ShortText RowKey::Of(const TFileDbfFile& table) const {
   return key;
 }
 
-KeyCopy::KeyCopy(const TBasis& child, const TBasis& parent) {
-  const bool linked = !child.link_fields.empty();
-  for (const std::string_view word : Words(child.key_fields, kSeparators)) {
+TableKeys::TableKeys(const TBasis& level) : own_(PositionsOf(level, NamesIn(level, {}))) {
+  if (level.parent == nullptr) return;
+  const TBasis& above = *level.parent;
+  const bool is_linked = !level.link_fields.empty();
+  parent_ = PositionsOf(above, is_linked ? level.link_fields : NamesIn(above, level.key_fields));
+  for (const std::string_view word : Words(level.key_fields, kSeparators)) {
     const std::string_view name = Trim(word);
-    const int to = child.IndexOfName(name);
-    if (to >= 0) pairs_.push_back({to, parent.IndexOfName(linked ? child.link_fields : name)});
+    const int to = level.IndexOfName(name);
+    if (to >= 0) copies_.push_back({to, above.IndexOfName(is_linked ? level.link_fields : name)});
   }
 }
 
-void KeyCopy::Copy(const TDocFieldList& parent, TDocFieldList& child) const {
-  for (const Pair& pair : pairs_) {
-    child.SetText(pair.to, pair.from < 0 ? std::string_view() : TextOf(parent, pair.from));
+bool TableKeys::IsFromParent(int position) const {
+  return std::any_of(copies_.begin(), copies_.end(),
+                     [position](const Copy& copy) { return copy.to == position; });
+}
+
+void TableKeys::CopyFromParent(const TDocFieldList& parent, TDocFieldList& record) const {
+  for (const Copy& copy : copies_) {
+    record.SetText(copy.to, copy.from < 0 ? std::string_view() : TextOf(parent, copy.from));
   }
 }
+
+ShortText TableKeys::Of(const TDocFieldList& record) const { return KeyOf(record, own_); }
+
+ShortText TableKeys::OfParent(const TDocFieldList& parent) const { return KeyOf(parent, parent_); }
 
 }  // namespace customsconv

@@ -12,24 +12,9 @@ namespace customsconv {
 
 class TFileDbfFile;
 
-// The keys that link the rows of a table set: the values of a level's key fields, each
-// trimmed, one behind the other without separators, cut at 255 bytes. Key lists
-// hold field names separated by "+" or ",". All names are looked up once, on construction.
-
-// The key of the records of one level.
-class RecordKey {
- public:
-  // `names` is the list to use; empty for the level's own one (its LinkFields, else its
-  // KeyFields). As many names as the level has KeyFields mean those instead, unless
-  // the list ends with ",".
-  explicit RecordKey(const TBasis& level, std::string_view names = {});
-  [[nodiscard]] ShortText Of(const TDocFieldList& record) const;
-
- private:
-  std::vector<int> positions_;
-};
-
-// The key of the current row of an open table.
+// The key of the current row of an open table: the values of its fields `names` (separated by "+"
+// or ","), each trimmed, one behind the other without separators, cut at 255 bytes. The names are
+// looked up once, on construction.
 class RowKey {
  public:
   RowKey(const TFileDbfFile& table, std::string_view names);
@@ -39,20 +24,45 @@ class RowKey {
   std::vector<int> fields_;
 };
 
-// Gives the child records of a level the key values of their parents: each key field
-// that of the same name, or all of them the field that the level's LinkFields
-// names. What the parent lacks comes as empty text.
-class KeyCopy {
+// What links the records of one level of a table set to their parents: its key fields.
+//
+// A key field belongs to the parent record. For the table DBRG44 [G073+G32] below the goods, a
+// save gives every record the G073 and the G32 of its goods record, whatever a rule wrote there;
+// a load finds the goods record of a row by them. All who deal with rows ask here:
+//
+//   const TableKeys keys(level);
+//   keys.IsFromParent(level.IndexOfName("G32"))   // a rule's value would be lost at the save
+//   keys.CopyFromParent(parent, record)           // the save
+//   keys.OfParent(parent) == row_key.Of(table)    // the load: the row belongs to the parent
+//
+// Keys of records are joined and cut like those of rows. All names are looked up on construction.
+class TableKeys {
  public:
-  KeyCopy(const TBasis& child, const TBasis& parent);
-  void Copy(const TDocFieldList& parent, TDocFieldList& child) const;
+  // `level` and the level above it must be complete.
+  explicit TableKeys(const TBasis& level);
+
+  // Whether a save fills the field at `position` of the level from the parent record. Never for a
+  // head table, which has no parent.
+  [[nodiscard]] bool IsFromParent(int position) const;
+  // Gives the record its key values: each key field that of the same name in the parent, or, for
+  // a level with a link field, that field of the parent. What the parent lacks comes as empty text.
+  void CopyFromParent(const TDocFieldList& parent, TDocFieldList& record) const;
+
+  // The record's own key: by the level's link field, without one by its key fields.
+  [[nodiscard]] ShortText Of(const TDocFieldList& record) const;
+  // The key by which rows of the level find `parent`, a record of the level above: of the link
+  // field; without one of the fields that the rows' key fields name, or, where the level above
+  // has as many key fields, of its own.
+  [[nodiscard]] ShortText OfParent(const TDocFieldList& parent) const;
 
  private:
-  struct Pair {
+  struct Copy {
     int to;
-    int from;  // -1: no such field
+    int from;  // -1: the parent has no such field
   };
-  std::vector<Pair> pairs_;
+  std::vector<int> own_;     // positions in the level
+  std::vector<int> parent_;  // positions in the level above
+  std::vector<Copy> copies_;
 };
 
 }  // namespace customsconv

@@ -87,11 +87,10 @@ void TableLoader::LoadChildren(TDocFieldList& top, const ShortText& doc_key) {
 // Each row becomes a record of every parent that has its key.
 void TableLoader::LoadLevel(Level& level, const Level& parents, int position) {
   const TDbfBasis& basis = *level.basis;
-  const RecordKey parent_key(
-      *parents.basis, basis.link_fields.empty() ? basis.key_fields : basis.link_fields + ",");
+  const TableKeys keys(basis);
   RecordsByKey parents_by_key;
   for (TDocFieldList* parent : parents.records) {
-    parents_by_key[parent_key.Of(*parent).str()].push_back(parent);
+    parents_by_key[keys.OfParent(*parent).str()].push_back(parent);
   }
 
   TFileDbfFile table(cache_);

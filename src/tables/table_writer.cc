@@ -32,7 +32,7 @@ void TableWriter::Write(TDocFieldList& top) {
   std::vector<Frame> open;
   const auto write = [&](TDocFieldList& record) {
     Level& level = LevelOf(record.Basis());
-    if (!open.empty()) level.keys->Copy(*open.back().record, record);
+    if (!open.empty()) level.keys->CopyFromParent(*open.back().record, record);
     WriteRecord(level, record);
     open.push_back({&record, &level});
   };
@@ -68,7 +68,7 @@ TableWriter::Level& TableWriter::LevelOf(const TBasis& basis) {
   if (!added) return level;
   const std::string& table_file = static_cast<const TDbfBasis&>(basis).table_file;
   level.table = &TableOf(table_file);
-  if (basis.parent != nullptr) level.keys = std::make_unique<KeyCopy>(basis, *basis.parent);
+  level.keys.emplace(basis);
   std::set<int> columns;
   for (int i = 0; i < basis.Count(); ++i) {
     if (basis.Item(i).is_block) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -50,7 +51,7 @@ class TableWriter {
     std::vector<Field> fields;
     bool columns_differ = true;  // no two fields go to one column
     std::vector<int> blocks;     // positions
-    std::unique_ptr<KeyCopy> keys;
+    std::optional<TableKeys> keys;
     std::vector<std::int32_t> deleted;  // rows, ascending
   };
 

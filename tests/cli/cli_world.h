@@ -119,6 +119,7 @@ Goods{
 G33=Code
 NOFIELD=Code
 G33=*Nothing
+G073=Code
 )";
 
   FakeHost host;

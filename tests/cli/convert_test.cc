@@ -72,7 +72,8 @@ TEST_F(ConvertTest, ExplainsEveryLineAndWritesTheSameTables) {
             at + "3: \\ G011 = Proc: 'ИМ' -> DBRHEAD.DBF.G011 written\n" +  //
                 at + "6: Goods\\1 G33 = Code: '0101' -> DBRTOV.DBF.G33 cut from 4 to 2\n" + at +
                 "7: Goods\\1 NOFIELD = Code: '0101' -> DBRTOV.DBF.NOFIELD no such field\n" + at +
-                "8: Goods\\1 G33 = *Nothing: '' -> DBRTOV.DBF.G33 no such source\n");
+                "8: Goods\\1 G33 = *Nothing: '' -> DBRTOV.DBF.G33 no such source\n" + at +
+                "9: Goods\\1 G073 = Code: '0101' -> DBRTOV.DBF.G073 key of the parent record\n");
   const std::string explained = Table("DBRHEAD.DBF") + Table("DBRTOV.DBF");
 
   CliWorld plain;

@@ -165,8 +165,8 @@ TEST_F(DocumentTest, ReadsAndStoresByPath) {
       {R"(\\G011)", "b"},          {"FLAG", "0"},           {"TOVAR", "TOVAR"}, {"G33", "none"},
       {R"(.\DOCS\1\NUM)", "none"}, {R"(TOVAR\G33)", "none"}};
   for (const auto& [path, value] : cases) {
-    const std::string read = document.GetFieldEx(path);
-    EXPECT_EQ(document.LastField() == nullptr ? read + "none" : read, value) << path;
+    const FieldValue read = document.ReadFieldEx(path);
+    EXPECT_EQ(read.field == nullptr ? read.text + "none" : read.text, value) << path;
   }
   document.SetFieldEx(R"(\\)" + kLongName, "long");
   EXPECT_EQ(document.GetFieldEx(kLongName), "long");
@@ -231,10 +231,10 @@ TEST_F(DocumentTest, JoinsAFieldOfABlock) {
   for (const auto& c : cases) {
     document.OpenBlock("", 0, false);
     AddGoods(c.values);
-    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kLines), c.lines);
-    EXPECT_EQ(document.JoinBlockField(R"(\\TOVAR)", "", JoinMode::kBlanks), c.blanks);
-    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kBlanksAndLines), c.both);
-    EXPECT_EQ(document.JoinBlockField("TOVAR", "NONE", JoinMode::kLines), "");
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kLines).text, c.lines);
+    EXPECT_EQ(document.JoinBlockField(R"(\\TOVAR)", "", JoinMode::kBlanks).text, c.blanks);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kBlanksAndLines).text, c.both);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "NONE", JoinMode::kLines).text, "");
   }
 }
 

@@ -17,7 +17,7 @@ void NumberGroup(RecordScope& record) {
 // The group's description, line by line as wide as the table's text field.
 void WriteDescription(RecordScope& record) {
   const std::string text =
-      record.JoinSource(JoinShort({"\\\\", record.source_path, "\\GoodsDescription"}));
+      record.JoinSource(JoinShort({"\\\\", record.source_path, "\\GoodsDescription"})).text;
   for (std::string_view rest = text; !rest.empty();) {
     record.Append(record.target_block);
     record.Set("NGR", "31");

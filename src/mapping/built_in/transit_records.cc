@@ -35,6 +35,8 @@ constexpr std::string_view kDriverText =
     R"(\IdentityCard#IdentityCardNumber\"ОТ"+IdentityCard#IdentityCardDate)"
     R"(\IdentityCard#OrganizationName)"_cp1251;
 
+// Adds a row of DBRTECHD under the first goods record. Its keys, the number of the goods item G32
+// among them, are those of the goods record: the save copies them, no rule writes them.
 void WriteTechnicalRecord(RecordScope& record, std::string_view code, std::string_view sub_code,
                           std::string_view text) {
   record.Append(kTechnicalBlock);
