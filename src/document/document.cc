@@ -31,18 +31,6 @@ class FlagSetting {
   bool afterwards_;
 };
 
-// Brings the position back at the end of a scope.
-class PositionKeeper {
- public:
-  explicit PositionKeeper(TDocument& document) : document_(document) { document_.PushPosition(); }
-  ~PositionKeeper() { document_.PopPosition(); }
-  PositionKeeper(const PositionKeeper&) = delete;
-  PositionKeeper& operator=(const PositionKeeper&) = delete;
-
- private:
-  TDocument& document_;
-};
-
 bool EndsWithLineBreak(std::string_view text) {
   return text.ends_with('\n') || text.ends_with('\r');
 }
@@ -109,7 +97,7 @@ void TDocument::PushPosition() {
 
 void TDocument::PopPosition() {
   if (saved_positions_.empty()) throw Error(std::string("Стек путей пуст"_cp1251));
-  const SavedPosition& saved = saved_positions_.back();
+  const PathPlace& saved = saved_positions_.back();
   const std::size_t path_start = saved_paths_.size() - saved.path_size;
   position_ = saved.place;
   cur_path_ = std::string_view(saved_paths_).substr(path_start);
@@ -414,7 +402,7 @@ void TDocument::StoreFieldEx(std::string_view path, std::string_view value) {
     SetField(name, value);
     return;
   }
-  const PositionKeeper keeper(*this);
+  const SavedPosition saved(*this);
   if (SetCurrentPath(record)) SetField(name, value);
 }
 

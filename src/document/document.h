@@ -128,7 +128,7 @@ class TDocument {
   bool RemoveRecord(std::string_view path);
 
  private:
-  struct SavedPosition {
+  struct PathPlace {
     DocumentPlace place;
     std::size_t path_size;  // of its path, the last bytes of saved_paths_
   };
@@ -164,11 +164,23 @@ class TDocument {
   TDocFieldList* root_record_;
   DocumentPlace position_;
   ShortText cur_path_;
-  std::vector<SavedPosition> saved_positions_;
+  std::vector<PathPlace> saved_positions_;
   std::string saved_paths_;  // one behind the other: deep stacks stay small
   int goods_index_ = 0;
   const TBasis* main_basis_ = nullptr;  // null until the main block was resolved
   RecordList* main_records_ = nullptr;  // null also for a type without a main block
+};
+
+// Brings a document back to where it stood at the end of a scope.
+class SavedPosition {
+ public:
+  explicit SavedPosition(TDocument& document) : document_(document) { document_.PushPosition(); }
+  ~SavedPosition() { document_.PopPosition(); }
+  SavedPosition(const SavedPosition&) = delete;
+  SavedPosition& operator=(const SavedPosition&) = delete;
+
+ private:
+  TDocument& document_;
 };
 
 // An empty document of that type. Throws Error for an unknown code and for a

@@ -38,7 +38,7 @@ class ConversionRun {
   ConversionRun(const RulesFile& rules, TXMLContainer& container, std::string_view output_dir,
                 TDocTypeList& types, TDbfCache& tables, Environment& environment,
                 ConversionObserver* observer)
-      : run_{environment, rules, nullptr, nullptr, {}, false, 0, observer},
+      : run_{environment, rules, observer},
         container_(container),
         output_dir_(output_dir),
         types_(types),
@@ -95,22 +95,18 @@ class ConversionRun {
 
   // What goes wrong in a mapping is shown; what was mapped before is saved.
   void MapSection(TDocument& source, TDbfDocument& target, int section) {
-    run_.source = &source;
-    run_.target = &target;
     Dialogs& dialogs = run_.environment.host.dialogs;
     try {
-      MapTableSection(run_, section);
+      MapTableSection({run_, source, target}, section);
     } catch (const SilentAbort&) {
     } catch (const Error& error) {
       dialogs.Exception(error.text());
     } catch (const std::exception& error) {
       dialogs.Exception(error.what());
     }
-    run_.source = nullptr;
-    run_.target = nullptr;
   }
 
-  RunContext run_;
+  MappingRun run_;
   TXMLContainer& container_;
   std::string_view output_dir_;
   TDocTypeList& types_;

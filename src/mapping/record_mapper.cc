@@ -3,11 +3,10 @@
 #include <algorithm>
 
 #include "base/cp1251_literal.h"
-#include "mapping/built_in/closing_header.h"
-#include "mapping/built_in/goods_groups.h"
+#include "mapping/built_in/goods.h"
 #include "mapping/built_in/header_rules.h"
 #include "mapping/built_in/record_rules.h"
-#include "mapping/built_in/transit_records.h"
+#include "mapping/built_in/transit.h"
 #include "mapping/line_report.h"
 #include "mapping/target_choice.h"
 #include "mapping/value_source.h"
@@ -57,8 +56,8 @@ ShortText Cleaned(const ShortText& value) {
 
 void RecordMapper::MapBlockRecord(std::string_view source_path, std::string_view target_block,
                                   int header) {
-  if (run_.observer != nullptr) run_.observer->Record(source_path);
-  RecordScope record(run_, source_path, target_block, header);
+  if (documents_.run.observer != nullptr) documents_.run.observer->Record(source_path);
+  RecordScope record(documents_, source_path, target_block, header);
   if (record.PathHolds("GoodsGroupDescription") &&
       WordCount(record.source_path, kPathSeparator) == 4) {
     if (!ApplyGoodsGroupRule(record)) MapNestedRecords(record, "GoodsGroupInformation");
@@ -96,7 +95,7 @@ void RecordMapper::MapNestedRecords(const RecordScope& record, std::string_view 
 
 void RecordMapper::ApplyLines(RecordScope& record) {
   auto [lines, added] = lines_.try_emplace(record.header);
-  if (added) lines->second = MappingLinesOf(run_.rules, record.header);
+  if (added) lines->second = MappingLinesOf(documents_.run.rules, record.header);
   for (MappingLine& line : lines->second) ApplyLine(record, line);
 }
 

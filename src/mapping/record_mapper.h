@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "mapping/mapping_line.h"
+#include "mapping/mapping_run.h"
 #include "mapping/record_scope.h"
-#include "mapping/run_context.h"
 
 namespace customsconv {
 
@@ -18,9 +18,8 @@ namespace customsconv {
 // sub-section's lines are split once.
 class RecordMapper {
  public:
-  // Serves one source and one target document: what it remembers of their
-  // levels ends with them.
-  explicit RecordMapper(RunContext& run) : run_(run) {}
+  // What it remembers of the documents' levels ends with them.
+  explicit RecordMapper(const DocumentPair& documents) : documents_(documents) {}
 
   // `source_path` from the source's root (ESADoutGoods\3), empty for the root
   // itself; `target_block` from the target's root, empty for the header record; `header` is
@@ -34,7 +33,7 @@ class RecordMapper {
   void ApplyLines(RecordScope& record);
   void ApplyLine(RecordScope& record, MappingLine& line);
 
-  RunContext& run_;
+  DocumentPair documents_;
   std::unordered_map<int, std::vector<MappingLine>> lines_;  // by header line
 };
 

@@ -2,15 +2,15 @@
 
 namespace customsconv {
 
-RecordScope::RecordScope(RunContext& run_context, std::string_view path, std::string_view block,
-                         int header_line)
-    : run(run_context),
-      source(*run_context.source),
-      target(*run_context.target),
+RecordScope::RecordScope(const DocumentPair& documents, std::string_view path,
+                         std::string_view block, int header_line)
+    : run(documents.run),
+      source(documents.source),
+      target(documents.target),
       source_path(path),
       target_block(block),
       header(header_line),
-      kind(run_context.source->DocInfo().Code),
+      kind(documents.source.DocInfo().Code),
       prefix_(Contains(kind, "KTS") ? 'K' : 'G') {}
 
 ShortText RecordScope::Prefixed(std::string_view rest) const {

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/short_text.h"
-#include "mapping/run_context.h"
+#include "mapping/mapping_run.h"
 #include "text/words.h"
 
 namespace customsconv {
@@ -19,10 +19,10 @@ class RecordScope {
  public:
   // `source_path` is empty for the source's root, `target_block` for the
   // target's header record. `header` is the line of the section or sub-section.
-  RecordScope(RunContext& run, std::string_view source_path, std::string_view target_block,
-              int header);
+  RecordScope(const DocumentPair& documents, std::string_view source_path,
+              std::string_view target_block, int header);
 
-  RunContext& run;
+  MappingRun& run;
   TDocument& source;
   TDbfDocument& target;
   ShortText source_path;
@@ -69,18 +69,6 @@ class RecordScope {
 
  private:
   char prefix_;
-};
-
-// Brings a document back to where it stood.
-class SavedPosition {
- public:
-  explicit SavedPosition(TDocument& document) : document_(document) { document_.PushPosition(); }
-  ~SavedPosition() { document_.PopPosition(); }
-  SavedPosition(const SavedPosition&) = delete;
-  SavedPosition& operator=(const SavedPosition&) = delete;
-
- private:
-  TDocument& document_;
 };
 
 }  // namespace customsconv

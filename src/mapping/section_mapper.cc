@@ -41,8 +41,13 @@ std::string_view DeclaredBlock(std::string_view line) {
 // Walks one section of the rules for one pair of documents.
 class SectionWalk {
  public:
-  SectionWalk(RunContext& run, int start_line)
-      : run_(run), rules_(run.rules), start_line_(start_line), records_(run) {}
+  SectionWalk(const DocumentPair& documents, int start_line)
+      : run_(documents.run),
+        source_(documents.source),
+        target_(documents.target),
+        rules_(documents.run.rules),
+        start_line_(start_line),
+        records_(documents) {}
 
   void Run() {
     for (int i = start_line_; i < rules_.Count(); i = rules_.NextHeader(i)) {
@@ -61,8 +66,7 @@ class SectionWalk {
     const std::string table = UpperCaseRu(rules_.TableName(header));
     const std::string_view target_block = TargetBlock(table);
     if (target_block.empty()) {
-      Show({"Не описана таблица "_cp1251, table, " в документе "_cp1251,
-            run_.target->DocInfo().Code});
+      Show({"Не описана таблица "_cp1251, table, " в документе "_cp1251, target_.DocInfo().Code});
       return;
     }
     if (target_block == kFlatListBlock) {
@@ -86,8 +90,8 @@ class SectionWalk {
   }
 
   std::string_view TargetBlock(std::string_view table) const {
-    const std::string_view block = FindTableBlock(run_.target->RootBasis(), table);
-    return block.empty() ? FindTableBlock(run_.target->MainBasis(), table) : block;
+    const std::string_view block = FindTableBlock(target_.RootBasis(), table);
+    return block.empty() ? FindTableBlock(target_.MainBasis(), table) : block;
   }
 
   // The sub-section's comment lines of the form ";name{" name its source blocks.
@@ -104,32 +108,30 @@ class SectionWalk {
   }
 
   void MapBlock(std::string_view block, std::string_view target_block, int header) {
-    TDocument& source = *run_.source;
-    if (source.RootBasis().HasBlock(block)) {
-      const int records = source.RecordCount(JoinShort({"\\\\", block}));
+    if (source_.RootBasis().HasBlock(block)) {
+      const int records = source_.RecordCount(JoinShort({"\\\\", block}));
       for (int k = 1; k <= records; ++k) {
         records_.MapBlockRecord(JoinShort({block, "\\", std::to_string(k)}), target_block, header);
       }
-    } else if (source.MainBasis().HasBlock(block)) {
+    } else if (source_.MainBasis().HasBlock(block)) {
       MapMainBlockRecords(block, target_block, header);
-    } else if (!StartsWithRu(source.DocInfo().Code, "DTSout_CU")) {
+    } else if (!StartsWithRu(source_.DocInfo().Code, "DTSout_CU")) {
       Show({"Не найден блок "_cp1251, block, " файла "_cp1251, rules_.name()});
     }
   }
 
   void MapMainBlockRecords(std::string_view block, std::string_view target_block, int header) {
-    TDocument& source = *run_.source;
-    const RecordList* const main_records = source.MainRecords();
+    const RecordList* const main_records = source_.MainRecords();
     if (main_records == nullptr) return;
     const int position = main_records->basis().IndexOfName(block);
     for (int m = 1; m <= main_records->Count(); ++m) {
       // Most goods lack most blocks; their paths need not be walked to know it.
       if (BlockRecords(main_records->Record(m), position) == nullptr) continue;
       const std::string number = std::to_string(m);
-      const ShortText inside = JoinShort({source.DocInfo().MainBlock, "\\", number, "\\", block});
-      const int records = source.RecordCount(JoinShort({"\\\\", inside}));
+      const ShortText inside = JoinShort({source_.DocInfo().MainBlock, "\\", number, "\\", block});
+      const int records = source_.RecordCount(JoinShort({"\\\\", inside}));
       const ShortText target =
-          JoinShort({run_.target->DocInfo().MainBlock, "\\", number, "\\", target_block});
+          JoinShort({target_.DocInfo().MainBlock, "\\", number, "\\", target_block});
       for (int k = 1; k <= records; ++k) {
         records_.MapBlockRecord(JoinShort({inside, "\\", std::to_string(k)}), target, header);
       }
@@ -140,7 +142,9 @@ class SectionWalk {
     run_.environment.host.dialogs.Message(Join(parts));
   }
 
-  RunContext& run_;
+  MappingRun& run_;
+  TDocument& source_;
+  TDbfDocument& target_;
   const RulesFile& rules_;
   int start_line_;
   RecordMapper records_;
@@ -159,6 +163,8 @@ std::string_view FindTableBlock(const TBasis& structure, std::string_view table_
   return {};
 }
 
-void MapTableSection(RunContext& run, int start_line) { SectionWalk(run, start_line).Run(); }
+void MapTableSection(const DocumentPair& documents, int start_line) {
+  SectionWalk(documents, start_line).Run();
+}
 
 }  // namespace customsconv

@@ -4,16 +4,16 @@
 #include <string_view>
 
 #include "catalogue/basis.h"
-#include "mapping/run_context.h"
+#include "mapping/mapping_run.h"
 
 namespace customsconv {
 
-// Applies the section of the rules file that begins at `start_line` to the run's
-// source and target document: the header lines once, each sub-section once a
+// Applies the section of the rules file that begins at `start_line` to a
+// source and its target document: the header lines once, each sub-section once a
 // source record. Sub-sections that name unknown tables or blocks are reported by
 // one message each and skipped. Errors of the documents pass through; the rest of the
 // section is then not mapped.
-void MapTableSection(RunContext& run, int start_line);
+void MapTableSection(const DocumentPair& documents, int start_line);
 
 // Name of the entry of `structure` whose table is `table_name` (extension and letter case
 // ignored); empty when there is none or the level is no table.

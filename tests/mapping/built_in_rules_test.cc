@@ -81,7 +81,54 @@ ESADoutDeclarant#)" + long_name +
             "ESADoutPrincipal#ESADPrincipalRepresentative{} "
             "ESADoutFinancialAdjustingResponsiblePerson#" +
                 long_name + "=\"long\"");
-  EXPECT_TRUE(world.run().transit);
+  EXPECT_TRUE(world.run().transit_records_wait);
+}
+
+// Office, vehicle and drivers stand at one goods item each; what is not filled has no record. The
+// goods item's keys, G32 among them, come with the save.
+TEST(BuiltInRules, TransitRecordsHangOnTheFirstGoodsItem) {
+  MappingWorld world({.source = R"(
+CustomsProcedure=C2
+VIN=C20
+TransportMarkCode=C5
+Guarantee#MeasureCode=C5
+Guarantee#GuaranteeReference {
+OtherGuaranteeNumber=C10
+LimitationNonEC#NotValid4Country=C5
+}
+ESADoutCarrier#ESADDriverInformation {
+PersonPost=C10
+PersonName=C10
+IdentityCard#IdentityCardDate=C10
+}
+ESADoutGoods {
+Number=N5
+})",
+                      .tables = R"(
+HEAD = DBRHEAD [G073]          : G073 C7
+  TOVAR = DBRTOV [G073]        : G073 C7, G32 N5
+    TECHD = DBRTECHD [G073+G32] : G073 C7, G32 N5, G4402 C2, G44020 C2, G444 C60
+)",
+                      .rules = "[S]\n=ESADout\n[DBRTOV]\nESADoutGoods{\nG32=Number\n"});
+  world.Source("CustomsProcedure", "В");
+  world.Source("VIN", "  X9L  ");
+  world.Source("TransportMarkCode", " ");
+  world.Source(R"(Guarantee#GuaranteeReference\1\OtherGuaranteeNumber)", "123");
+  world.Source(R"(Guarantee#GuaranteeReference\1\LimitationNonEC#NotValid4Country)", "RU");
+  world.Source(R"(ESADoutCarrier#ESADDriverInformation\1\PersonPost)", "Driver");
+  world.Source(R"(ESADoutCarrier#ESADDriverInformation\1\PersonName)", "Person");
+  world.Source(R"(ESADoutCarrier#ESADDriverInformation\2\IdentityCard#IdentityCardDate)",
+               "01.02.99");
+  for (const char* number : {"1", "2"}) {
+    world.Source("ESADoutGoods\\" + std::string(number) + "\\Number", number);
+  }
+  world.MapSection();
+  EXPECT_EQ(world.Saved("DBRTECHD"),
+            "1: G073=\"0001234\" G32=\"    1\" G4402=\"7\" G444=\"|123| |RU\"\n"
+            "2: G073=\"0001234\" G32=\"    1\" G4402=\"8\" G44020=\"6\" G444=\"X9L\"\n"
+            "3: G073=\"0001234\" G32=\"    1\" G4402=\"9\" G444=\"Driver : Person\"\n"
+            "4: G073=\"0001234\" G32=\"    1\" G4402=\"9\" G444=\"ОТ 01.02.99\"\n");
+  EXPECT_FALSE(world.run().transit_records_wait);
 }
 
 TEST(BuiltInRules, AdjustmentsAreNumberedOverTheRun) {

@@ -2,6 +2,7 @@
 #define CUSTOMSCONV_TESTS_MAPPING_MAPPING_WORLD_H_
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,9 +35,8 @@ class MappingWorld {
     target_ = CreateDbfDocument("OUT", "C:\\OUT\\", *types_, cache_, world_);
     source_->OpenBlock("", 0, false);
     target_->OpenBlock("", 0, false);
-    run_.source = source_.get();
-    run_.target = target_.get();
     run_.registration_number = "10702020/110615/0001234";
+    records_.emplace(Documents());
   }
 
   // Sets a value of the source by a path from its root, opening the records on the way:
@@ -55,11 +55,11 @@ class MappingWorld {
 
   // Maps one record, or the section that begins at `line`; the result is the whole target.
   std::string Map(std::string_view path, std::string_view block, int header = 0) {
-    records_.MapBlockRecord(path, block, header);
+    records_->MapBlockRecord(path, block, header);
     return Target();
   }
   std::string MapSection(int line = 0) {
-    MapTableSection(run_, line);
+    MapTableSection(Documents(), line);
     return Target();
   }
 
@@ -71,9 +71,10 @@ class MappingWorld {
     return world_.Rows(table);
   }
   [[nodiscard]] const std::vector<std::string>& shown() const { return world_.host.dialogs.log; }
-  [[nodiscard]] RunContext& run() { return run_; }
+  [[nodiscard]] MappingRun& run() { return run_; }
 
  private:
+  DocumentPair Documents() { return {run_, *source_, *target_}; }
   static std::string CatalogueOf(const MappingParts& parts) {
     const std::string kind = parts.kind;
     return "[" + kind + ".HEADER]\nXmlType=x\nMainBlock=ESADoutGoods\n[" + kind + ".Fields]\n" +
@@ -86,8 +87,8 @@ class MappingWorld {
   std::unique_ptr<TDocTypeList> types_;
   std::unique_ptr<TDocument> source_;
   std::unique_ptr<TDbfDocument> target_;
-  RunContext run_{world_, rules_};
-  RecordMapper records_{run_};
+  MappingRun run_{world_, rules_};
+  std::optional<RecordMapper> records_;
 };
 
 }  // namespace customsconv

@@ -13,6 +13,11 @@ namespace customsconv {
 // declaration, the reshaping of the source.
 void ApplyHeaderRules(RecordScope& record);
 
+// What a header record gets behind its mapping lines: the container indicator as
+// "1" or "0", and for a declaration adjustment a number of its own in place of the
+// customs office.
+void ApplyClosingHeaderRules(RecordScope& record);
+
 // Date of a registration number (DDMMY, DDMMYY or DDMMYYYY) as "dd.mm.yy"; empty
 // for another length and for a day up to 01.01.1990 or 400 days and more after `today`.
 [[nodiscard]] std::string RegistrationDate(std::string_view digits, Date today);

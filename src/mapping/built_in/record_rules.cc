@@ -1,51 +1,44 @@
+// The rules that depend on the source block, in their order, and the smallest of them: the
+// positions of customs value declarations.
+
 #include "mapping/built_in/record_rules.h"
 
-#include "mapping/built_in/payments.h"
-#include "mapping/built_in/presented_documents.h"
-#include "mapping/built_in/transport_columns.h"
-#include "mapping/built_in/value_declarations.h"
+#include "base/letter_case.h"
+#include "mapping/built_in/documents.h"
+#include "mapping/built_in/goods.h"
+#include "mapping/built_in/transport.h"
 
 namespace customsconv {
 namespace {
 
-struct PathCode {
+struct Position {
   std::string_view part;  // of the source path
-  std::string_view code;
+  std::string_view number;
 };
 
-// Kind of packaging information; a later match overwrites.
-constexpr PathCode kPackagingCodes[] = {
-    {"PackingInformation", "0"},
-    {"UnitPackInfo", "1"},
-    {"CargoInfo", "2"},
-    {"PalleteInformation", "3"},
+// A later match overwrites.
+constexpr Position kPositions[] = {
+    {"Column7CDescription", "7C"},
+    {"DTSSellingLimitation#limitationDescription", "8B"},
+    {"DTSAdditionalPayments#PaymentDescription", "9A"},
+    {"DTSAdditionalPayments#PaymentConditionDescription", "9B"},
+    {"ReasonApplyMethod#ReasonDescription", "7"},
+    {"Method6Calculation", "12"},
+    {"CostConfirmationDocument", "8"},
 };
 
-void WritePackagingKind(RecordScope& record) {
-  if (!record.PathHolds("GoodsPackaging#")) return;
-  for (const PathCode& packaging : kPackagingCodes) {
-    if (record.PathHolds(packaging.part)) record.Set("PKSIGN", packaging.code);
+// Delivery terms come first, the other blocks later among the record rules.
+void WriteDeliveryTermsPosition(RecordScope& record) {
+  if (record.PathHolds("DeliveryTerms") && StartsWithRu(record.kind, "DTSout")) {
+    record.Set("NPOZ", "3");
   }
 }
 
-// Number of the goods group that a record under it belongs to.
-void WriteGoodsGroupNumber(RecordScope& record) {
-  if (record.PathHolds("\\GoodsGroupDescription\\")) {
-    record.Set(record.Prefixed("32G"), record.PathWord(4));
+void WriteValueDeclarationPosition(RecordScope& record) {
+  if (!Contains(record.kind, "DTS")) return;
+  for (const Position& position : kPositions) {
+    if (record.PathHolds(position.part)) record.Set("NPOZ", position.number);
   }
-}
-
-// Mechanisms delivered in parts: the numbers of the delivery and of the unit.
-void WriteMechanismUnit(RecordScope& record) {
-  if (!record.PathHolds("MechanismUnit")) return;
-  record.Set("G32", "1");
-  record.Set("KMPFB", record.PathWord(2));
-  record.Set("KMPK", record.PathWord(4));
-}
-
-// A record that stands beside the goods table names its goods item itself.
-void WriteGoodsItemOfFlattened(RecordScope& record) {
-  if (record.flattened) record.Set("G32", record.PathWord(2));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+// Means of transport: the records of the header, and the columns of those that stand in blocks.
+
 #include "mapping/built_in/transport.h"
 
 namespace customsconv {
@@ -29,6 +31,14 @@ void WriteVehicles(RecordScope& record) {
   }
 }
 
+// Mode and nationality stand once in the header and count for each means of transport.
+void WriteMeansOfTransport(RecordScope& record, std::string_view column,
+                           std::string_view transport) {
+  record.Set("NGR", column);
+  record.Set("VIDTRANS", record.HeaderValue(JoinShort({transport, "#TransportModeCode"})));
+  record.Set("G212", record.HeaderValue(JoinShort({transport, "#TransportNationalityCode"})));
+}
+
 }  // namespace
 
 void WriteTransportRecords(RecordScope& record) {
@@ -36,6 +46,18 @@ void WriteTransportRecords(RecordScope& record) {
   WriteTransportMode(record, "26",
                      "ESADoutConsigment#ESADoutDepartureArrivalTransport#TransportModeCode");
   WriteVehicles(record);
+}
+
+void WriteTransportColumns(RecordScope& record) {
+  if (!record.PathHolds("outConsigment#")) return;
+  if (record.PathHolds("DepartureArrivalTransport#TransportMeans\\")) {
+    WriteMeansOfTransport(record, "18", "ESADoutConsigment#ESADoutDepartureArrivalTransport");
+  }
+  if (record.PathHolds("BorderTransport#TransportMeans\\")) {
+    WriteMeansOfTransport(record, "21", "ESADoutConsigment#ESADoutBorderTransport");
+  }
+  if (record.PathHolds("LoadingPlace#LoadingPlaceOther\\")) record.Set("NGR", "27");
+  if (record.PathHolds("Consigment#BorderCustomsOffice")) record.Set("NGR", "29");
 }
 
 }  // namespace customsconv

@@ -10,6 +10,11 @@ namespace customsconv {
 // Leaves the target on its root.
 void WriteTransportRecords(RecordScope& record);
 
+// Which column of the declaration a record of the consignment belongs to: 18
+// (means of transport at departure or arrival), 21 (at the border), 27 (place of loading), 29
+// (border customs office).
+void WriteTransportColumns(RecordScope& record);
+
 }  // namespace customsconv
 
 #endif  // CUSTOMSCONV_MAPPING_BUILT_IN_TRANSPORT_H_

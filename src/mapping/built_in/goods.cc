@@ -1,4 +1,6 @@
-#include "mapping/built_in/goods_groups.h"
+// Goods: their groups, their packaging, and to which item, group or unit a record belongs.
+
+#include "mapping/built_in/goods.h"
 
 #include "text/text_split.h"
 
@@ -49,6 +51,19 @@ void WriteSerialNumbers(RecordScope& record) {
   }
 }
 
+struct PathCode {
+  std::string_view part;  // of the source path
+  std::string_view code;
+};
+
+// Kind of packaging information; a later match overwrites.
+constexpr PathCode kPackagingCodes[] = {
+    {"PackingInformation", "0"},
+    {"UnitPackInfo", "1"},
+    {"CargoInfo", "2"},
+    {"PalleteInformation", "3"},
+};
+
 }  // namespace
 
 bool ApplyGoodsGroupRule(RecordScope& record) {
@@ -61,6 +76,30 @@ bool ApplyGoodsGroupRule(RecordScope& record) {
     return true;
   }
   return false;
+}
+
+void WritePackagingKind(RecordScope& record) {
+  if (!record.PathHolds("GoodsPackaging#")) return;
+  for (const PathCode& packaging : kPackagingCodes) {
+    if (record.PathHolds(packaging.part)) record.Set("PKSIGN", packaging.code);
+  }
+}
+
+void WriteGoodsGroupNumber(RecordScope& record) {
+  if (record.PathHolds("\\GoodsGroupDescription\\")) {
+    record.Set(record.Prefixed("32G"), record.PathWord(4));
+  }
+}
+
+void WriteMechanismUnit(RecordScope& record) {
+  if (!record.PathHolds("MechanismUnit")) return;
+  record.Set("G32", "1");
+  record.Set("KMPFB", record.PathWord(2));
+  record.Set("KMPK", record.PathWord(4));
+}
+
+void WriteGoodsItemOfFlattened(RecordScope& record) {
+  if (record.flattened) record.Set("G32", record.PathWord(2));
 }
 
 }  // namespace customsconv

@@ -1,4 +1,7 @@
-#include "mapping/built_in/presented_documents.h"
+// Documents that a declaration names: those presented with it (column 44) and those of its
+// payments.
+
+#include "mapping/built_in/documents.h"
 
 namespace customsconv {
 namespace {
@@ -60,6 +63,16 @@ void WriteDocumentCodes(RecordScope& record) {
   if (!record.PathHolds("outPresentedDocument#")) return;
   WriteKinds(record);
   for (const StoreTransfer& transfer : kStoreTransfers) WriteStoreTransfer(record, transfer);
+}
+
+void WritePaymentDocument(RecordScope& record) {
+  if (!record.source_path.view().starts_with("ESADoutPayments#")) return;
+  TDocument& source = record.source;
+  if (source.RecordCount("PaymentDocument") < 1) return;
+  const SavedPosition saved(record.target);
+  record.Append("\\\\SUMPP");
+  record.Set("NUMPDOK", source.GetFieldEx(".\\PaymentDocument\\1\\PrDocumentNumber"));
+  record.Set("DATPDOK", source.GetFieldEx(".\\PaymentDocument\\1\\PrDocumentDate"));
 }
 
 }  // namespace customsconv
