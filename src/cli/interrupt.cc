@@ -23,6 +23,8 @@ void WatchForInterrupt() {
   // A reader that goes away (`customsconv … | head`) must not end a save half-way; the
   // output tells in the end that it could not be written.
   std::signal(SIGPIPE, SIG_IGN);
+  // A file that may not grow is an error like a full disk, not the end of the program.
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool InterruptNoted() { return noted; }

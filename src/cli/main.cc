@@ -1,6 +1,7 @@
 #include "cli/interrupt.h"
 #include "cli/run.h"
 #include "cli/standard_output.h"
+#include "platform/posix/file_descriptor.h"
 #include "platform/posix/memory.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_files.h"
@@ -8,6 +9,7 @@
 
 int main(int argc, char** argv) {
   using namespace customsconv;
+  posix::OpenStandardDescriptors();
   posix::KeepFreedMemory();
   posix::PosixFiles files;
   posix::PosixClock clock;

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "platform/posix/file_descriptor.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
 #include "services/run_log.h"
@@ -49,6 +50,8 @@ class LogDialogs : public QuietDialogs {
 
 class LibraryHost::Parts {
  public:
+  Parts() { posix::OpenStandardDescriptors(); }
+
   LogDialogs dialogs;
   PosixHost host{dialogs};
 };

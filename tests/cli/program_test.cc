@@ -137,6 +137,16 @@ TEST_F(ProgramTest, AQuestionIsAnsweredByWhatIsTyped) {
   EXPECT_TRUE(fs::exists(in_ / "program/last.ini"));
 }
 
+// A file that may not grow is told like a full disk.
+TEST_F(ProgramTest, ALimitOfTheFileSizeEndsNoProgramHalfWay) {
+  std::string command = "ulimit -f 1;";
+  for (const std::string& word : Convert({"transit.xml"})) command += " '" + word + "'";
+  command.insert(command.find(" '"), std::string(" ") + CUSTOMSCONV_PROGRAM);
+  command += " > /dev/null 2>&1 < /dev/null";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_EQ(out_.Listing(), tables_);
+}
+
 // A result that does not arrive is no success: scripts look at the status alone.
 TEST_F(ProgramTest, AResultThatCannotBeWrittenIsAnError) {
   const std::string log = in_ / "log";

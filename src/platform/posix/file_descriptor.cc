@@ -23,7 +23,9 @@ FileDescriptor FileDescriptor::Open(const std::string& name, int flags) {
   do {
     number = ::open(name.c_str(), flags | O_CLOEXEC, kMode);
   } while (number < 0 && errno == EINTR);
-  return FileDescriptor(number);
+  FileDescriptor file(number);
+  if (!file.valid() || number > STDERR_FILENO) return file;
+  return FileDescriptor(::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
 std::ptrdiff_t FileDescriptor::Read(char* to, std::size_t count) const {
@@ -67,6 +69,17 @@ bool FileDescriptor::WriteAt(std::size_t offset, std::string_view content) const
 }
 
 bool FileDescriptor::Close() { return ::close(std::exchange(number_, -1)) == 0; }
+
+void OpenStandardDescriptors() {
+  constexpr const char* kNullDevice = "/dev/null";
+  for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+    if (::fcntl(number, F_GETFD) >= 0) continue;
+    // The other way round than they are used: reading and writing go on failing.
+    const int flags = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    // Gets the lowest number that is free, which is this one.
+    static_cast<void>(::open(kNullDevice, flags));
+  }
+}
 
 // The time alone would not do: the system's clock for it ticks in milliseconds.
 FileStamp StampOf(const struct stat& status) {

@@ -21,7 +21,8 @@ class FileDescriptor {
   FileDescriptor& operator=(FileDescriptor&& other) noexcept;
   ~FileDescriptor();
 
-  // `name` as the system knows it; never inherited by programs that are started.
+  // `name` as the system knows it; never inherited by programs that are started. Never one of
+  // the standard descriptors, which a file would share with what is printed.
   [[nodiscard]] static FileDescriptor Open(const std::string& name, int flags);
 
   [[nodiscard]] bool valid() const { return number_ >= 0; }
@@ -37,6 +38,10 @@ class FileDescriptor {
  private:
   int number_;
 };
+
+// Opens those of the descriptors 0 to 2 that the process was started without on the null device,
+// so that nothing that is opened later, by whatever library, takes the place of a standard stream.
+void OpenStandardDescriptors();
 
 // Changes whenever the content is written or the file is replaced by another.
 [[nodiscard]] FileStamp StampOf(const struct stat& status);

@@ -144,11 +144,15 @@ std::string PosixFiles::Read(std::string_view path, std::size_t limit) const {
 }
 
 std::unique_ptr<PendingFile> PosixFiles::StagePieces(std::string_view path, FilePieces content) {
-  return StageFile(SystemName(path), path, content);
+  const std::string name = SystemName(path);
+  ClearOnce(FolderOf(name));
+  return StageFile(name, path, content);
 }
 
 std::unique_ptr<OutputFile> PosixFiles::StartOutput(std::string_view path) {
-  return std::make_unique<PosixOutputFile>(PosixPendingFile::Create(SystemName(path), path));
+  const std::string name = SystemName(path);
+  ClearOnce(FolderOf(name));
+  return std::make_unique<PosixOutputFile>(PosixPendingFile::Create(name, path));
 }
 
 // The system writes its journal once for all who wait for it at the same time, so two
@@ -170,9 +174,11 @@ void PosixFiles::HardenTogether(std::span<PendingFile* const> files) {
 }
 
 std::unique_ptr<FileSeries> PosixFiles::StartSeries(std::string_view path) {
-  const std::string folder = FolderOf(SystemName(path));
-  if (cleared_folders_.insert(folder).second) RemoveAbandonedFiles(folder);
   return std::make_unique<PosixFileSeries>(path);
+}
+
+void PosixFiles::ClearOnce(const std::string& folder) {
+  if (cleared_folders_.insert(folder).second) RemoveAbandonedFiles(folder);
 }
 
 // Exactly one of two that use the same letter case gets the file; all stations

@@ -39,7 +39,10 @@ class PosixFiles : public Files {
   [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
 
  private:
-  std::set<std::string> cleared_folders_;  // of what killed processes left there
+  // Removes what killed processes left in a folder that this object writes to.
+  void ClearOnce(const std::string& folder);
+
+  std::set<std::string> cleared_folders_;
 };
 
 }  // namespace customsconv::posix
