@@ -45,6 +45,17 @@ class FileStream {
   virtual std::int64_t Seek(std::int64_t offset, SeekOrigin origin) = 0;
   [[nodiscard]] virtual std::int64_t Size() const = 0;
   [[nodiscard]] virtual FileStamp Stamp() const = 0;
+
+  // Makes sure that the disk has room for a file of `size`, which stays as long as it is. Where
+  // that cannot be asked for, writing finds out.
+  virtual void Reserve(std::int64_t size) = 0;
+  // Cuts the file off, or fills it up with zeros.
+  virtual void Resize(std::int64_t size) = 0;
+  // The disk begins to write while the program goes on.
+  virtual void StartSync() {}
+  // Waits until what was written would outlast a power cut. The file has a new stamp, whatever the
+  // clock's ticks.
+  virtual void Sync() = 0;
 };
 
 // New content of a file, written beside its target but not yet in its place. Discarded on
@@ -169,11 +180,18 @@ class Files {
   // Makes an empty file and returns true, or returns false when one exists; of
   // two processes that try at the same moment exactly one gets true. Throws
   // FileError (kCreate) for any other trouble.
-  [[nodiscard]] virtual bool CreateNew(std::string_view path) = 0;
+  // `twin` names a file that the new one shall be another name of, as its stamp tells, where the
+  // file system has such names.
+  [[nodiscard]] virtual bool CreateNew(std::string_view path, std::string_view twin = {}) = 0;
   // Adds to the end of `path`, creating it when missing. Throws FileError.
   virtual void Append(std::string_view path, std::string_view content) = 0;
   // True when the file was there and is gone now.
   virtual bool Delete(std::string_view path) = 0;
+  // Gives a file another name in its folder; false when that is taken, or cannot be given.
+  virtual bool Rename(std::string_view path, std::string_view new_path) = 0;
+  // Waits until what was made, renamed and deleted in the folder of `path` would outlast a power
+  // cut; false where the folder cannot be asked for that.
+  virtual bool SyncFolder(std::string_view path) = 0;
 
   // Throws FileError (kMissing, kOpen or kCreate).
   [[nodiscard]] virtual std::unique_ptr<FileStream> Open(std::string_view path,
@@ -200,6 +218,10 @@ class Files {
   // When the file system offers no lock, the result is empty and work goes on
   // unguarded.
   [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(std::string_view path) = 0;
+  // Makes the file `path`, or takes the one that a process left when it died, and holds it until
+  // destruction, which removes it. Empty while a living process holds it. Throws FileError
+  // (kCreate).
+  [[nodiscard]] virtual std::unique_ptr<FileLock> HoldFile(std::string_view path) = 0;
 };
 
 }  // namespace customsconv

@@ -2,8 +2,11 @@
 #include "support/fake_files.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <functional>
+#include <set>
 #include <vector>
 
 #include "platform/posix/posix_files.h"
@@ -54,10 +57,27 @@ std::string AccountOf(Files& files, const std::string& folder) {
     note(stream->Read(rest.data(), rest.size()));
     account += rest;
     note(stream->Size());
+    stream->Reserve(1000);
+    stream->Resize(12);
+    const FileStamp before = stream->Stamp();
+    stream->Sync();
+    note(stream->Size() + (stream->Stamp() != before ? 0 : 1));
     attempt([&] { stream->Seek(-1, SeekOrigin::kBegin); });
   }
   account += files.Read(file);
   files.Replace(folder + "\\b.txt", "");
+  {
+    const auto held = files.HoldFile(folder + "\\held");
+    note(files.HoldFile(folder + "\\held") == nullptr);
+    note(files.CreateNew(folder + "\\twin", folder + "\\held"));
+    note(files.CreateNew(folder + "\\twin", folder + "\\held"));
+    note(files.Stamp(folder + "\\twin") == files.Stamp(folder + "\\held"));
+    note(files.Stamp(folder + "\\twin") == files.Stamp(folder + "\\b.txt"));
+    note(files.Rename(folder + "\\twin", folder + "\\b.txt"));
+    note(files.Rename(folder + "\\twin", folder + "\\c.txt"));
+    note(files.SyncFolder(folder + "\\c.txt"));
+  }
+  attempt([&] { (void)files.HoldFile(folder + "\\none\\held"); });
   for (const std::string& name : files.Find(folder, "*.*")) account += Utf8(name) + ' ';
   note(files.Delete(folder + Win("\\ЁЖ.dbf")));
   note(files.Delete(file));
@@ -84,6 +104,47 @@ std::string ShareModesOf(Files& files, const std::string& path) {
     }
   }
   return account;
+}
+
+// What a power cut may leave of two sectors in an old file and of a new file.
+TEST(FakeFiles, LosesWhatWasNotSynced) {
+  const std::string old_bytes(1024, 'o'), new_bytes(1024, 'n'), half(512, 'n');
+  std::set<std::string> seen;
+  for (unsigned order = 0; order < 40; ++order) {
+    FakeFiles files;
+    files["C:\\A"] = old_bytes;
+    const auto stream = files.Open("C:\\A", kModeReadWrite | kShareDenyNone);
+    stream->Write(new_bytes.data(), new_bytes.size());
+    EXPECT_TRUE(files.CreateNew("C:\\B"));
+    if (order == 39) {
+      stream->Sync();
+      files.SyncFolder("C:\\A");
+    }
+    files.LosePower(order);
+    const std::string state = files["C:\\A"].bytes() + (files.Has("C:\\B") ? "+" : "-");
+    const bool nothing = order == 0, all = order == 1 || order == 39;
+    if (nothing || all) {
+      EXPECT_EQ(state, nothing ? old_bytes + "-" : new_bytes + "+");
+    }
+    seen.insert(state);
+  }
+  EXPECT_EQ(seen.size(), 8u) << "each sector and the name on its own";
+}
+
+// A process that was killed holds nothing.
+TEST(PosixFiles, AHeldFileOfADeadProcessIsFree) {
+  const TempFolder folder;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const auto held = posix::PosixFiles().HoldFile(folder.Win("held"));
+    ::_exit(held == nullptr ? 1 : 0);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(folder.Listing(), "held");
+  EXPECT_NE(posix::PosixFiles().HoldFile(folder.Win("held")), nullptr);
+  EXPECT_EQ(folder.Listing(), "");
 }
 
 TEST(FakeFiles, BehavesAsTheRealFilesDo) {

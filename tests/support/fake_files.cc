@@ -1,6 +1,8 @@
 #include "support/fake_files.h"
 
 #include <algorithm>
+#include <iterator>
+#include <random>
 #include <stdexcept>
 
 #include "platform/full_path.h"
@@ -53,10 +55,25 @@ class FakeFiles::MemoryStream : public FileStream {
   void Write(const void* from, std::size_t count) override {
     if (!Writes(mode_)) throw FileError(Kind::kWrite, node_->name, "open for reading only");
     files_.Change(FileOp::kOtherChange, node_->name, [&] {
-      node_->bytes.resize(std::max(position_, node_->bytes.size()));
-      node_->bytes.replace(position_, count, static_cast<const char*>(from), count);
-      node_->stamp = ++files_.last_stamp_;
+      Do({position_, {static_cast<const char*>(from), count}});
       position_ += count;
+    });
+  }
+
+  void Reserve(std::int64_t) override {
+    files_.Change(FileOp::kReserve, node_->name, [] {});
+  }
+
+  void Resize(std::int64_t size) override {
+    files_.Change(FileOp::kOtherChange, node_->name,
+                  [&] { Do({static_cast<std::size_t>(size), {}}); });
+  }
+
+  void Sync() override {
+    files_.Change(FileOp::kOtherChange, node_->name, [&] {
+      node_->safe_bytes = node_->bytes;
+      node_->unsynced.clear();
+      node_->stamp = ++files_.last_stamp_;
     });
   }
 
@@ -75,6 +92,12 @@ class FakeFiles::MemoryStream : public FileStream {
   [[nodiscard]] FileStamp Stamp() const override { return node_->stamp; }
 
  private:
+  void Do(Unsynced change) {
+    node_->Apply(change);
+    node_->unsynced.push_back(std::move(change));
+    node_->stamp = ++files_.last_stamp_;
+  }
+
   const FakeFiles& files_;
   std::shared_ptr<Node> node_;
   FileMode mode_;
@@ -130,6 +153,27 @@ class FakeFiles::MemoryLock : public FileLock {
   std::string key_;
 };
 
+class FakeFiles::MemoryHeldFile : public FileLock {
+ public:
+  MemoryHeldFile(FakeFiles& files, std::string path) : files_(files), path_(std::move(path)) {
+    files_.held_files_.insert(files_.Key(path_));
+  }
+  ~MemoryHeldFile() override {
+    files_.held_files_.erase(files_.Key(path_));
+    try {
+      files_.Delete(path_);
+    } catch (const FileError&) {
+    } catch (const SuddenDeath&) {
+    }
+  }
+  MemoryHeldFile(const MemoryHeldFile&) = delete;
+  MemoryHeldFile& operator=(const MemoryHeldFile&) = delete;
+
+ private:
+  FakeFiles& files_;
+  std::string path_;
+};
+
 // --- Names -------------------------------------------------------------------
 
 std::string FakeFiles::FullName(std::string_view path) const {
@@ -151,10 +195,61 @@ std::string FakeFiles::ShortName(std::string_view path) const {
 void FakeFiles::Put(std::string_view path, std::string_view bytes) {
   const std::string key = Key(path);
   std::shared_ptr<Node>& node = nodes_[key];
-  if (!node) node = std::make_shared<Node>(Node{FullName(path), "", 0, {}});
-  node->bytes = bytes;
+  if (!node) node = std::make_shared<Node>(Node{FullName(path), "", 0, {}, "", {}});
+  node->bytes = node->safe_bytes = bytes;
+  node->unsynced.clear();
   node->stamp = ++last_stamp_;
+  safe_nodes_[key] = node;
   AddFolder(FolderOf(key));
+}
+
+void FakeFiles::Make(std::string_view path) {
+  const bool safe = safe_nodes_.contains(Key(path));
+  nodes_.erase(Key(path));
+  Put(path, "");
+  if (!safe) safe_nodes_.erase(Key(path));
+}
+
+void FakeFiles::Node::Apply(const Unsynced& change) {
+  if (change.bytes.empty()) return bytes.resize(change.at);
+  bytes.resize(std::max(change.at, bytes.size()));
+  bytes.replace(change.at, change.bytes.size(), change.bytes);
+}
+
+void FakeFiles::LosePower(unsigned order) {
+  constexpr std::size_t kSector = 512;
+  std::mt19937 random(order);
+  const auto kept = [&] { return order == 1 || (order > 1 && random() % 2 == 0); };
+  for (Nodes* names : {&nodes_, &safe_nodes_}) {
+    const Nodes before = *names;
+    for (const auto& [key, node] : before) {
+      const bool now = kept();
+      const Nodes& chosen = now ? nodes_ : safe_nodes_;
+      const auto found = chosen.find(key);
+      const std::shared_ptr<Node> winner = found == chosen.end() ? nullptr : found->second;
+      for (Nodes* both : {&nodes_, &safe_nodes_}) {
+        winner ? static_cast<void>((*both)[key] = winner) : static_cast<void>(both->erase(key));
+      }
+    }
+  }
+  for (const auto& [key, node] : nodes_) {
+    std::vector<Unsynced> sectors;
+    for (const Unsynced& change : node->unsynced) {
+      if (change.bytes.empty()) sectors.push_back(change);
+      for (std::size_t at = 0, next = 0; at < change.bytes.size(); at = next) {
+        next = std::min(change.bytes.size(), at + kSector - (change.at + at) % kSector);
+        sectors.push_back({change.at + at, change.bytes.substr(at, next - at)});
+      }
+    }
+    if (order > 1) std::shuffle(sectors.begin(), sectors.end(), random);
+    node->bytes = node->safe_bytes;
+    for (const Unsynced& sector : sectors) {
+      if (kept()) node->Apply(sector);
+    }
+    node->safe_bytes = node->bytes;
+    node->unsynced.clear();
+    node->stamp = ++last_stamp_;
+  }
 }
 
 void FakeFiles::AddFolder(std::string_view path) {
@@ -228,6 +323,9 @@ FileStamp FakeFiles::Stamp(std::string_view path) const {
 std::shared_ptr<FakeFiles::Node> FakeFiles::NodeToOpen(std::string_view path, FileMode mode) const {
   if (IsFolder(Key(path))) throw FileError(Kind::kOpen, path, "a folder");
   if (!Has(path)) throw FileError(Kind::kMissing, path, "");
+  if (Writes(mode) && read_only_.contains(FolderOf(Key(path)))) {
+    throw FileError(Kind::kOpen, path, "no permission");
+  }
   const std::shared_ptr<Node>& node = nodes_.at(Key(path));
   for (const FileMode held : node->open_modes) {
     if (!Allows(held, mode) || !Allows(mode, held)) throw FileError(Kind::kOpen, path, "in use");
@@ -247,7 +345,7 @@ std::unique_ptr<FileStream> FakeFiles::Open(std::string_view path, FileMode mode
     RefuseWhereReadOnly(path);
     if (Has(path)) (void)NodeToOpen(path, mode);
     // Opening is const towards the file system's users, not towards its content.
-    Change(FileOp::kCreateNew, path, [&] { const_cast<FakeFiles&>(*this).Put(path, ""); });
+    Change(FileOp::kCreateNew, path, [&] { const_cast<FakeFiles&>(*this).Make(path); });
   }
   return std::make_unique<MemoryStream>(*this, NodeToOpen(path, mode), mode);
 }
@@ -264,13 +362,16 @@ std::unique_ptr<PendingFile> FakeFiles::StagePieces(std::string_view path, FileP
   return std::make_unique<MemoryPendingFile>(*this, path, content);
 }
 
-bool FakeFiles::CreateNew(std::string_view path) {
+bool FakeFiles::CreateNew(std::string_view path, std::string_view twin) {
   if (Has(path)) {
     Operation(FileOp::kCreateNew, path);
     return false;
   }
   RefuseWhereReadOnly(path);
-  Change(FileOp::kCreateNew, path, [&] { Put(path, ""); });
+  Change(FileOp::kCreateNew, path, [&] {
+    Make(path);
+    if (Has(twin)) NodeOf(path).stamp = NodeOf(twin).stamp;
+  });
   return true;
 }
 
@@ -282,8 +383,37 @@ void FakeFiles::Append(std::string_view path, std::string_view content) {
 
 bool FakeFiles::Delete(std::string_view path) {
   if (!Has(path) || read_only_.contains(FolderOf(Key(path)))) return false;
-  Change(FileOp::kOtherChange, path, [&] { Remove(path); });
+  Change(FileOp::kOtherChange, path, [&] { nodes_.erase(Key(path)); });
   return !Has(path);
+}
+
+bool FakeFiles::Rename(std::string_view path, std::string_view new_path) {
+  if (!Has(path) || Has(new_path) || read_only_.contains(FolderOf(Key(path)))) return false;
+  Change(FileOp::kOtherChange, path, [&] {
+    auto node = nodes_.extract(Key(path));
+    node.key() = Key(new_path);
+    node.mapped()->name = FullName(new_path);
+    nodes_.insert(std::move(node));
+  });
+  return Has(new_path);
+}
+
+bool FakeFiles::SyncFolder(std::string_view path) {
+  Change(FileOp::kOtherChange, path, [&] {
+    const auto in_folder = [folder = FolderOf(Key(path))](const auto& entry) {
+      return FolderOf(entry.first) == folder;
+    };
+    std::erase_if(safe_nodes_, in_folder);
+    std::copy_if(nodes_.begin(), nodes_.end(), std::inserter(safe_nodes_, safe_nodes_.end()),
+                 in_folder);
+  });
+  return true;
+}
+
+std::unique_ptr<FileLock> FakeFiles::HoldFile(std::string_view path) {
+  if (held_files_.contains(Key(path))) return nullptr;
+  if (!Has(path)) static_cast<void>(CreateNew(path));
+  return std::make_unique<MemoryHeldFile>(*this, std::string(path));
 }
 
 std::vector<std::string> FakeFiles::Find(std::string_view folder, std::string_view mask) const {

@@ -16,7 +16,7 @@
 namespace customsconv {
 
 // What the program asks of the files, for counting and for made-up faults. From kStage on
-// these are changes; kOtherChange appends, deletes or writes to a stream.
+// these are changes; kOtherChange appends, deletes, renames, syncs or writes to a stream.
 enum class FileOp {
   kExists,
   kStamp,
@@ -24,6 +24,7 @@ enum class FileOp {
   kOpen,
   kStreamRead,
   kStage,
+  kReserve,
   kCommit,
   kCreateNew,
   kOtherChange
@@ -67,7 +68,10 @@ class FakeFiles : public Files {
   // --- The world before and after a test; none of this counts or fails.
   void Put(std::string_view path, std::string_view bytes);
   [[nodiscard]] bool Has(std::string_view path) const { return nodes_.contains(Key(path)); }
-  void Remove(std::string_view path) { nodes_.erase(Key(path)); }
+  void Remove(std::string_view path) {
+    nodes_.erase(Key(path));
+    safe_nodes_.erase(Key(path));
+  }
   void AddFolder(std::string_view path);
   void SetStamp(std::string_view path, FileStamp stamp) { NodeOf(path).stamp = stamp; }
   // Nothing in the folder (not below it) can be written, made or deleted.
@@ -87,6 +91,9 @@ class FakeFiles : public Files {
   // are then, whatever destructors still try, until Revive.
   void DieAtChange(int n);
   void Revive() { DieAtChange(0); }
+  // Of what was written, made or deleted and not synced, nothing is left (0), all of it (1), or
+  // some of it, by sectors and in any order (a case of its own for each higher number).
+  void LosePower(unsigned order);
 
   // --- What happened.
   [[nodiscard]] int Count(FileOp op) const { return counts_[op]; }
@@ -104,9 +111,11 @@ class FakeFiles : public Files {
   [[nodiscard]] std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                          FilePieces pieces) override;
   [[nodiscard]] std::unique_ptr<OutputFile> StartOutput(std::string_view path) override;
-  [[nodiscard]] bool CreateNew(std::string_view path) override;
+  [[nodiscard]] bool CreateNew(std::string_view path, std::string_view twin = {}) override;
   void Append(std::string_view path, std::string_view content) override;
   bool Delete(std::string_view path) override;
+  bool Rename(std::string_view path, std::string_view new_path) override;
+  bool SyncFolder(std::string_view path) override;
   [[nodiscard]] std::unique_ptr<FileStream> Open(std::string_view path,
                                                  FileMode mode) const override;
   [[nodiscard]] std::vector<std::string> Find(std::string_view folder,
@@ -116,18 +125,30 @@ class FakeFiles : public Files {
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
   // A folder that is locked already would block for ever: std::logic_error.
   [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+  [[nodiscard]] std::unique_ptr<FileLock> HoldFile(std::string_view path) override;
 
  private:
   class MemoryStream;
   class MemoryPendingFile;
   class MemoryOutputFile;
   class MemoryLock;
+  class MemoryHeldFile;
+  // What was done to a file since it was synced: bytes put in, or another size without bytes.
+  struct Unsynced {
+    std::size_t at;
+    std::string bytes;
+  };
   struct Node {
+    void Apply(const Unsynced& change);
+
     std::string name;  // full name as it was made
     std::string bytes;
     FileStamp stamp = 0;
     std::vector<FileMode> open_modes;
+    std::string safe_bytes;  // as they were synced
+    std::vector<Unsynced> unsynced;
   };
+  using Nodes = std::map<std::string, std::shared_ptr<Node>>;
 
   [[nodiscard]] std::string Key(std::string_view path) const;
   [[nodiscard]] bool IsFolder(const std::string& key) const { return folders_.contains(key); }
@@ -139,12 +160,16 @@ class FakeFiles : public Files {
   void Change(FileOp op, std::string_view path, Write write) const;
   [[nodiscard]] std::shared_ptr<Node> NodeToOpen(std::string_view path, FileMode mode) const;
   void RefuseWhereReadOnly(std::string_view path) const;
+  // An empty file that is gone with the power until its folder is synced.
+  void Make(std::string_view path);
 
   // const operations count, fail and open streams, hence mutable.
-  std::map<std::string, std::shared_ptr<Node>> nodes_;
+  Nodes nodes_;
+  Nodes safe_nodes_;  // as their folders were synced
   std::set<std::string> folders_ = {"", "C:\\WORK"};
   std::set<std::string> read_only_;
   std::set<std::string> locks_;
+  std::set<std::string> held_files_;
   std::map<std::pair<std::string, FileOp>, FileError::Kind> faults_;
   mutable std::map<FileOp, int> counts_;
   mutable int changes_ = 0;

@@ -97,6 +97,27 @@ class FolderLock : public FileLock {
   FileDescriptor folder_;  // the lock goes when it is closed
 };
 
+class HeldFile : public FileLock {
+ public:
+  HeldFile(FileDescriptor file, std::string name) : file_(std::move(file)), name_(std::move(name)) {}
+  ~HeldFile() override { ::unlink(name_.c_str()); }
+  HeldFile(const HeldFile&) = delete;
+  HeldFile& operator=(const HeldFile&) = delete;
+
+  // The name still leads to the file, which who held it before may have removed.
+  [[nodiscard]] bool IsInPlace() const {
+    struct stat held {};
+    struct stat named {};
+    return ::fstat(file_.number(), &held) == 0 && ::lstat(name_.c_str(), &named) == 0 &&
+           held.st_ino == named.st_ino && held.st_dev == named.st_dev;
+  }
+  void Forget() { name_.clear(); }
+
+ private:
+  FileDescriptor file_;
+  std::string name_;
+};
+
 bool IsFile(const dirent& entry, const std::string& folder) {
   if (entry.d_type == DT_REG) return true;
   if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
@@ -183,8 +204,9 @@ void PosixFiles::ClearOnce(const std::string& folder) {
 
 // Exactly one of two that use the same letter case gets the file; all stations
 // of the family spell their marker files alike.
-bool PosixFiles::CreateNew(std::string_view path) {
+bool PosixFiles::CreateNew(std::string_view path, std::string_view twin) {
   const std::string name = SystemName(path);
+  if (!twin.empty() && ::link(SystemName(twin).c_str(), name.c_str()) == 0) return true;
   if (FileDescriptor::Open(name, O_WRONLY | O_CREAT | O_EXCL).valid()) return true;
   const int error = errno;
   if (error != EEXIST) throw SystemFileError(Kind::kCreate, path, error);
@@ -200,6 +222,17 @@ void PosixFiles::Append(std::string_view path, std::string_view content) {
 }
 
 bool PosixFiles::Delete(std::string_view path) { return ::unlink(SystemName(path).c_str()) == 0; }
+
+bool PosixFiles::Rename(std::string_view path, std::string_view new_path) {
+  const std::string to = SystemName(new_path);
+  return !StatusOf(to) && ::rename(SystemName(path).c_str(), to.c_str()) == 0;
+}
+
+bool PosixFiles::SyncFolder(std::string_view path) {
+  const FileDescriptor folder =
+      FileDescriptor::Open(FolderOf(SystemName(path)), O_RDONLY | O_DIRECTORY);
+  return folder.valid() && ::fsync(folder.number()) == 0;
+}
 
 std::unique_ptr<FileStream> PosixFiles::Open(std::string_view path, FileMode mode) const {
   return OpenStream(SystemName(path), path, mode);
@@ -251,6 +284,20 @@ std::unique_ptr<FileLock> PosixFiles::Lock(std::string_view path) {
   } while (result != 0 && errno == EINTR);
   if (result != 0) return nullptr;
   return std::make_unique<FolderLock>(std::move(folder));
+}
+
+std::unique_ptr<FileLock> PosixFiles::HoldFile(std::string_view path) {
+  const std::string name = SystemName(path);
+  ClearOnce(FolderOf(name));
+  for (;;) {
+    FileDescriptor file = FileDescriptor::Open(name, O_RDONLY | O_CREAT | O_NOFOLLOW);
+    if (!file.valid()) throw SystemFileError(Kind::kCreate, path, errno);
+    // Where the file system keeps no locks, work goes on unguarded.
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return nullptr;
+    auto held = std::make_unique<HeldFile>(std::move(file), name);
+    if (held->IsInPlace()) return held;
+    held->Forget();
+  }
 }
 
 }  // namespace customsconv::posix

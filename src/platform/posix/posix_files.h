@@ -23,9 +23,11 @@ class PosixFiles : public Files {
   [[nodiscard]] std::unique_ptr<OutputFile> StartOutput(std::string_view path) override;
   void HardenTogether(std::span<PendingFile* const> files) override;
   [[nodiscard]] std::unique_ptr<FileSeries> StartSeries(std::string_view path) override;
-  [[nodiscard]] bool CreateNew(std::string_view path) override;
+  [[nodiscard]] bool CreateNew(std::string_view path, std::string_view twin = {}) override;
   void Append(std::string_view path, std::string_view content) override;
   bool Delete(std::string_view path) override;
+  bool Rename(std::string_view path, std::string_view new_path) override;
+  bool SyncFolder(std::string_view path) override;
   [[nodiscard]] std::unique_ptr<FileStream> Open(std::string_view path,
                                                  FileMode mode) const override;
   [[nodiscard]] std::vector<std::string> Find(std::string_view folder,
@@ -37,6 +39,7 @@ class PosixFiles : public Files {
   // 1251 cannot hold.
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
   [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+  [[nodiscard]] std::unique_ptr<FileLock> HoldFile(std::string_view path) override;
 
  private:
   // Removes what killed processes left in a folder that this object writes to.

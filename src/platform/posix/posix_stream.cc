@@ -1,6 +1,8 @@
 #include "platform/posix/posix_stream.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -40,6 +42,37 @@ class PosixStream : public FileStream {
   [[nodiscard]] std::int64_t Size() const override { return Status().st_size; }
 
   [[nodiscard]] FileStamp Stamp() const override { return StampOf(Status()); }
+
+  void Reserve(std::int64_t size) override {
+    const off_t held = Status().st_size;
+    if (size <= held) return;
+    int result = 0;
+    do {
+      result = ::fallocate(file_.number(), FALLOC_FL_KEEP_SIZE, held, size - held);
+    } while (result != 0 && errno == EINTR);
+    if (result != 0 && errno != EOPNOTSUPP && errno != ENOSYS) Fail(Kind::kWrite);
+  }
+
+  void Resize(std::int64_t size) override {
+    if (::ftruncate(file_.number(), size) != 0) Fail(Kind::kWrite);
+  }
+
+  void StartSync() override {
+    // Where that cannot be asked for, the waiting does it all.
+    static_cast<void>(::sync_file_range(file_.number(), 0, 0, SYNC_FILE_RANGE_WRITE));
+  }
+
+  // The system's clock for file times ticks in milliseconds, in which others may write, too.
+  void Sync() override {
+    timespec times[2] = {{0, UTIME_OMIT}, {}};
+    ::clock_gettime(CLOCK_REALTIME, &times[1]);
+    static_cast<void>(::futimens(file_.number(), times));  // another owner's file keeps the tick
+    int result = 0;
+    do {
+      result = ::fdatasync(file_.number());
+    } while (result != 0 && errno == EINTR);
+    if (result != 0) Fail(Kind::kWrite);
+  }
 
  private:
   [[noreturn]] void Fail(Kind kind) const { throw SystemFileError(kind, path_, errno); }
