@@ -29,41 +29,29 @@ bool IsHeaderLine(std::string_view section_line) {
   return ContainsNoCase(section_line, kHeaderSection);
 }
 
-bool EndsWithHeader(std::string_view line) {
-  return line.size() >= kHeaderSection.size() &&
-         SameTextRu(line.substr(line.size() - kHeaderSection.size()), kHeaderSection);
-}
-
-// Where the section lines of one file stand. The first of equal lines counts; HEADER lines are
-// equal without regard to letter case.
+// Where the Fields and Files lines of one file stand. The first of equal lines counts.
 class SectionMap {
  public:
   // `line` must stay alive. Lines that the second pass would cut are left to its own search.
   void Add(std::string_view line, std::size_t start) {
     if (line.size() > ShortText::kMaxSize) return;
-    if (EndsWithHeader(line)) {
-      headers_.Add(line, static_cast<int>(header_starts_.size()));
-      header_starts_.push_back(static_cast<std::int64_t>(start));
-    } else if (line.ends_with(kFieldsSection) || line.ends_with(kFilesSection)) {
-      exact_.emplace(line, static_cast<std::int64_t>(start));
+    if (line.ends_with(kFieldsSection) || line.ends_with(kFilesSection)) {
+      starts_.emplace(line, static_cast<std::int64_t>(start));
     }
   }
-  [[nodiscard]] SectionPlaces PlacesOf(std::string_view code, FileStamp stamp) const {
-    const int header = headers_.Find(SectionLine(code, kHeaderSection));
-    return {stamp,
-            header < 0 ? SectionPlaces::kNowhere : header_starts_[static_cast<std::size_t>(header)],
-            PlaceOf(SectionLine(code, kFieldsSection)), PlaceOf(SectionLine(code, kFilesSection))};
+  void Complete(SectionPlaces& places, std::string_view code) const {
+    if (starts_.empty()) return;
+    places.fields = PlaceOf(SectionLine(code, kFieldsSection));
+    places.files = PlaceOf(SectionLine(code, kFilesSection));
   }
 
  private:
   [[nodiscard]] std::int64_t PlaceOf(std::string_view line) const {
-    const auto found = exact_.find(line);
-    return found == exact_.end() ? SectionPlaces::kNowhere : found->second;
+    const auto found = starts_.find(line);
+    return found == starts_.end() ? SectionPlaces::kNowhere : found->second;
   }
 
-  std::unordered_map<std::string_view, std::int64_t> exact_;
-  KeyIndex headers_;
-  std::vector<std::int64_t> header_starts_;
+  std::unordered_map<std::string_view, std::int64_t> starts_;
 };
 
 }  // namespace
@@ -96,12 +84,13 @@ void CatalogueReader::ReadFile(const std::string& file_name, CatalogueKind kind)
       if (current_ != nullptr) StoreLine(line);
     } else if (IsHeaderLine(line)) {
       stopped = !StartType(line);
+      if (!stopped) current_->Places = {stamp, static_cast<std::int64_t>(lines.start())};
     } else {
       current_ = nullptr;
     }
   }
   for (std::size_t i = types_before; i < types_.Count(); ++i) {
-    types_.Item(i).Places = sections.PlacesOf(types_.Item(i).Code, stamp);
+    sections.Complete(types_.Item(i).Places, types_.Item(i).Code);
   }
   if (!stopped && types_.Count() == types_before) {
     Abort(std::string("Неверный формат файла "_cp1251) + file_name);

@@ -42,8 +42,8 @@ class TDocProtect {
 // loaded; kNowhere for what was not seen then.
 struct SectionPlaces {
   static constexpr std::int64_t kNowhere = -1;
-  FileStamp stamp = kNoStamp;  // of the file
-  std::int64_t header = kNowhere;
+  FileStamp stamp = kNoStamp;      // of the file
+  std::int64_t header = kNowhere;  // of the line that began the type
   std::int64_t fields = kNowhere;
   std::int64_t files = kNowhere;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -59,6 +60,35 @@ void MarkCheckedTypes(const TDocTypeList& types, const Environment& environment)
   }
 }
 
+using Types = std::vector<std::unique_ptr<TDocInfo>>;
+
+// The first eight letters of a code as a number that orders as they do.
+std::uint64_t FirstLetters(std::string_view code) {
+  std::uint64_t letters = 0;
+  for (std::size_t i = 0; i < sizeof letters; ++i) {
+    letters =
+        letters << 8 | (i < code.size() ? static_cast<unsigned char>(UpperCaseChar(code[i])) : 0);
+  }
+  return letters;
+}
+
+// The first letters nearly always decide, without a look at the types, which lie far apart.
+Types SortedByCode(Types types) {
+  std::vector<std::pair<std::uint64_t, std::unique_ptr<TDocInfo>>> keyed;
+  keyed.reserve(types.size());
+  for (auto& type : types) {
+    const std::uint64_t letters = FirstLetters(type->Code);
+    keyed.emplace_back(letters, std::move(type));
+  }
+  std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
+    if (a.first != b.first) return a.first < b.first;
+    return CompareTextRu(a.second->Code, b.second->Code) < 0;
+  });
+  std::transform(keyed.begin(), keyed.end(), types.begin(),
+                 [](auto& entry) { return std::move(entry.second); });
+  return types;
+}
+
 }  // namespace
 
 TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environment& environment) {
@@ -70,15 +100,21 @@ TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environm
   }
   if (all_files) ReadAllFiles(reader, environment);
 
-  types_ = types.Take();
-  std::sort(types_.begin(), types_.end(),
-            [](const auto& a, const auto& b) { return NoCaseLess{}(a->Code, b->Code); });
-  codes_.Reserve(types_.size());
-  for (int i = 0; i < Count(); ++i) codes_.Add(Item(i).Code, i);
+  types_ = SortedByCode(types.Take());
   if (all_files) MarkCheckedTypes(*this, environment);
 }
 
 TDocTypeList::~TDocTypeList() = default;
+
+int TDocTypeList::IndexOf(std::string_view code) const {
+  const auto found =
+      std::lower_bound(types_.begin(), types_.end(), code,
+                       [](const std::unique_ptr<TDocInfo>& type, std::string_view wanted) {
+                         return CompareTextRu(type->Code, wanted) < 0;
+                       });
+  if (found == types_.end() || !SameTextRu((*found)->Code, code)) return -1;
+  return static_cast<int>(found - types_.begin());
+}
 
 TDocInfo& TDocTypeList::GetDocInfo(std::string_view code) const {
   const int index = IndexOf(code);

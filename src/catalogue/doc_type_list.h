@@ -8,7 +8,6 @@
 
 #include "catalogue/doc_info.h"
 #include "services/environment.h"
-#include "text/key_index.h"
 
 namespace customsconv {
 
@@ -27,7 +26,7 @@ class TDocTypeList {
   [[nodiscard]] int Count() const { return static_cast<int>(types_.size()); }
   [[nodiscard]] TDocInfo& Item(int index) const { return *types_[static_cast<std::size_t>(index)]; }
   // Index of the type of that code, any letter case; -1 when there is none.
-  [[nodiscard]] int IndexOf(std::string_view code) const { return codes_.Find(code); }
+  [[nodiscard]] int IndexOf(std::string_view code) const;
   // Throws Error "Не описан документ " + code.
   [[nodiscard]] TDocInfo& GetDocInfo(std::string_view code) const;
   // The type stored in that head table (any letter case); among several the one whose short name
@@ -36,7 +35,6 @@ class TDocTypeList {
 
  private:
   std::vector<std::unique_ptr<TDocInfo>> types_;
-  KeyIndex codes_;  // to the positions in types_
 };
 
 }  // namespace customsconv

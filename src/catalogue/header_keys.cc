@@ -6,11 +6,14 @@
 #include <string>
 
 #include "base/letter_case.h"
+#include "text/char_set.h"
 #include "text/numbers.h"
 #include "text/words.h"
 
 namespace customsconv {
 namespace {
+
+constexpr CharSet kDelimiters(" =");
 
 template <std::string TDocInfo::*kMember>
 void StoreText(TDocInfo& info, std::string_view value) {
@@ -106,7 +109,7 @@ HeaderKey StoreHeaderLine(std::string_view line, TDocInfo& info) {
     info.ExtraLines.emplace_back(line);
     return HeaderKey::kPlain;
   }
-  entry->store(info, TextFromWord(1, line, " ="));
+  entry->store(info, TextFromWord(1, line, kDelimiters));
   return entry->key;
 }
 

@@ -123,7 +123,7 @@ std::vector<std::string_view> WordsQuoted(std::string_view text, const CharSet& 
 }
 
 std::string_view TextFromWord(std::size_t number, std::string_view text,
-                              std::string_view delimiters) {
+                              const CharSet& delimiters) {
   const std::string_view word = ExtractWord(number + 1, text, delimiters);
   if (word.empty()) return {};
   return Trim(text.substr(static_cast<std::size_t>(word.data() - text.data())));

@@ -41,7 +41,7 @@ namespace customsconv {
 // Everything from the start of word `number` (from 0 here) to the end of the
 // text, trimmed of bytes up to 32; empty when there are not number + 1 words.
 [[nodiscard]] std::string_view TextFromWord(std::size_t number, std::string_view text,
-                                            std::string_view delimiters);
+                                            const CharSet& delimiters);
 
 // Positions count from 1; 0 means absent, also for an empty pattern.
 [[nodiscard]] std::size_t PosFrom(std::string_view pattern, std::string_view text,
