@@ -53,10 +53,8 @@ class CliWorld {
     host.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
     host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(kCatalogue);
     host.files["C:\\RULES\\armti.txt"] = WinLines(kRules);
-    host.files["C:\\OUT\\DBRHEAD.DBF"] =
-        TableImage().Field("G073", 'C', 7).Field("G011", 'C', 4).Bytes();
-    host.files["C:\\OUT\\DBRTOV.DBF"] =
-        TableImage().Field("G073", 'C', 7).Field("G33", 'C', 2).Bytes();
+    host.files["C:\\OUT\\DBRHEAD.DBF"] = TableImage("G073 C7, G011 C4").Bytes();
+    host.files["C:\\OUT\\DBRTOV.DBF"] = TableImage("G073 C7, G33 C2").Bytes();
     Xml("10702020_110615_0001234", "<Proc>ИМ</Proc><Goods><Code>0101</Code></Goods>");
   }
 

@@ -22,19 +22,6 @@ TEST_F(DumpTest, JsonHoldsWhatIsFilledInFieldOrder) {
   EXPECT_EQ(output.remarks, "");
 }
 
-TEST_F(DumpTest, TextIsAnIndentedTree) {
-  Xml("1", "<Proc>ИМ</Proc><Goods><Code>01\r\n02</Code><Part><Sum>1</Sum></Part></Goods>");
-  EXPECT_EQ(RunProgram(R"(dump --program C:\PROG C:\IN\1.xml)"), kDone);
-  EXPECT_EQ(output.results, R"(ESADout 1
-  Proc = ИМ
-  Goods 1
-    Code = 01
-           02
-    Part 1
-      Sum = 1
-)");
-}
-
 // What was lost before the error is told as well.
 TEST_F(DumpTest, AnErrorFollowsTheDocumentsBeforeIt) {
   host.files["C:\\IN\\1.xml"] =

@@ -8,7 +8,7 @@ namespace {
 class TablesTest : public CliWorld, public testing::Test {
  protected:
   TablesTest() {
-    TableImage image = TableImage().Field("G32", 'N', 5).Field("SUM", 'N', 8, 2);
+    TableImage image = TableImage("G32 N5, SUM N8.2");
     image.Field("NAME", 'C', 20).Field("DAY", 'D', 8);
     image.Row({"1", "3.50", "Сахар, \"песок\"", "20260317"}).DeletedRow({"2", "", "Соль"});
     host.files["C:\\OUT\\GOODS.DBF"] = image.Row({"3"}).Bytes();
@@ -61,7 +61,7 @@ TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
 
 TEST_F(TablesTest, ShowFilledBreaksLongRows) {
   const std::string x(80, 'x');
-  TableImage wide = TableImage().Field("A", 'C', 80).Field("B", 'C', 80).Field("C", 'C', 5);
+  TableImage wide = TableImage("A C80, B C80, C C5");
   host.files["C:\\OUT\\WIDE.DBF"] = wide.Row({x, x, "5"}).Bytes();
   EXPECT_EQ(RunProgram(R"(tables show --filled C:\OUT\WIDE.DBF)"), kDone);
   EXPECT_EQ(output.results.substr(output.results.find('\n') + 1),

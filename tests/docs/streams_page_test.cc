@@ -33,40 +33,31 @@ std::string BytesShown(const std::string& name) {
   return bytes;
 }
 
-TEST(StreamsPage, ShowsWhatIsWritten) {
+TEST(StreamsPage, ShowsWhatIsWrittenAndRead) {
   FakeHost host;
   host.files[kNote] = "";  // with it the folder is there
-  TDocWriteStream stream(host.files, kNote, kSignature, kModeCreate);
-  stream.WriteShortText(Win("Товар"));
-  stream.WriteLongText("AB");
-  stream.WriteLongText("");
-  stream.Write("\x02\x01\0\0", 4);
+  {
+    TDocWriteStream stream(host.files, kNote, kSignature, kModeCreate);
+    stream.WriteShortText(Win("Товар"));
+    stream.WriteLongText("AB");
+    stream.WriteLongText("");
+    stream.Write("\x02\x01\0\0", 4);
+  }
   EXPECT_EQ(host.files[kNote], BytesShown("note.bin"));
-
-  TDocWriteStream(host.files, kOther, "", kModeCreate).WriteLongText(std::string(65535, 'x'));
-  EXPECT_EQ(host.files.Read(kOther).substr(0, 8), BytesShown("long.bin"));
-}
-
-TEST(StreamsPage, ShowsWhatIsRead) {
-  FakeHost host;
-  host.files[kNote] = BytesShown("note.bin");
   TDocReadStream document(host.files, kNote, kSignature);
   ShortText goods;
-  std::string letters;
-  std::string nothing = "something";
+  std::string letters, nothing = "something";
   document.ReadShortText(goods);
   document.ReadLongText(letters);
   document.ReadLongText(nothing);
   EXPECT_EQ(Utf8(goods) + "," + letters + "," + nothing, "Товар,AB,");
 
+  TDocWriteStream(host.files, kOther, "", kModeCreate).WriteLongText(std::string(65535, 'x'));
+  EXPECT_EQ(host.files.Read(kOther).substr(0, 8), BytesShown("long.bin"));
   host.files[kOther] = BytesShown("lines.bin");
   TReadStream lines(host.files, kOther, kModeRead);
   std::string read;
-  while (!lines.AtEnd()) {
-    std::string line;
-    lines.ReadLnLong(line);
-    read.append("<").append(line).append(">");
-  }
+  for (std::string line; !lines.AtEnd(); read += "<" + line + ">") lines.ReadLnLong(line);
   EXPECT_EQ(read, "<A><B><C\nD>");
 }
 

@@ -61,10 +61,8 @@ TEST_F(BadInputTest, TableSetsThatLackTables) {
 }
 
 TEST_F(BadInputTest, TablesThatLackFields) {
-  host.files["C:\\OUT\\DBRHEAD.DBF"] =
-      TableImage().Field("OTHER", 'C', 8).Field("G011", 'C', 1).Bytes();
-  host.files["C:\\OUT\\DBRTOV.DBF"] =
-      TableImage().Field("G33", 'N', 3).Field("G32", 'C', 1).Bytes();
+  host.files["C:\\OUT\\DBRHEAD.DBF"] = TableImage("OTHER C8, G011 C1").Bytes();
+  host.files["C:\\OUT\\DBRTOV.DBF"] = TableImage("G33 N3, G32 C1").Bytes();
   EXPECT_TRUE(Convert({Declaration("A")}));
   EXPECT_EQ(Table("DBRHEAD.DBF"), "OTHER C8, G011 C1\n1: G011=\"I\"\n");
   EXPECT_EQ(Table("DBRTOV.DBF"), "G33 N3, G32 C1\n1: G33=\"0\"\n");
@@ -72,7 +70,7 @@ TEST_F(BadInputTest, TablesThatLackFields) {
 
 // Rows are added in the layout that the table has; what its maker put elsewhere stays.
 TEST_F(BadInputTest, TablesOfOtherMakers) {
-  const TableImage fields = TableImage().Field("G073", 'C', 7).Field("G33", 'C', 10);
+  const TableImage fields = TableImage("G073 C7, G33 C10");
   const TableImage goods = TableImage(fields).Row({"1", "Я"});
   const TableImage memo = TableImage(fields).Field("NOTE", 'M', 10).Row({"1", "Я"});
   const struct {

@@ -35,33 +35,21 @@ static_assert(sizeof(RegisterCall) == 56, "a 32-bit program");
 asm(R"(
   .text
 MakeRegisterCall:
-  pushl %ebp
-  pushl %ebx
-  pushl %esi
-  pushl %edi
+  pushl %ebp; pushl %ebx; pushl %esi; pushl %edi
   movl %esp, register_call+52
   subl register_call+20, %esp
   movl %esp, register_call+44
   pushl register_call+16
-  movl register_call+4, %eax
-  movl register_call+8, %edx
-  movl register_call+12, %ecx
-  movl $0x0B0B0B0B, %ebx
-  movl $0x51515151, %esi
-  movl $0xD1D1D1D1, %edi
-  movl $0xB9B9B9B9, %ebp
+  movl register_call+4, %eax; movl register_call+8, %edx; movl register_call+12, %ecx
+  movl $0x0B0B0B0B, %ebx; movl $0x51515151, %esi
+  movl $0xD1D1D1D1, %edi; movl $0xB9B9B9B9, %ebp
   call *register_call+0
   movl %eax, register_call+24
-  movl %ebx, register_call+28
-  movl %esi, register_call+32
-  movl %edi, register_call+36
-  movl %ebp, register_call+40
+  movl %ebx, register_call+28; movl %esi, register_call+32
+  movl %edi, register_call+36; movl %ebp, register_call+40
   movl %esp, register_call+48
   movl register_call+52, %esp
-  popl %edi
-  popl %esi
-  popl %ebx
-  popl %ebp
+  popl %edi; popl %esi; popl %ebx; popl %ebp
   ret
 )");
 

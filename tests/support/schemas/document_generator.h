@@ -26,9 +26,6 @@ struct DocumentPlan {
 [[nodiscard]] std::string GenerateDocument(schema::SchemaSet& schemas, const std::string& root,
                                            const DocumentPlan& plan);
 
-// How many branches the widest choice of the documents has; at least 1.
-[[nodiscard]] int MostBranches(schema::SchemaSet& schemas, const std::string& root);
-
 }  // namespace customsconv
 
 #endif  // CUSTOMSCONV_TESTS_SUPPORT_SCHEMAS_DOCUMENT_GENERATOR_H_

@@ -79,10 +79,7 @@ TEST_F(SetLevelsTest, KnowWhatTellsRowsApart) {
 
 TEST(DeclarationNumber, ComesInManyForms) {
   FakeHost host;
-  host.files["C:\\H.DBF"] = TableImage()
-                                .Field("G071", 'C', 8)
-                                .Field("G072", 'D', 8)
-                                .Field("G073", 'C', 7)
+  host.files["C:\\H.DBF"] = TableImage("G071 C8, G072 D8, G073 C7")
                                 .Row({"10702020", "20150611", "0001234"})
                                 .Row({"КT000001", "", "7"})
                                 .Bytes();
@@ -131,7 +128,7 @@ TEST_F(SetLevelsTest, LeadToAllRowsOfADeclaration) {
                       .Row({"1", "20150611", "8", "b"})
                       .DeletedRow({"1", "20150611", "8", "x"})
                       .Row({"1", "20150611", "8", "c"}));
-  put("LIST.DBF", TableImage().Field("UID", 'C', 4).Row({"a"}).Row({"b"}).Row({"c"}).Row({"x"}));
+  put("LIST.DBF", TableImage("UID C4").Row({"a"}).Row({"b"}).Row({"c"}).Row({"x"}));
   put("TOVAR.DBF", table({})
                        .Field("G32", 'N', 3)
                        .Row({"1", "20150611", "8", "1"})
@@ -141,7 +138,7 @@ TEST_F(SetLevelsTest, LeadToAllRowsOfADeclaration) {
                      .Field("G32", 'N', 3)
                      .Row({"1", "20150611", "8", "9"})
                      .Row({"1", "20150611", "7", "1"}));
-  put("ALL.DBF", TableImage().Field("A", 'C', 60).Row({"x"}));
+  put("ALL.DBF", TableImage("A C60").Row({"x"}));
   put("DOK.DBF", table({})
                      .Field("G32", 'N', 3)
                      .Row({"1", "20150611", "8", "1"})

@@ -60,11 +60,8 @@ TEST(TableRows, ReadsEachValueByTheTypeOfItsField) {
   };
   for (const auto& c : cases) {
     FakeHost host;
-    host.files[kTable] = TableImage()
-                             .Field("A", 'C', 2)
-                             .Field("F", c.type, c.width, c.decimals)
-                             .Row({"Яя", c.stored})
-                             .Bytes();
+    host.files[kTable] =
+        TableImage("A C2").Field("F", c.type, c.width, c.decimals).Row({"Яя", c.stored}).Bytes();
     TableRows rows(host, "c:\\out\\t");
     ASSERT_TRUE(rows.Next());
     EXPECT_EQ(Shown(rows.Values()[0]), "text Яя");
@@ -75,7 +72,7 @@ TEST(TableRows, ReadsEachValueByTheTypeOfItsField) {
 TEST(TableRows, KeepsBytesThatNoTextNeeds) {
   FakeHost host;
   const std::string bytes("a\r\n\x15\x01\xDB\"\0c\0\0", 11);  // 0xDB: a full block in code page 866
-  std::string table = TableImage().Field("F", 'C', 12).Field("G", 'C', 50).Row({}).Bytes();
+  std::string table = TableImage("F C12, G C50").Row({}).Bytes();
   table.replace(table.size() - 63, bytes.size(), bytes);
   host.files[kTable] = table;
   TableRows rows(host, kTable);
@@ -85,7 +82,7 @@ TEST(TableRows, KeepsBytesThatNoTextNeeds) {
 
 TEST(TableRows, WalksSelectedColumnsUnderNamesThatDiffer) {
   FakeHost host;
-  TableImage image = TableImage().Field("NAIM", 'C', 3).Field("naim", 'C', 3);
+  TableImage image = TableImage("NAIM C3, naim C3");
   image.Field("ИМЯ", 'N', 3).Field("DELETED", 'L', 1);
   host.files[kTable] = image.Row({"a", "b", "1", "T"}).DeletedRow({"c", "d", "2", "F"}).Bytes();
   TableRows rows(host, kTable);
@@ -107,7 +104,7 @@ TEST(TableRows, TellsATableThatIsNotWhole) {
   FakeHost host;
   EXPECT_EQ(ErrorOf([&] { TableRows(host, kTable); }),
             Win("dBaseInt: Не найден файл C:\\OUT\\T.DBF"));
-  host.files[kTable] = TableImage().Field("F", 'C', 60).Row({"a"}).Bytes();
+  host.files[kTable] = TableImage("F C60").Row({"a"}).Bytes();
   TableRows rows(host, kTable);
   EXPECT_EQ(ErrorOf([&] { rows.GoTo(2); }),
             Win("Не могу прочитать файл C:\\OUT\\T.DBF: нет строки 2"));
