@@ -16,9 +16,9 @@ TFieldInfo::TFieldInfo(TFieldInfo&&) noexcept = default;
 TFieldInfo& TFieldInfo::operator=(TFieldInfo&&) noexcept = default;
 
 bool TFieldInfo::IsLongText() const {
-  if (type == 'M' || lines > 1) return true;
+  if (type == FieldType::kComposite || lines > 1) return true;
   if (name.starts_with('&') || width < kShortestLongText) return false;
-  return type == ' ';
+  return type == FieldType::kText;
 }
 
 }  // namespace customsconv

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/field_type.h"
+
 namespace customsconv {
 
 class TBasis;
@@ -32,9 +34,7 @@ struct TFieldInfo {
 
   std::string name;
   std::string caption;  // attributes removed
-  // " " text, "C" character, "N" number, "D" date, "L" logical, "M" composite,
-  // "V" part of a composite, "B" grouping element, or what the catalogue or table says.
-  char type = ' ';
+  FieldType type = FieldType::kText;
   std::int16_t width = 0;  // characters, per line for multi-line fields
   std::int16_t lines = 1;
   std::uint8_t decimals = 0;
@@ -49,8 +49,8 @@ struct TFieldInfo {
   bool is_block = false;
 
   std::unique_ptr<TBasis> block;  // of a block: its level
-  TSubFieldsList sub_fields;      // of type "M"
-  int part = -1;                  // of type "V": position in its parent's list, -1 without
+  TSubFieldsList sub_fields;      // of a composite
+  int part = -1;                  // of a part: position in its parent's list, -1 without
 
   // Long text is shown as one line when flattened and is re-broken when stored.
   [[nodiscard]] bool IsLongText() const;

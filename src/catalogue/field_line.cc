@@ -79,17 +79,17 @@ void ApplyTypeAndWidth(std::string_view type_and_width, TFieldInfo& field) {
   if (IsDigit(type_and_width[0])) {
     throw Error(std::string("Отсутствует пробел между длиной поля и описанием"_cp1251));
   }
-  field.type = type_and_width[0];
-  if (field.type == 'D' && field.xml_path.empty()) {
+  field.type = static_cast<FieldType>(type_and_width[0]);
+  if (field.type == FieldType::kDate && field.xml_path.empty()) {
     field.width = kDateWidth;
     return;
   }
   const std::string_view sizes = type_and_width.substr(1);
   const std::size_t point = sizes.find('.');
-  const int default_width = field.type == 'N' ? kDefaultNumberWidth : kDefaultWidth;
+  const int default_width = field.type == FieldType::kNumber ? kDefaultNumberWidth : kDefaultWidth;
   field.width = WidthOf(IntOr(Before(sizes, point), default_width));
   field.decimals = ByteOf(After(sizes, point));
-  if (field.type == 'N' && field.decimals > 0) {
+  if (field.type == FieldType::kNumber && field.decimals > 0) {
     field.width = WidthOf(field.width + field.decimals + 1);
   }
 }

@@ -96,7 +96,7 @@ class SectionReader {
     FieldLine line = ParseFieldLine(text, options_.name_case);
     TakePendingCaption(line.field);
     if (line.IsPart()) {
-      line.field.type = 'V';
+      line.field.type = FieldType::kPart;
       AddPart(line);
     } else if (line.format.empty()) {
       dialogs_.Message(std::string("Не указана длина поля "_cp1251) + line.field.name);
@@ -113,7 +113,9 @@ class SectionReader {
     const int position = PositionOf(line.field.name.substr(0, line.field.name.find('.')));
     if (position < 0) return;
     TFieldInfo& parent = basis.MutableItem(position);
-    if (parent.type == 'C' || parent.type == ' ') parent.type = 'M';
+    if (parent.type == FieldType::kCharacter || parent.type == FieldType::kText) {
+      parent.type = FieldType::kComposite;
+    }
     line.field.part = static_cast<int>(parent.sub_fields.size());
     parent.sub_fields.push_back(ParseSubField(line.format, line.field));
   }

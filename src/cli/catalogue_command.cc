@@ -26,9 +26,11 @@ struct OpenLevel {
   int position = 0;
 };
 
-std::string FieldType(const TFieldInfo& field) {
-  const char letter = field.type == ' ' ? '-' : field.type;
-  std::string type = Utf8FromWin({&letter, 1});
+// The letter of a field's type, in code page 1251.
+std::string TypeLetter(const TFieldInfo& field) { return {static_cast<char>(field.type)}; }
+
+std::string TypeAndWidth(const TFieldInfo& field) {
+  std::string type = field.type == FieldType::kText ? "-" : Utf8FromWin(TypeLetter(field));
   type += " " + std::to_string(field.width);
   if (field.decimals > 0) type += "." + std::to_string(field.decimals);
   if (field.lines > 1) type += " x" + std::to_string(field.lines);
@@ -114,7 +116,7 @@ class CatalogueView {
   void ShowField(const TFieldInfo& field, std::size_t depth) {
     if (!context_.json) {
       std::string line(depth * 2, ' ');
-      line += Utf8FromWin(field.name) + "  " + (field.is_block ? "block" : FieldType(field));
+      line += Utf8FromWin(field.name) + "  " + (field.is_block ? "block" : TypeAndWidth(field));
       if (!field.xml_path.empty()) line += "  <" + Utf8FromWin(field.xml_path) + ">";
       if (!field.caption.empty()) line += "  " + Utf8FromWin(field.caption);
       context_.output.Result(line + "\n");
@@ -128,7 +130,7 @@ class CatalogueView {
       json_.Key("block").BeginArray();
       return;  // closed behind the block's own fields
     }
-    json_.Key("type").WinText(std::string_view(&field.type, 1));
+    json_.Key("type").WinText(TypeLetter(field));
     json_.Key("width").Number(field.width);
     json_.Key("lines").Number(field.lines);
     json_.Key("decimals").Number(field.decimals);

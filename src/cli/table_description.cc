@@ -20,7 +20,8 @@ struct TypeRule {
   int max_width;
 };
 constexpr TypeRule kTypes[] = {
-    {'C', 1, 65000}, {'N', 1, 32}, {'D', 8, 8}, {'L', 1, 1}, {'M', 10, 10},
+    {column_type::kCharacter, 1, 65000}, {column_type::kNumber, 1, 32}, {column_type::kDate, 8, 8},
+    {column_type::kLogical, 1, 1},       {column_type::kMemo, 10, 10},
 };
 
 class DescriptionReader {
@@ -72,7 +73,7 @@ class DescriptionReader {
     }
     field.length = static_cast<std::uint16_t>(width);
     const int decimals = words.size() == 5 ? IntOr(words[4], -1) : 0;
-    const int most_decimals = field.type == 'N' && width > 2 ? width - 2 : 0;
+    const int most_decimals = field.type == column_type::kNumber && width > 2 ? width - 2 : 0;
     if (decimals < 0 || decimals > most_decimals) {
       Fail("the decimals lie from 0 to " + std::to_string(most_decimals));
     }

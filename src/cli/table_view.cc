@@ -120,7 +120,7 @@ void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output) {
   const auto print = [&](const std::string& number, const auto& text_of) {
     std::string line = Cell(number, number_width + 1, true);
     for (int i = 0; i < FieldCount(table); ++i) {
-      const bool at_right = table.FieldAt(i).type == 'N';
+      const bool at_right = table.FieldAt(i).type == column_type::kNumber;
       line += kBar;
       line += Cell(text_of(i), widths[static_cast<std::size_t>(i)], at_right);
     }

@@ -9,13 +9,24 @@
 
 namespace customsconv {
 
+// Type letters of table fields that mean something here; a table may have others. (Those of
+// catalogue fields are another alphabet: catalogue/field_type.h.)
+namespace column_type {
+inline constexpr char kCharacter = 'C';
+inline constexpr char kNumber = 'N';
+inline constexpr char kFloat = 'F';  // a number that other programs write
+inline constexpr char kDate = 'D';
+inline constexpr char kLogical = 'L';
+inline constexpr char kMemo = 'M';  // the number of a block in another file
+}  // namespace column_type
+
 // One field of a dBase table.
 struct FieldDescriptor {
   std::string name;          // code page 1251, upper case, padded with blanks to 11
   std::uint16_t offset = 0;  // within the record; the first field stands at 1
   std::uint16_t length = 0;  // in bytes
   std::uint8_t decimals = 0;
-  char type = 'C';
+  char type = column_type::kCharacter;
 
   // `name` without its padding.
   [[nodiscard]] std::string_view TrimmedName() const;

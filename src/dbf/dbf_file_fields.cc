@@ -26,7 +26,7 @@ NameAndForm SplitRawPrefix(std::string_view name) {
 }
 
 bool CanBeContinued(const FieldDescriptor& field) {
-  return field.type == 'C' && field.length >= kLongText;
+  return field.type == column_type::kCharacter && field.length >= kLongText;
 }
 
 }  // namespace
@@ -115,7 +115,7 @@ void TFileDbfFile::SetField(int field, std::string_view value, bool raw) {
   if (raw) {
     dbf::StoreText(to, found->length, value);
   } else {
-    dbf::StoreValue(to, *found, value, found->type == 'D' ? ThisYear() : 0);
+    dbf::StoreValue(to, *found, value, found->type == column_type::kDate ? ThisYear() : 0);
   }
 }
 
@@ -136,7 +136,7 @@ void TFileDbfFile::PutFieldByName(std::string_view name, std::string_view value)
 int TFileDbfFile::SetLongField(int field, std::string_view value, bool raw) {
   const FieldDescriptor* first = Field(field);
   if (first == nullptr) return 0;
-  if (first->type != 'C' || value.size() < kLongText) {
+  if (first->type != column_type::kCharacter || value.size() < kLongText) {
     SetField(field, value, raw);
     return 1;
   }

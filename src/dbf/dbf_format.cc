@@ -13,7 +13,9 @@ namespace {
 constexpr std::size_t kMaxU16 = 0xFFFF;
 constexpr std::size_t kMaxByte = 0xFF;
 
-bool IsMemo(const FieldDescriptor& field) { return UpperCaseChar(field.type) == 'M'; }
+bool IsMemo(const FieldDescriptor& field) {
+  return UpperCaseChar(field.type) == column_type::kMemo;
+}
 
 std::size_t HeaderLengthOf(const TDescrs& fields) {
   return kDescriptorSize * (fields.size() + 1) + kEndOfDescriptors.size();
@@ -42,7 +44,7 @@ void WriteDescriptor(char* to, const FieldDescriptor& field) {
   std::memcpy(to, name.data(), std::min(name.size(), kNameSize));
   to[kTypeAt] = field.type;
   to[kLengthAt] = static_cast<char>(field.length & kMaxByte);
-  const bool long_text = field.type == 'C' && field.length > kMaxByte;
+  const bool long_text = field.type == column_type::kCharacter && field.length > kMaxByte;
   to[kDecimalsAt] = static_cast<char>(long_text ? field.length >> 8 : field.decimals);
 }
 
@@ -69,7 +71,7 @@ FieldDescriptor ReadDescriptor(std::string_view bytes) {
   field.type = bytes[kTypeAt];
   field.length = static_cast<unsigned char>(bytes[kLengthAt]);
   field.decimals = static_cast<std::uint8_t>(bytes[kDecimalsAt]);
-  if (field.type == 'C' && field.decimals != 0) {
+  if (field.type == column_type::kCharacter && field.decimals != 0) {
     field.length = static_cast<std::uint16_t>(field.length + (field.decimals << 8));
     field.decimals = 0;
   }
@@ -78,7 +80,8 @@ FieldDescriptor ReadDescriptor(std::string_view bytes) {
 
 bool CanBeWritten(const TDescrs& fields) {
   const auto readable = [](const FieldDescriptor& field) {
-    if (field.type == 'C') return field.length > kMaxByte || field.decimals == 0;
+    if (field.type == column_type::kCharacter)
+      return field.length > kMaxByte || field.decimals == 0;
     return field.length <= kMaxByte;
   };
   return HeaderLengthOf(fields) <= kMaxU16 && RecordLengthOf(fields) <= kMaxU16 &&

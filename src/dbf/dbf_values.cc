@@ -37,7 +37,7 @@ std::string MemoNumber(std::string_view stored) {
 }
 
 bool IsBinaryMemo(char type, std::uint8_t version) {
-  return type == 'M' && version == kVersionExtended;
+  return type == column_type::kMemo && version == kVersionExtended;
 }
 
 // ---- as stored
@@ -131,13 +131,13 @@ void StoreNumber(Cell cell, std::string_view value, std::size_t decimals) {
 
 ShortText ShownValue(char type, std::uint8_t version, std::string_view stored) {
   stored = CutToShort(stored);
-  if (type == 'D' && IsCompactDate(stored)) return ShownDate(stored);
+  if (type == column_type::kDate && IsCompactDate(stored)) return ShownDate(stored);
   if (IsBinaryMemo(type, version)) return MemoNumber(stored);
   return WinFromDosShort(Trim(stored));
 }
 
 std::string ShownLongValue(char type, std::uint8_t version, std::string_view stored) {
-  if (type == 'D' || IsBinaryMemo(type, version)) {
+  if (type == column_type::kDate || IsBinaryMemo(type, version)) {
     return ShownValue(type, version, stored).str();
   }
   return WinFromDos(Trim(stored));
@@ -147,13 +147,13 @@ void StoreValue(char* to, const FieldDescriptor& field, std::string_view value, 
   const Cell cell{to, field.length};
   value = TrimRight(CutToShort(value));
   switch (field.type) {
-    case 'D':
+    case column_type::kDate:
       return StoreDate(cell, value, this_year);
-    case 'L':
+    case column_type::kLogical:
       return StoreLogical(cell, value);
-    case 'M':
+    case column_type::kMemo:
       return StoreText(to, cell.width, PadLeftBlanks(value, cell.width));
-    case 'N':
+    case column_type::kNumber:
       return StoreNumber(cell, value, field.decimals);
     default:
       return StoreText(to, cell.width, value);

@@ -367,8 +367,9 @@ void TDocument::AppendFieldByNum(int position, std::string_view tail) {
     TDocFieldList* const record = position_.record;
     if (record == nullptr || position < 0 || position >= record->Count()) return;
     const TFieldInfo& entry = position_.basis->Item(position);
-    if (entry.type == 'L' && record->Text(position).empty()) record->SetText(position, "0");
-    if (entry.type == 'V') {  // what is read is not what is stored
+    if (entry.type == FieldType::kLogical && record->Text(position).empty())
+      record->SetText(position, "0");
+    if (entry.type == FieldType::kPart) {  // what is read is not what is stored
       const std::string value = ReadFrom(*record, position).text;
       StoreField(*record, position, value + std::string(tail));
       return;

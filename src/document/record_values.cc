@@ -12,7 +12,7 @@ namespace {
 // when there is none.
 int CompositeOf(const TBasis& basis, int part_position) {
   int position = part_position;
-  while (position >= 0 && basis.Item(position).type != 'M') --position;
+  while (position >= 0 && basis.Item(position).type != FieldType::kComposite) --position;
   return position;
 }
 
@@ -40,9 +40,9 @@ bool StorePart(TDocFieldList& record, int position, std::string_view value,
 std::string ReadRecordValue(const TDocFieldList& record, int position, bool flatten,
                             const SearchedRange& searched) {
   const TFieldInfo& entry = record.Basis().Item(position);
-  if (entry.type == 'V') return ReadPart(record, position, searched);
+  if (entry.type == FieldType::kPart) return ReadPart(record, position, searched);
   const std::string_view text = record.Text(position);
-  if (entry.type == 'L') return text.empty() ? "0" : std::string(text);
+  if (entry.type == FieldType::kLogical) return text.empty() ? "0" : std::string(text);
   if (flatten && entry.IsLongText()) return StripControls(text, /*trim_end=*/true);
   return std::string(text);
 }
@@ -51,7 +51,8 @@ bool StoreRecordValue(TDocFieldList& record, int position, std::string_view valu
                       const SearchedRange& searched) {
   const TBasis& basis = record.Basis();
   if (position < 0 || position >= basis.Count()) return false;
-  if (basis.Item(position).type == 'V') return StorePart(record, position, value, searched);
+  if (basis.Item(position).type == FieldType::kPart)
+    return StorePart(record, position, value, searched);
   if (position >= record.Count()) throw ListIndexError(position);
   record.SetText(position, value);
   return true;
@@ -59,7 +60,7 @@ bool StoreRecordValue(TDocFieldList& record, int position, std::string_view valu
 
 int EntryBeforeChoice(const TBasis& basis, int position) {
   const auto is_passed_over = [](const TFieldInfo& entry) {
-    return entry.choice > 0 || entry.type == 'B';
+    return entry.choice > 0 || entry.type == FieldType::kGroup;
   };
   int entry = std::min(position, basis.Count()) - 1;
   while (entry >= 0 && is_passed_over(basis.Item(entry))) --entry;

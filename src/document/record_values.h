@@ -11,7 +11,7 @@
 namespace customsconv {
 
 // Values of one record, read and stored as the types of their entries want it: an empty flag
-// reads as "0", a part (type "V") stands inside the composite value before it, long text can be
+// reads as "0", a part stands inside the composite value before it, long text can be
 // read as one line.
 
 // Which characters of a composite value the look-up of a part searches; empty: all.

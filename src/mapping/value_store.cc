@@ -66,8 +66,8 @@ ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_f
                               const Environment& environment) {
   if (source_field == nullptr) return value;
   // Only a date asks the clock: it is asked often enough to show.
-  if (source_field->type == 'D') return ConvertDate(value, environment.ThisYear());
-  if (source_field->type == 'L') return LogicalValue(value, source_field->caption);
+  if (source_field->type == FieldType::kDate) return ConvertDate(value, environment.ThisYear());
+  if (source_field->type == FieldType::kLogical) return LogicalValue(value, source_field->caption);
   return value;
 }
 

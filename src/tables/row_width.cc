@@ -9,11 +9,12 @@ namespace customsconv {
 std::size_t WidthInRow(const TFieldInfo& field, std::string_view value, int this_year) {
   char row[ShortText::kMaxSize];
   FieldDescriptor wide;
-  wide.type = field.type;
+  wide.type = static_cast<char>(field.type);
   wide.decimals = field.decimals;
   wide.length = sizeof row;
   dbf::StoreValue(row, wide, value, this_year);
-  return field.type == 'N' ? Trim({row, sizeof row}).size() : TrimRight({row, sizeof row}).size();
+  return field.type == FieldType::kNumber ? Trim({row, sizeof row}).size()
+                                          : TrimRight({row, sizeof row}).size();
 }
 
 }  // namespace customsconv

@@ -21,7 +21,9 @@ constexpr int kLineWidth = 101;
 TFieldInfo FieldOf(const FieldDescriptor& descriptor) {
   TFieldInfo field;
   field.name = Trim(descriptor.name);
-  field.type = descriptor.type;
+  // Character, number, date and logical fields have the same letters in the catalogue. A memo's is
+  // that of a composite there, and is read like it: as long text.
+  field.type = static_cast<FieldType>(descriptor.type);
   field.decimals = descriptor.decimals;
   field.table_width = descriptor.length;
   if (descriptor.length > kWidestLine) {

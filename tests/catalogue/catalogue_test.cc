@@ -123,7 +123,7 @@ TEST(Catalogue, GivesDosTypesTheMainBlockOfTheirSuccessor) {
             "TOVARBLOCK");
   EXPECT_EQ(types.GetDocInfo("_DS2").GetBasis(world).Item(0).name, "A");
   TDocInfo& longest = types.GetDocInfo("_LONGERTHANTEN");
-  EXPECT_EQ(longest.GetBasis(world).Item(0).type, DosFromWin(Win("Я"))[0])
+  EXPECT_EQ(longest.GetBasis(world).Item(0).type, FieldType(DosFromWin(Win("Я"))[0]))
       << "fields are not converted";
   EXPECT_EQ(longest.DateFieldNo, 1);
 }

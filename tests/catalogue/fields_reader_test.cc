@@ -10,7 +10,7 @@ namespace {
 
 // "N18.2" or "C20x3 {10,20}"; a space stands for the type of plain text.
 std::string Sizes(const TFieldInfo& field) {
-  std::string text = std::string(1, field.type) + std::to_string(field.width);
+  std::string text = std::string(1, static_cast<char>(field.type)) + std::to_string(field.width);
   if (field.decimals != 0) text += "." + std::to_string(field.decimals);
   if (field.lines != 1) text += "x" + std::to_string(field.lines);
   for (const int width : field.line_widths) text += "," + std::to_string(width);
@@ -124,8 +124,8 @@ TEST(FieldsReader, MakesCompositesOfFieldsWithParts) {
   const std::pair<const char*, int> parts[] = {
       {"EARLY.1", -1}, {"G31.1", 0}, {"G31.2", 1}, {"NUM.1", 0}};
   for (const auto& [name, part] : parts) EXPECT_EQ(basis.FieldByName(name).part, part) << name;
-  EXPECT_EQ(basis.FieldByName("NUM").type, 'N');
-  EXPECT_EQ(basis.FieldByName("NUM.1").type, 'V');
+  EXPECT_EQ(basis.FieldByName("NUM").type, FieldType::kNumber);
+  EXPECT_EQ(basis.FieldByName("NUM.1").type, FieldType::kPart);
 }
 
 TEST(FieldsReader, NamesFileAndSectionOfWhatItCannotRead) {

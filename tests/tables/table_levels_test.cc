@@ -54,8 +54,8 @@ std::string Describe(const TBasis& basis) {
     text += " " + field.name;
     text += field.block != nullptr
                 ? "{" + Describe(*field.block) + "}"
-                : std::string("=") + field.type + std::to_string(field.width) + "." +
-                      std::to_string(field.decimals) + "x" + std::to_string(field.lines);
+                : std::string("=") + static_cast<char>(field.type) + std::to_string(field.width) +
+                      "." + std::to_string(field.decimals) + "x" + std::to_string(field.lines);
   }
   return text;
 }

@@ -42,7 +42,8 @@ bool HoldsText(const TFileDbfFile& table, int field, std::string_view text) {
 }
 
 bool HoldsDay(const TFileDbfFile& table, int field, std::string_view day) {
-  if (table.FieldAt(field).type == 'D') return SameDay(Trim(table.StoredField(field)), day);
+  if (table.FieldAt(field).type == column_type::kDate)
+    return SameDay(Trim(table.StoredField(field)), day);
   const auto digits = DigitsOfDay(table.GetField(field));
   return digits && SameDay(*digits, day);
 }

@@ -18,7 +18,7 @@ std::vector<TableColumn> ColumnsOf(const TDescrs& fields) {
   std::vector<TableColumn> columns;
   for (const FieldDescriptor& field : fields) {
     columns.push_back({Utf8FromWin(names.Of(field.TrimmedName())), KindOf(field), field.length,
-                       field.type == 'M' ? 0 : field.decimals, field.type,
+                       field.type == column_type::kMemo ? 0 : field.decimals, field.type,
                        static_cast<int>(columns.size())});
   }
   return columns;
@@ -46,7 +46,8 @@ void TableRows::Select(const std::vector<int>& positions) {
 void TableRows::AddDeleted() {
   UniqueNames names;
   for (const TableColumn& column : columns_) static_cast<void>(names.Of(*WinFromUtf8(column.name)));
-  columns_.push_back({Utf8FromWin(names.Of("DELETED")), ColumnKind::kLogical, 1, 0, 'L', kMark});
+  columns_.push_back(
+      {Utf8FromWin(names.Of("DELETED")), ColumnKind::kLogical, 1, 0, column_type::kLogical, kMark});
   ColumnsChanged();
 }
 
@@ -93,7 +94,8 @@ TableValue TableRows::ValueOf(int field) {
   const FieldDescriptor& descriptor = table_.FieldAt(field);
   [[maybe_unused]] const std::size_t capacity = room_.capacity();
   std::string_view stored = table_.StoredField(field);
-  if (descriptor.type == 'M') {  // some tables hold the number of the block as four bytes
+  if (descriptor.type ==
+      column_type::kMemo) {  // some tables hold the number of the block as four bytes
     const std::size_t start = room_.size();
     room_ += table_.GetField(field);
     stored = std::string_view(room_).substr(start);

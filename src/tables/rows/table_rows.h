@@ -20,8 +20,8 @@ struct TableColumn {
   ColumnKind kind = ColumnKind::kText;
   int width = 0;  // bytes in the table, the point of a number among them
   int decimals = 0;
-  char type = 'C';  // of the field
-  int field = 0;    // its index; -1 for the mark of deletion
+  char type = column_type::kCharacter;  // of the field
+  int field = 0;                        // its index; -1 for the mark of deletion
 };
 
 // The rows of one table as typed values, one at a time, for programs that know nothing of dBase:

@@ -116,13 +116,13 @@ TableValue ReadLogical(std::string_view stored, std::string& room) {
 
 ColumnKind KindOf(const FieldDescriptor& field) {
   switch (field.type) {
-    case 'N':
-    case 'F':
-    case 'M':  // the number of a block
+    case column_type::kNumber:
+    case column_type::kFloat:
+    case column_type::kMemo:  // the number of a block
       return ColumnKind::kDecimal;
-    case 'D':
+    case column_type::kDate:
       return ColumnKind::kDate;
-    case 'L':
+    case column_type::kLogical:
       return ColumnKind::kLogical;
     default:
       return ColumnKind::kText;

@@ -38,7 +38,7 @@ void DocumentFiller::FillFrom(const TXMLNode& child) {
   const TBasis& basis = document_.CurBasis();
   const int position = basis.IndexOfXmlPath(ChildKey(child));
   const int last_field = std::exchange(levels_.back().last_field, position);
-  if (position < 0 || basis.Item(position).type == 'B') return FillFromUnknown(child);
+  if (position < 0 || basis.Item(position).type == FieldType::kGroup) return FillFromUnknown(child);
   const TFieldInfo& field = basis.Item(position);
   if (field.is_block) return FillRecord(child, field);
   if (position != last_field) return StoreValue(child, position, field);

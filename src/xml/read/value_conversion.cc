@@ -79,13 +79,14 @@ std::string_view ConvertBinary(std::string_view value, std::string& buffer) {
 
 }  // namespace
 
-std::string_view ConvertXmlValue(std::string_view value, char field_type, std::string& buffer) {
+std::string_view ConvertXmlValue(std::string_view value, FieldType field_type,
+                                 std::string& buffer) {
   switch (field_type) {
-    case 'D':
+    case FieldType::kDate:
       return ConvertDate(value, buffer);
-    case 'N':
+    case FieldType::kNumber:
       return ConvertNumber(value, buffer);
-    case 'Y':
+    case FieldType::kBinary:
       return ConvertBinary(value, buffer);
     default:
       return value;

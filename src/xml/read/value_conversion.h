@@ -4,16 +4,18 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/field_type.h"
+
 namespace customsconv {
 
-// A value of an XML file as a field of that type letter holds it:
+// A value of an XML file as a field of that type holds it:
 //
-//   ConvertXmlValue("2015-06-11", 'D', buffer)   "11.06.2015"
-//   ConvertXmlValue("12,5", 'N', buffer)         "12.5"
+//   ConvertXmlValue("2015-06-11", FieldType::kDate, buffer)   "11.06.2015"
+//   ConvertXmlValue("12,5", FieldType::kNumber, buffer)         "12.5"
 //
-// Base64 content of type "Y" is decoded and packed in zlib's format; all else stays as it is.
+// Base64 content of a binary field is decoded and packed in zlib's format; all else stays as it is.
 // Returns `value` itself or a view of `buffer`.
-[[nodiscard]] std::string_view ConvertXmlValue(std::string_view value, char field_type,
+[[nodiscard]] std::string_view ConvertXmlValue(std::string_view value, FieldType field_type,
                                                std::string& buffer);
 
 }  // namespace customsconv

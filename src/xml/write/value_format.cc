@@ -66,19 +66,19 @@ std::string_view ValueFormatter::Keep(std::string text) {
 std::string_view ValueFormatter::Format(const TFieldInfo& field, std::string_view raw) {
   if (raw.empty()) return {};
   switch (field.type) {
-    case 'Z':
+    case FieldType::kMarkup:
       return raw;
-    case 'M':
+    case FieldType::kComposite:
       return Keep(StructuredValue(field, raw));
-    case 'N':
+    case FieldType::kNumber:
       return Number(raw);
-    case 'S':
-    case 'C':
-    case ' ':
+    case FieldType::kString:
+    case FieldType::kCharacter:
+    case FieldType::kText:
       return Escaped(raw);
-    case 'L':
+    case FieldType::kLogical:
       return StrToBoolRu(raw) ? "true" : "false";
-    case 'D':
+    case FieldType::kDate:
       return DateText(raw);
     default:
       return {};
