@@ -22,7 +22,7 @@ constexpr int kTypesAsked = 50;
 
 // Stores into all fields of the document's top and main level.
 void Fill(TDocument& document) {
-  document.OpenBlock("", 0, false);
+  document.OpenBlock("");
   for (int i = 0; i < document.RootBasis().Count(); ++i) {
     document.SetFieldByNum(i, "a");
     document.AppendFieldByNum(i, "b");
@@ -33,7 +33,7 @@ void Fill(TDocument& document) {
   (void)document.JoinBlockField(document.DocInfo().MainBlock, "", JoinMode::kBlanks);
   for (int i = 0; i < document.RootBasis().Count(); ++i) {
     if (document.RootBasis().Item(i).is_block) {
-      document.OpenBlock("\\\\" + document.RootBasis().Item(i).name, 0, false);
+      document.OpenBlock("\\\\" + document.RootBasis().Item(i).name);
       document.SetChoice(0, 1);
     }
   }

@@ -36,14 +36,14 @@ TOVAR {
 };
 
 void Evaluate(TDocument& document, std::string_view expression, std::string_view values) {
-  document.OpenBlock("", 0, false);
+  document.OpenBlock("");
   for (const char* name : {"A", "B", "M.R", "M.P", "M", "M.Q", "M.P"}) {
     document.SetField(name, values.substr(0, values.find('\n')));
     values.remove_prefix(std::min(values.find('\n'), values.size()));
     if (!values.empty()) values.remove_prefix(1);
   }
   document.SetFieldEx(expression, values);
-  document.OpenBlock("TOVAR\\1\\DOCS", 0, false);
+  document.OpenBlock("TOVAR\\1\\DOCS");
   for (const int mode : {0, kNoBlanksBetweenPieces}) {
     const std::string value = GetFieldValue(document, expression, 0, mode);
     if (value != GetFieldValue(document, expression, 0, mode)) __builtin_trap();

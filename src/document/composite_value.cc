@@ -1,3 +1,5 @@
+// Searches marks in the text itself; nothing of its structure is kept.
+
 #include "document/composite_value.h"
 
 #include <algorithm>

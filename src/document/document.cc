@@ -1,3 +1,5 @@
+// Positions, the operations relative to them, and the main block. Texts live in the records.
+
 #include "document/document.h"
 
 #include <algorithm>
@@ -113,7 +115,7 @@ int TDocument::RecordCount(std::string_view path) {
 
 // ---- records
 
-void TDocument::OpenBlock(std::string_view path, int record_number, bool /*in_goods_order*/) {
+void TDocument::OpenBlock(std::string_view path, int record_number) {
   Modified = true;
   const std::string kept(path);  // `path` may be a view of the path that we leave
   path = kept;

@@ -27,8 +27,15 @@ struct FieldValue {
   const TFieldInfo* field = nullptr;
 };
 
-// One document of a catalogue type in memory: a tree of records, every value a text. It has a
-// current position (a record or a record list, reached by a path) and a stack of
+// One document of a catalogue type in memory: a tree of records, every value a text.
+//
+//   const auto document = CreateDocument("ESADout", types, environment);
+//   document->OpenBlock("");                      // a fresh top record; before it nothing is kept
+//   document->OpenBlock("\\\\TOVAR");             // one goods record more, now current
+//   document->SetField("G33", "8413708100");
+//   document->GetFieldEx("\\\\TOVAR\\1\\G33");    // "8413708100", wherever we are
+//
+// It has a current position (a record or a record list, reached by a path) and a stack of
 // saved positions; most operations work relative to it.
 //
 // Paths alternate block names and record numbers (from 1): TOVAR\3\DOCS\1. A path that begins
@@ -57,7 +64,7 @@ class TDocument {
   // starts the whole document afresh: references to its records are good no longer. A
   // parent that does not exist is opened first, once, by its block's name. Throws Error when
   // the level has no such block. Goods stay in the order in which they are opened.
-  virtual void OpenBlock(std::string_view path, int record_number, bool in_goods_order);
+  void OpenBlock(std::string_view path, int record_number = 0);
   // Strings at the place that the path leads to: the records of a block, the slots of a
   // record; 0 when it leads nowhere.
   [[nodiscard]] int RecordCount(std::string_view path);

@@ -1,3 +1,5 @@
+// Walks block names and record numbers down the tree, allocating nothing.
+
 #include "document/document_path.h"
 
 #include <algorithm>

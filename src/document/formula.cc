@@ -1,3 +1,5 @@
+// Innermost parentheses first, each replaced by its value as text; what is left is flat.
+
 #include "document/formula.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// Slots in pages, texts and lists in the arena; a slot that was never written takes no room.
+
 #include "document/record.h"
 
 #include <algorithm>

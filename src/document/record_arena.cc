@@ -1,3 +1,5 @@
+// A bump allocator with lists of released blocks by size.
+
 #include "document/record_arena.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// What a type letter means for reading and storing.
+
 #include "document/record_values.h"
 
 #include <algorithm>

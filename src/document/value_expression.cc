@@ -1,3 +1,6 @@
+// A concatenation is split into groups, a group into terms; CALC puts values in place of names and
+// has the formula evaluated.
+
 #include "document/value_expression.h"
 
 #include <array>

@@ -11,7 +11,7 @@ class TDocument;
 // Mode 3 leaves out the blanks that are otherwise put between pieces.
 inline constexpr int kNoBlanksBetweenPieces = 3;
 
-// Value of an expression of the family's display language over a document: a path,
+// Value of an expression as declaration forms show it, over a document: a path,
 // CALC(...) arithmetic, or a concatenation of fields and quoted texts in which a group
 // whose fields are all empty disappears with its texts. Field names are looked for in
 // the top level, then in the main-block record `goods_index` (from 0), then at the current

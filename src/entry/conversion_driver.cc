@@ -1,3 +1,6 @@
+// One document after the other: which section and which table set serve it, and why it is skipped
+// when none does.
+
 #include "entry/conversion_driver.h"
 
 #include <memory>

@@ -13,7 +13,7 @@ namespace customsconv {
 // separator): settles the registration number, picks the section of the rules and the table-set
 // type for each document, maps it and saves it. Throws Error when a file cannot
 // be read or a table set cannot be opened or saved; documents saved before stay
-// saved. An error inside a mapping is shown and the document saved all the same.
+// saved. An error inside a mapping is shown, and what was mapped before it is saved.
 void RunConversion(std::string_view rules_file, std::string_view xml_file,
                    std::string_view output_dir, TDocTypeList& types, TDbfCache& tables,
                    Environment& environment, ConversionObserver* observer = nullptr);

@@ -1,3 +1,5 @@
+// Where the number of a declaration may stand, most trusted place first.
+
 #include "entry/registration_number.h"
 
 #include "dbf/dbf_file.h"

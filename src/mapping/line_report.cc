@@ -1,3 +1,6 @@
+// Judges a line by what the target holds after it, so that the account needs nothing of how a
+// value was stored.
+
 #include "mapping/line_report.h"
 
 #include <algorithm>

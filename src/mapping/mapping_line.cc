@@ -1,3 +1,5 @@
+// Splits the lines of a section into field and expression; further words are a comment.
+
 #include "mapping/mapping_line.h"
 
 #include "text/words.h"

@@ -1,3 +1,6 @@
+// The order of the steps of one record. It is part of what the tables show: later steps overwrite
+// or add to what earlier ones wrote, and a line may move the target to a further record.
+
 #include "mapping/record_mapper.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Reads go by paths from the root, so that no rule depends on where another left the source.
+
 #include "mapping/record_scope.h"
 
 namespace customsconv {

@@ -14,7 +14,13 @@ namespace customsconv {
 inline constexpr CharSet kPathSeparator{"\\"};
 
 // One record on its way from the source to the target: what the mapping lines and every
-// built-in rule look at, and the few things that rules do.
+// built-in rule look at, and the few things that rules do. A rule reads like this:
+//
+//   if (!record.PathHolds("ReimportDocument")) return;    // where the source record stands
+//   record.Set("G4401", "9");                             // in the current target record
+//   record.Append("\\\\TRANS");                           // a further one, current from now on
+//   record.Set("VIDTRANS", record.HeaderValue("Mode"));
+//   record.SelectTargetRoot();
 class RecordScope {
  public:
   // `source_path` is empty for the source's root, `target_block` for the
@@ -53,7 +59,7 @@ class RecordScope {
   [[nodiscard]] FieldValue JoinSource(std::string_view block, std::string_view field = {});
 
   // Appends a record to a target block; it becomes current.
-  void Append(std::string_view block) { target.OpenBlock(block, 0, false); }
+  void Append(std::string_view block) { target.OpenBlock(block); }
   // Writes a field of the current target record, unless it is a key of the parent record: its
   // value is not a rule's to give.
   void Set(std::string_view field, std::string_view value);

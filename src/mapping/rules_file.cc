@@ -1,3 +1,5 @@
+// The text stays in one piece; lines and names are views of it.
+
 #include "mapping/rules_file.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// From the lines of a section to the records that they are for: which table, which source block,
+// which records of it.
+
 #include "mapping/section_mapper.h"
 
 #include <string>

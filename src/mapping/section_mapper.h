@@ -8,6 +8,13 @@
 
 namespace customsconv {
 
+// The mapping copies a source document into a table-set document by a section of the rules and by
+// the built-in rules:
+//
+//   const RulesFile rules = RulesFile::Load(files, "C:\\RULES\\armti.txt");
+//   MappingRun run{environment, rules};              // for all documents of a file
+//   MapTableSection({run, source, target}, *rules.FindSection("ESADout"));
+//
 // Applies the section of the rules file that begins at `start_line` to a
 // source and its target document: the header lines once, each sub-section once a
 // source record. Sub-sections that name unknown tables or blocks are reported by

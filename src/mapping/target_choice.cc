@@ -1,3 +1,5 @@
+// Table sets keep some records elsewhere than the rules say. Everything that moves one stands here.
+
 #include "mapping/target_choice.h"
 
 #include "text/blanks.h"

@@ -1,3 +1,5 @@
+// The forms of a source expression, from the plain name to a joined block.
+
 #include "mapping/value_source.h"
 
 #include "text/text_split.h"

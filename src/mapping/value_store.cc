@@ -1,3 +1,5 @@
+// Dates and flags of XML take the form that tables want; bracket forms gather several values.
+
 #include "mapping/value_store.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// Loading and saving as a whole; rows are read by TableLoader and written by TableWriter.
+
 #include "tables/dbf_document.h"
 
 #include <optional>
@@ -48,7 +50,7 @@ void TDbfDocument::Load(std::string_view path) {
   deleted_rows_.clear();
   const std::int32_t row = IntOr(FileNameOf(path), 1);
   doc_folder_ = FolderPart(path);
-  OpenBlock({}, 0, false);
+  OpenBlock({});
   TableLoader loader(cache_, doc_folder_);
   row_count_ = loader.LoadHead(RootRecord(), row);
   root_rec_no_ = row;
@@ -80,7 +82,7 @@ void TDbfDocument::Save(std::string_view folder) {
   lock->Release();
 }
 
-void TDbfDocument::DeleteRecord(std::string_view path, bool /*flag*/) {
+void TDbfDocument::DeleteRecord(std::string_view path) {
   PushPosition();
   try {
     NoteRow(path);

@@ -17,6 +17,12 @@ class TDbfCache;
 
 // One head row of a table set with all its child rows, as a document: each
 // block is a table, each record a row.
+//
+//   const auto set = CreateDbfDocument("TD5", "C:\\OUT\\", types, cache, environment);
+//   set->OpenBlock("");             // a new head row, or set->Load("C:\\OUT\\3") for the third
+//   set->SetField("G073", "0001234");
+//   set->OpenBlock("\\\\TOVAR");    // a row of the goods table; it needs no G073:
+//   set->Save("C:\\OUT\\");         // the save fills keys from the record above (TableKeys)
 class TDbfDocument : public TDocument {
  public:
   // The type's levels must have been read from the table headers (CreateDbfDocument does
@@ -38,7 +44,7 @@ class TDbfDocument : public TDocument {
   [[nodiscard]] const RowCounts& AppendedRows() const { return appended_rows_; }
   // Notes the row of the record for deletion at the next save and removes the record; rows of
   // the records below it stay.
-  void DeleteRecord(std::string_view path, bool flag);
+  void DeleteRecord(std::string_view path);
 
   [[nodiscard]] const ShortText& DocFolder() const { return doc_folder_; }
   [[nodiscard]] std::int32_t RootRecNo() const { return root_rec_no_; }

@@ -1,3 +1,5 @@
+// Stores the value in a row that has room for it, which is what a table does, and measures.
+
 #include "tables/row_width.h"
 
 #include "base/short_text.h"

@@ -1,3 +1,5 @@
+// A level is complete when the line of another one ends it; it is hung on its parent then.
+
 #include "tables/table_levels.h"
 
 #include <memory>

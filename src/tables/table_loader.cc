@@ -1,3 +1,6 @@
+// Level by level, each table read once from its first row to its last: a row finds its parents by
+// its key in a hash table, however many records and rows there are.
+
 #include "tables/table_loader.h"
 
 #include <algorithm>

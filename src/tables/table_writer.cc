@@ -1,3 +1,5 @@
+// Walks the records with a stack of its own, as deep as levels nest.
+
 #include "tables/table_writer.h"
 
 #include <algorithm>

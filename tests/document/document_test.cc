@@ -49,19 +49,19 @@ class DocumentTest : public testing::Test {
  protected:
   // Goods 1 to 2 with "g1" and "g2" in G33; the position is at the top.
   DocumentTest() {
-    document.OpenBlock("", 0, false);
+    document.OpenBlock("");
     AddGoods({"g1", "g2"});
   }
 
   void AddGoods(const std::vector<const char*>& values) {
     for (const char* value : values) {
-      document.OpenBlock(R"(\\TOVAR)", 0, false);
+      document.OpenBlock(R"(\\TOVAR)");
       document.SetField("G33", value);
     }
     document.SetCurrentPath(R"(\\)");
   }
   std::string OpenError(std::string_view path, int number = 0) {
-    return Utf8(ErrorOf([&] { document.OpenBlock(path, number, false); }));
+    return Utf8(ErrorOf([&] { document.OpenBlock(path, number); }));
   }
 
   CatalogueWorld world{kCatalogue};
@@ -94,7 +94,7 @@ TEST_F(DocumentTest, WithoutSlotsValuesGoNowhereOrAreReported) {
 }
 
 TEST_F(DocumentTest, WalksPathsAndKeepsThePositionWhenTheyLeadNowhere) {
-  document.OpenBlock(R"(\\TOVAR\2\DOCS)", 0, false);
+  document.OpenBlock(R"(\\TOVAR\2\DOCS)");
   const auto walk = [this](std::string_view from, std::string_view path) {
     document.SetCurrentPath(R"(\\)");
     document.SetCurrentPath(from);
@@ -123,13 +123,13 @@ TEST_F(DocumentTest, AtARecordListOnlyPathsFromTheTopRead) {
 }
 
 TEST_F(DocumentTest, OpensAndInsertsRecords) {
-  document.OpenBlock("TOVAR", 1, false);
+  document.OpenBlock("TOVAR", 1);
   EXPECT_EQ(document.CurPath(), R"(TOVAR\1\)");
   EXPECT_EQ(document.GetFieldEx(R"(TOVAR\2\G33)"), "g1");
-  document.OpenBlock(R"(\\TOVAR\3\DOCS\)", 0, true);
+  document.OpenBlock(R"(\\TOVAR\3\DOCS\)");
   EXPECT_EQ(document.CurPath(), R"(TOVAR\3\DOCS\1\)");
   // There is no fifth, so the next one is opened.
-  document.OpenBlock(R"(\\TOVAR\5\DOCS)", 0, false);
+  document.OpenBlock(R"(\\TOVAR\5\DOCS)");
   EXPECT_EQ(document.CurPath(), R"(TOVAR\5\DOCS\1\)");
   EXPECT_EQ(document.RecordCount(R"(\\TOVAR\4\DOCS)"), 1);
 
@@ -143,7 +143,7 @@ TEST_F(DocumentTest, MissingParentWithoutNumberFallsBackToAFreshDocument) {
   document.SetCurrentPath(R"(TOVAR\2)");
   document.PushPosition();
   document.SetCurrentPath(R"(\\)");
-  document.OpenBlock(R"(CARS\TOVAR)", 0, false);
+  document.OpenBlock(R"(CARS\TOVAR)");
   EXPECT_EQ(document.CurPath(), R"(CARS\TOVAR\1\)");
   EXPECT_EQ(document.MainRecordCount(), 1);
   EXPECT_EQ(document.GetFieldEx(R"(TOVAR\1\G33)"), "");
@@ -200,7 +200,7 @@ TEST_F(DocumentTest, IdentifiersReachTopAndGoods) {
 }
 
 TEST_F(DocumentTest, OnlyAskingForAValueOfTheMainBlockOpensARecord) {
-  document.OpenBlock("", 0, false);
+  document.OpenBlock("");
   EXPECT_EQ(document.MainBasis().Item(0).name, "G33");
   EXPECT_EQ(document.MainRecordCount(), 0);
   EXPECT_EQ(document.GetFieldById(1000, 0), "");
@@ -229,7 +229,7 @@ TEST_F(DocumentTest, JoinsAFieldOfABlock) {
                {{"a ", "b"}, "a \r\nb", "a b", "a \r\nb"},
                {{}, "", "", ""}};
   for (const auto& c : cases) {
-    document.OpenBlock("", 0, false);
+    document.OpenBlock("");
     AddGoods(c.values);
     EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kLines).text, c.lines);
     EXPECT_EQ(document.JoinBlockField(R"(\\TOVAR)", "", JoinMode::kBlanks).text, c.blanks);
@@ -241,7 +241,7 @@ TEST_F(DocumentTest, JoinsAFieldOfABlock) {
 TEST_F(DocumentTest, ChoiceGoesIntoTheMarkBeforeItOrBeforeItsBlock) {
   const auto marks = [this](std::string_view block, int position, int choice) {
     document.SetCurrentPath(R"(\\)");
-    if (!block.empty()) document.OpenBlock(block, 0, false);
+    if (!block.empty()) document.OpenBlock(block);
     document.SetChoice(position, choice);
     return document.GetFieldEx("KIND_CHOICE") + "/" + document.GetFieldEx("LAST_CHOICE");
   };

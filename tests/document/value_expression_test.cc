@@ -49,16 +49,16 @@ TEST(EvaluateFormula, TakesLongAndDeepFormulas) {
 class GetFieldValueTest : public testing::Test {
  protected:
   GetFieldValueTest() {
-    document.OpenBlock("", 0, false);
+    document.OpenBlock("");
     const Cases values = {{"NAME", "Иванов"},    {"POST", "boss\r\n"}, {"D", "\r\n\t05.03.09"},
                           {"ISO", "2009-03-05"}, {"SUM", "10.5"},      {"LIST", "10,5"},
                           {"RATE", "18%"},       {"e", "3"},           {"AMOUNT", "5647503467.73"}};
     for (const auto& [name, value] : values) document.SetField(name, Win(value));
     for (const char* code : {"7201", "7202", "7203", "7204"}) {
-      document.OpenBlock(R"(\\TOVAR)", 0, false);
+      document.OpenBlock(R"(\\TOVAR)");
       document.SetField("G33", code);
     }
-    document.OpenBlock(R"(\\CARS)", 0, false);
+    document.OpenBlock(R"(\\CARS)");
     document.SetField("NUM", "A123");
   }
 

@@ -11,12 +11,16 @@ namespace {
 
 constexpr const char* kEmptyGoods = "G073 C7, G32 N5, G33 C10\n";
 
+// By SkipReason.
+constexpr const char* kReasons[] = {"not the first declaration", "its kind is not converted",
+                                    "no section", "not the first of its kind", "no table set"};
+
 // Notes what became of each document.
 class Notes : public ConversionObserver {
  public:
   void RegistrationNumber(std::string_view number) override { text += std::string(number) + "\n"; }
   void Skipped(const DocumentReport& document, SkipReason reason) override {
-    text += Name(document) + " skipped " + std::to_string(static_cast<int>(reason)) + "\n";
+    text += Name(document) + " skipped: " + kReasons[static_cast<std::size_t>(reason)] + "\n";
   }
   void Converted(const DocumentReport& document) override {
     text += Name(document) + " into " + std::string(document.table);
@@ -49,11 +53,11 @@ TEST_F(ConversionDriverTest, TellsWhatItConvertsAndSkips) {
   EXPECT_EQ(notes.text,
             "10702020/110615/0001234\n"
             "ESADout 1 into DBRHEAD.DBF DBRHEAD.DBF+1 DBRTOV.DBF+1\n"
-            "ESADout 2 skipped 0\n"
-            "KTDout 1 skipped 0\n"
+            "ESADout 2 skipped: not the first declaration\n"
+            "KTDout 1 skipped: not the first declaration\n"
             "DTSout 1 into SBRHEAD.DBF SBRHEAD.DBF+1\n"
-            "DTSout 2 skipped 3\n"
-            "Letter 1 skipped 1\n");
+            "DTSout 2 skipped: not the first of its kind\n"
+            "Letter 1 skipped: its kind is not converted\n");
 }
 
 TEST_F(ConversionDriverTest, AnErrorInTheMappingIsShownAndTheRestSaved) {

@@ -28,15 +28,13 @@ class ConversionWorld {
     host.files["C:\\PROG\\kord.ini"] = "";
     host.files["C:\\PROG\\DOCUMENT.INI"] = "";
     host.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
-    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(kCatalogue);
+    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(
+        KindOf("ESADout") + KindOf("KTDout") + KindOf("DTSout") + KindOf("Letter") + kTableSets);
     host.files["C:\\RULES\\armti.txt"] = WinLines(kRules);
-    const TableImage number = TableImage().Field("G073", 'C', 7);
-    host.files["C:\\OUT\\SBRHEAD.DBF"] = number.Bytes();
-    host.files["C:\\OUT\\DBRHEAD.DBF"] =
-        TableImage(number).Field("G071", 'C', 8).Field("G011", 'C', 4).Field("G19", 'L', 1).Bytes();
-    host.files["C:\\OUT\\DBRTOV.DBF"] =
-        TableImage(number).Field("G32", 'N', 5).Field("G33", 'C', 10).Bytes();
-    host.files["C:\\OUT\\DBRCMP.DBF"] = TableImage(number).Field("NAME", 'C', 10).Bytes();
+    Put("SBRHEAD", TableImage("G073 C7"));
+    Put("DBRHEAD", TableImage("G073 C7, G071 C8, G011 C4, G19 L1"));
+    Put("DBRTOV", TableImage("G073 C7, G32 N5, G33 C10"));
+    Put("DBRCMP", TableImage("G073 C7, NAME C10"));
   }
 
   // Converts one file whose documents follow each other in envelopes.
@@ -53,6 +51,10 @@ class ConversionWorld {
     return TableDump(host.files["C:\\OUT\\" + std::string(name)].bytes());
   }
 
+  void Put(const std::string& table, const TableImage& image) {
+    host.files["C:\\OUT\\" + table + ".DBF"] = image.Bytes();
+  }
+
   static std::string Declaration(std::string_view codes, std::string_view root = "ESADout") {
     std::string goods;
     for (const char code : codes) {
@@ -62,27 +64,43 @@ class ConversionWorld {
            ">";
   }
 
-  static constexpr const char* kCatalogue =
-      "[ESADout.HEADER]\nShortName=DT\nXmlType=x\nMainBlock=Goods\nPrefix=<ESADout a=\"1\">\n"
-      "[ESADout.Fields]\nProc=C2 | NAMESPACE=\"Proc\"\n"
-      "Goods { NAMESPACE=\"Goods\"\n  Code=C10 | NAMESPACE=\"Code\"\n}\n"
-      "[KTDout.HEADER]\nShortName=KTD\nXmlType=x\nMainBlock=Goods\nPrefix=<KTDout a=\"1\">\n"
-      "[KTDout.Fields]\nProc=C2 | NAMESPACE=\"Proc\"\n"
-      "Goods { NAMESPACE=\"Goods\"\n  Code=C10 | NAMESPACE=\"Code\"\n}\n"
-      "[DTSout.HEADER]\nShortName=DTS\nXmlType=x\nPrefix=<DTSout a=\"1\">\n"
-      "[DTSout.Fields]\nProc=C2 | NAMESPACE=\"Proc\"\n"
-      "[Letter.HEADER]\nShortName=L\nXmlType=x\nPrefix=<Letter a=\"1\">\n"
-      "[Letter.Fields]\nText=C10 | NAMESPACE=\"Text\"\n"
-      "[TD1.HEADER]\nShortName=DT 1\nMainBlock=TOVAR\nDbfName=dbrhead.dbf\n"
-      "[TD1.Files]\nHEAD=DBRHEAD.DBF\n"
-      "[TD5.HEADER]\nShortName=DT 5\nMainBlock=TOVAR\nDbfName=DBRHEAD.DBF\n"
-      "[TD5.Files]\nHEAD = DBRHEAD.DBF [G073]\n  TOVAR = DBRTOV.DBF [G073]\n"
-      "  COMP = DBRCMP.DBF [G073]\n"
-      "[TS.HEADER]\nShortName=DTS 1\nDbfName=SBRHEAD.DBF\n[TS.Files]\nHEAD = SBRHEAD.DBF [G073]\n";
+  // A kind of documents from XML.
+  static std::string KindOf(const std::string& code) {
+    return "[" + code + ".HEADER]\nXmlType=x\nMainBlock=Goods\nPrefix=<" + code + " a=\"1\">\n[" +
+           code + R"(.Fields]
+Proc=C2 | NAMESPACE="Proc"
+Text=C10 | NAMESPACE="Text"
+Goods { NAMESPACE="Goods"
+  Code=C10 | NAMESPACE="Code"
+}
+)";
+  }
 
-  static constexpr const char* kRules =
-      "[DBRHEAD]\n=ESADout,KTDout\nG011=Proc\n[DBRTOV]\nGoods{\nG33=Code\n"
-      "[SBRHEAD]\n=DTSout_CU\n";
+  static constexpr const char* kTableSets = R"([TD1.HEADER]
+DbfName=dbrhead.dbf
+[TD1.Files]
+HEAD = DBRHEAD.DBF
+[TD5.HEADER]
+MainBlock=TOVAR
+DbfName=DBRHEAD.DBF
+[TD5.Files]
+HEAD = DBRHEAD.DBF [G073]
+  TOVAR = DBRTOV.DBF [G073]
+  COMP = DBRCMP.DBF [G073]
+[TS.HEADER]
+DbfName=SBRHEAD.DBF
+[TS.Files]
+HEAD = SBRHEAD.DBF [G073]
+)";
+  static constexpr const char* kRules = R"([DBRHEAD]
+=ESADout,KTDout
+G011=Proc
+[DBRTOV]
+Goods{
+G33=Code
+[SBRHEAD]
+=DTSout_CU
+)";
 
   FakeHost host;
   NoServices services;

@@ -45,10 +45,11 @@ TEST_F(RegistrationNumberTest, ComesFromTheFileNameElseFromTheText) {
 }
 
 TEST_F(RegistrationNumberTest, ComesFromTheRegisterBesideTheFile) {
-  TableImage number = TableImage().Field("FLDNAME", 'C', 20).Field("G071", 'C', 8);
-  number.Field("G072", 'D', 8).Field("G073", 'C', 7).Row({"other", "1", "20150611", "2"});
-  number.Row({"DECL", "10702020", "20150611", "0001234"}).Row({"half", "10702020", "", "0001234"});
-  world.host.files["C:\\IN\\G07ESAD.DBF"] = number.Bytes();
+  world.host.files["C:\\IN\\G07ESAD.DBF"] = TableImage("FLDNAME C20, G071 C8, G072 D8, G073 C7")
+                                                .Row({"other", "1", "20150611", "2"})
+                                                .Row({"DECL", "10702020", "20150611", "0001234"})
+                                                .Row({"half", "10702020", "", "0001234"})
+                                                .Bytes();
   EXPECT_EQ(Number("decl"), kNumber);
   EXPECT_EQ(Number("half"), kFresh);
 }

@@ -33,8 +33,8 @@ class MappingWorld {
     types_ = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world_);
     source_ = CreateDocument(parts.kind, *types_, world_);
     target_ = CreateDbfDocument("OUT", "C:\\OUT\\", *types_, cache_, world_);
-    source_->OpenBlock("", 0, false);
-    target_->OpenBlock("", 0, false);
+    source_->OpenBlock("");
+    target_->OpenBlock("");
     run_.registration_number = "10702020/110615/0001234";
     records_.emplace(Documents());
   }
@@ -47,7 +47,7 @@ class MappingWorld {
       const std::string block = "\\\\" + std::string(path.substr(0, end));
       end = path.find('\\', end + 1);
       const int number = std::stoi(std::string(path.substr(block.size() - 1, end)));
-      while (source_->RecordCount(block) < number) source_->OpenBlock(block, 0, false);
+      while (source_->RecordCount(block) < number) source_->OpenBlock(block);
     }
     source_->SetCurrentPath("\\\\");
     source_->SetFieldEx("\\\\" + std::string(path), Win(value));

@@ -85,14 +85,14 @@ TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
   world.Table("DBRHEAD", head.Row({"A", "first"}));
   world.Table("DBRTOV", goods.Row({"A", "1"}));
   const auto document = Create();
-  document->OpenBlock("", 0, false);
+  document->OpenBlock("");
   document->SetField("NOMER", "B");
   document->SetField("DAY", "17.03.2026");
   for (const std::string number : {"1", "2"}) {
-    document->OpenBlock("\\\\TOVAR", 0, false);
+    document->OpenBlock("\\\\TOVAR");
     document->SetField("NUMTOV", number);
     document->SetField("G31", "long text");
-    document->OpenBlock("\\\\TOVAR\\" + number + "\\PARTS", 0, false);
+    document->OpenBlock("\\\\TOVAR\\" + number + "\\PARTS");
   }
   document->Save("C:\\OUT\\");
   EXPECT_FALSE(document->Modified);
@@ -120,7 +120,7 @@ TEST_F(TDbfDocumentTest, KeepsTheRestOfALongTextInEverySave) {
   world.TableSet("LONG", "HEAD = DBRLONG : G313 C20, G31 C255, G312 C20, G314 C20");
   types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
   const auto document = Create("LONG");
-  document->OpenBlock("", 0, false);
+  document->OpenBlock("");
   document->SetField("G31", first + second + "ccc");
   for (const char* name : {"G312", "G313", "G314"}) document->SetField(name, "own");
   for (const int save : {1, 2}) {
@@ -139,10 +139,10 @@ TEST_F(TDbfDocumentTest, DeletesRowsAndKeepsTheRowNumbersRight) {
   for (int i = 1; i <= 5; ++i) goods.Row({"A", std::to_string(i)});
   world.Table("DBRTOV", goods);
   const auto document = Loaded("1");
-  document->OpenBlock("\\\\TOVAR", 0, false);
-  for (const char* path : {"\\\\TOVAR\\6", "\\\\TOVAR\\99"}) document->DeleteRecord(path, false);
+  document->OpenBlock("\\\\TOVAR");
+  for (const char* path : {"\\\\TOVAR\\6", "\\\\TOVAR\\99"}) document->DeleteRecord(path);
   document->SetCurrentPath("\\\\TOVAR");
-  for (const char* path : {"4", "2"}) document->DeleteRecord(path, false);
+  for (const char* path : {"4", "2"}) document->DeleteRecord(path);
   EXPECT_EQ(document->CurPath(), "TOVAR\\");
   for (const std::string changed : {"five", "V"}) {
     document->SetFieldEx("\\\\TOVAR\\3\\G31", changed);  // the fifth, now third
@@ -156,9 +156,9 @@ TEST_F(TDbfDocumentTest, DeletesRowsAndKeepsTheRowNumbersRight) {
 
 TEST_F(TDbfDocumentTest, SaysWhichTableCannotBeOpened) {
   const auto document = Create();
-  document->OpenBlock("", 0, false);
+  document->OpenBlock("");
   document->SetField("NOMER", "B");
-  document->OpenBlock("\\\\TOVAR", 0, false);
+  document->OpenBlock("\\\\TOVAR");
   world.host.files.Remove(CatalogueWorld::TablePath("DBRTOV"));
   cache.DropCachedFile(CatalogueWorld::TablePath("DBRTOV"));
   EXPECT_EQ(Utf8(ErrorOf([&] { document->Save("C:\\OUT\\"); })),
@@ -178,7 +178,7 @@ TEST_F(TDbfDocumentTest, SaysWhichTableCannotBeOpened) {
 
 TEST_F(TDbfDocumentTest, LeavesTheTablesToTheStationThatHoldsTheLock) {
   const auto document = Create();
-  document->OpenBlock("", 0, false);
+  document->OpenBlock("");
   world.host.files["C:\\OUT\\veltlock.$$$"] = "";
   world.host.dialogs.lock_answers = {LockAnswer::kAbandon};
   document->Save("C:\\OUT\\");

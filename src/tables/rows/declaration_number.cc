@@ -1,3 +1,5 @@
+// Workstations store the day of a number in several forms; all are compared as digits.
+
 #include "tables/rows/declaration_number.h"
 
 #include <algorithm>

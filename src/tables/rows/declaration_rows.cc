@@ -1,3 +1,5 @@
+// From the head down: the rows found in a table give the keys by which rows below are found.
+
 #include "tables/rows/declaration_rows.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Reads the tree of tables from the Files section alone; no table is opened.
+
 #include "tables/rows/set_levels.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// Values are views: into the row where the stored bytes show a value as it is, else into a buffer
+// that is large enough from the start and so never moves.
+
 #include "tables/rows/table_rows.h"
 
 #include <cassert>

@@ -1,3 +1,5 @@
+// One form for what makers of tables store in several.
+
 #include "tables/rows/table_value.h"
 
 #include <algorithm>

@@ -69,7 +69,7 @@ void DocumentFiller::FillFromUnknown(const TXMLNode& child) {
 
 void DocumentFiller::FillRecord(const TXMLNode& child, const TFieldInfo& block) {
   document_.PushPosition();
-  document_.OpenBlock(block.name, 0, /*in_goods_order=*/false);
+  document_.OpenBlock(block.name);
   OpenLevel(child, keys_.size(), /*opened_record=*/true);
 }
 

@@ -80,7 +80,7 @@ std::unique_ptr<TDocument> TXMLContainer::Build(int index, int occurrence) {
   const std::string_view text = DocumentText(type, occurrence);
   if (!text.empty()) {
     const XmlTree tree(text);
-    document->OpenBlock("", 0, /*in_goods_order=*/false);
+    document->OpenBlock("");
     DocumentFiller(*document, unknown_ids_found_).Fill(tree.root());
   }
   document->Modified = false;

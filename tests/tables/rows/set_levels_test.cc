@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "support/catalogue_builder.h"
 #include "support/table_image.h"
 #include "tables/rows/declaration_rows.h"
@@ -116,36 +118,26 @@ std::string Wanted(Host& host, const DeclarationRows& declaration, const std::st
 }
 
 TEST_F(SetLevelsTest, LeadToAllRowsOfADeclaration) {
-  const auto table = [](TableImage image) {
-    return image.Field("G071", 'C', 8).Field("G072", 'D', 8).Field("G073", 'C', 7);
+  // Rows have the last part of the number and a further value; "-" in front: deleted.
+  const auto put = [this](const char* name, const std::string& field,
+                          const std::vector<std::array<const char*, 2>>& rows) {
+    TableImage image("G071 C8, G072 D8, G073 C7, " + field);
+    for (const auto& [number, value] : rows) {
+      if (*number == '-') {
+        image.DeletedRow({"1", "20150611", number + 1, value});
+      } else {
+        image.Row({"1", "20150611", number, value});
+      }
+    }
+    world.Table(name, image);
   };
-  const auto put = [this](const char* name, const TableImage& image) {
-    world.host.files[std::string("C:\\OUT\\") + name] = image.Bytes();
-  };
-  put("HEAD.DBF", table({})
-                      .Field("DOCID", 'C', 4)
-                      .Row({"1", "20150611", "7", "a"})
-                      .Row({"1", "20150611", "8", "b"})
-                      .DeletedRow({"1", "20150611", "8", "x"})
-                      .Row({"1", "20150611", "8", "c"}));
-  put("LIST.DBF", TableImage("UID C4").Row({"a"}).Row({"b"}).Row({"c"}).Row({"x"}));
-  put("TOVAR.DBF", table({})
-                       .Field("G32", 'N', 3)
-                       .Row({"1", "20150611", "8", "1"})
-                       .Row({"1", "20150611", "7", "2"})
-                       .DeletedRow({"1", "20150611", "8", "3"}));
-  put("KMP.DBF", table({})
-                     .Field("G32", 'N', 3)
-                     .Row({"1", "20150611", "8", "9"})
-                     .Row({"1", "20150611", "7", "1"}));
-  put("ALL.DBF", TableImage("A C60").Row({"x"}));
-  put("DOK.DBF", table({})
-                     .Field("G32", 'N', 3)
-                     .Row({"1", "20150611", "8", "1"})
-                     .Row({"1", "20150611", "7", "1"})
-                     .Row({"1", "20150611", "8", "3"})
-                     .Row({"1", "20150611", "8", "4"}));
-  put("FREE.DBF", table({}).Row({"1", "20150611", "8"}));
+  put("HEAD", "DOCID C4", {{"7", "a"}, {"8", "b"}, {"-8", "x"}, {"8", "c"}});
+  put("TOVAR", "G32 N3", {{"8", "1"}, {"7", "2"}, {"-8", "3"}});
+  put("KMP", "G32 N3", {{"8", "9"}, {"7", "1"}});
+  put("DOK", "G32 N3", {{"8", "1"}, {"7", "1"}, {"8", "3"}, {"8", "4"}});
+  put("FREE", "G32 N3", {{"8", ""}});
+  world.Table("LIST", TableImage("UID C4").Row({"a"}).Row({"b"}).Row({"c"}).Row({"x"}));
+  world.Table("ALL", TableImage("A C60").Row({"x"}));
   const SetLevels levels = Levels({"HEAD.DBF"});
   const auto number = DeclarationNumber::Parse("1/110615/8");
   const DeclarationRows live(world.host, "C:\\OUT\\", levels, *number, false);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "support/fake_host.h"
 #include "support/table_image.h"
 #include "support/text.h"
@@ -19,58 +21,47 @@ std::string Shown(const TableValue& value) {
 
 TEST(TableRows, ReadsEachValueByTheTypeOfItsField) {
   const struct {
-    char type;
-    int width, decimals;
-    std::string stored;
-    const char* shown;
+    std::string field;
+    std::vector<const char*> stored;
+    std::string shown;
   } cases[] = {
-      {'N', 8, 2, "1.50", "decimal 1.50"},
-      {'N', 8, 2, "0       ", "decimal 0.00"},
-      {'N', 8, 2, "-.5", "decimal -0.50"},
-      {'N', 8, 2, "-0.00", "decimal 0.00"},
-      {'N', 8, 2, "+007.", "decimal 7.00"},
-      {'N', 8, 2, "1.23456", "decimal 1.23456"},
-      {'N', 19, 0, "1234567890123456789", "decimal 1234567890123456789"},
-      {'F', 5, 0, "-12", "decimal -12"},
-      {'N', 8, 2, "", "empty "},
-      {'N', 8, 2, "********", "misfit ********"},
-      {'N', 8, 2, "1e5", "misfit 1e5"},
-      {'N', 8, 2, "1 2", "misfit 1 2"},
-      {'N', 8, 2, ".", "misfit ."},
-      {'N', 8, 2, "-", "misfit -"},
-      {'N', 8, 2, "1,5", "misfit 1,5"},
-      {'M', 10, 0, "12", "decimal 12"},
-      {'D', 8, 0, "19450509", "date 1945-05-09"},
-      {'D', 8, 0, "20240229", "date 2024-02-29"},
-      {'D', 8, 0, "20230229", "misfit 20230229"},
-      {'D', 8, 0, "2024", "misfit 2024"},
-      {'D', 8, 0, "", "empty "},
-      {'D', 8, 0, "00000000", "empty "},
-      {'L', 1, 0, "T", "logical 1"},
-      {'L', 1, 0, "y", "logical 1"},
-      {'L', 1, 0, "n", "logical 0"},
-      {'L', 1, 0, "F", "logical 0"},
-      {'L', 1, 0, "?", "empty "},
-      {'L', 1, 0, "Д", "misfit Д"},
-      {'C', 8, 0, "", "text "},
-      {'C', 8, 0, "  a b", "text   a b"},
-      {'C', 8, 0, "0012", "text 0012"},
-      {'C', 8, 0, "№ Ёж", "text № Ёж"},
-      {'C', 300, 0, "Я" + std::string(297, 'x') + "я", nullptr},
-  };
+      {"N8.2",
+       {"1.50", "0       ", "-.5", "-0.00", "+007.", "1.23456", "", "********", "1e5", "1 2", ".",
+        "-", "1,5"},
+       "decimal 1.50, decimal 0.00, decimal -0.50, decimal 0.00, decimal 7.00, decimal 1.23456, "
+       "empty , misfit ********, misfit 1e5, misfit 1 2, misfit ., misfit -, misfit 1,5"},
+      {"N10", {"9876543210"}, "decimal 9876543210"},
+      {"F5", {"-12"}, "decimal -12"},
+      {"M10", {"12"}, "decimal 12"},
+      {"D8",
+       {"19450509", "20240229", "20230229", "2024", "", "00000000"},
+       "date 1945-05-09, date 2024-02-29, misfit 20230229, misfit 2024, empty , empty "},
+      {"L1",
+       {"T", "y", "n", "F", "?", "Д"},
+       "logical 1, logical 1, logical 0, logical 0, empty , misfit Д"},
+      {"C8", {"", "  a b", "0012", "№ Ёж"}, "text , text   a b, text 0012, text № Ёж"}};
   for (const auto& c : cases) {
+    TableImage image("A C2, F " + c.field);
+    for (const char* stored : c.stored) image.Row({"Яя", stored});
     FakeHost host;
-    host.files[kTable] =
-        TableImage("A C2").Field("F", c.type, c.width, c.decimals).Row({"Яя", c.stored}).Bytes();
+    host.files[kTable] = image.Bytes();
     TableRows rows(host, "c:\\out\\t");
-    ASSERT_TRUE(rows.Next());
-    EXPECT_EQ(Shown(rows.Values()[0]), "text Яя");
-    EXPECT_EQ(Shown(rows.Values()[1]), c.shown == nullptr ? "text " + c.stored : c.shown);
+    std::string shown;
+    while (rows.Next()) {
+      EXPECT_EQ(Shown(rows.Values()[0]), "text Яя");
+      shown += (shown.empty() ? "" : ", ") + Shown(rows.Values()[1]);
+    }
+    EXPECT_EQ(shown, c.shown) << c.field;
   }
 }
 
 TEST(TableRows, KeepsBytesThatNoTextNeeds) {
   FakeHost host;
+  const std::string wide = "Я" + std::string(297, 'x') + "я";
+  host.files[kTable] = TableImage("F C300").Row({wide}).Bytes();
+  TableRows wide_rows(host, kTable);
+  ASSERT_TRUE(wide_rows.Next());
+  EXPECT_EQ(wide_rows.Values()[0].text, wide);
   const std::string bytes("a\r\n\x15\x01\xDB\"\0c\0\0", 11);  // 0xDB: a full block in code page 866
   std::string table = TableImage("F C12, G C50").Row({}).Bytes();
   table.replace(table.size() - 63, bytes.size(), bytes);
@@ -82,8 +73,7 @@ TEST(TableRows, KeepsBytesThatNoTextNeeds) {
 
 TEST(TableRows, WalksSelectedColumnsUnderNamesThatDiffer) {
   FakeHost host;
-  TableImage image = TableImage("NAIM C3, naim C3");
-  image.Field("ИМЯ", 'N', 3).Field("DELETED", 'L', 1);
+  TableImage image("NAIM C3, naim C3, ИМЯ N3, DELETED L1");
   host.files[kTable] = image.Row({"a", "b", "1", "T"}).DeletedRow({"c", "d", "2", "F"}).Bytes();
   TableRows rows(host, kTable);
   EXPECT_EQ(rows.Find("имя"), 2);

@@ -17,7 +17,7 @@ struct WriterWorld {
       : world("[T.HEADER]\n" + header + "[T.Fields]\n" + fields + "\n", kord_ini),
         types("Kordwin.dcf", false, world),
         document("T", types, world) {
-    document.OpenBlock("", 0, false);
+    document.OpenBlock("");
   }
   // Stores `value` (UTF-8) as it is, past the rules of the document.
   void Set(int position, std::string_view value) {
