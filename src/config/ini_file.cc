@@ -11,6 +11,9 @@
 namespace customsconv {
 namespace {
 
+// Editors put it at the start of files that are in another code page, too.
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
 // Section and key are joined without escaping, so "A_B" with "C" and "A" with
 // "B_C" are one entry; the first line of the file wins. The result stands in `buffer`.
 const std::string& FullKey(std::string_view section, std::string_view key, std::string& buffer) {
@@ -56,6 +59,9 @@ void TVeltIni::LoadLines() {
     std::string text = host_.files.Read(file_name_);
     unread_ = false;
     if (code_page_ == CodePage::kUnknown) code_page_ = DetectCodePage(text);
+    if (code_page_ != CodePage::kUtf8 && text.starts_with(kUtf8Mark)) {
+      text.erase(0, kUtf8Mark.size());
+    }
     if (code_page_ != CodePage::kWindows) text = ToWindows(text, code_page_);
     if (text.find('\0') != std::string::npos) std::erase(text, '\0');
     lines_.Assign(std::move(text));

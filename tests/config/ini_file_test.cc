@@ -151,6 +151,13 @@ TEST(TVeltIni, KeepsTheCodePageOfTheFile) {
     world.ini.WriteString(Win("Р"), "n", Win("Нет"));
     EXPECT_EQ(world.host.files[kFile], dos + "n=\x8D\xA5\xE2\r\n");
   }
+  for (const CodePage page : {CodePage::kDos, CodePage::kWindows}) {
+    World world("", page);
+    world.host.files[kFile] = "\xEF\xBB\xBF[A]\r\nx=1\r\n";
+    world.ini.Reload();
+    world.ini.WriteString("A", "y", "2");
+    EXPECT_EQ(world.host.files[kFile], "[A]\r\nx=1\r\ny=2\r\n") << "no mark";
+  }
   World world("\xEF\xBB\xBF[A]\r\nключ=да\r\n", CodePage::kUnknown);
   EXPECT_EQ(world.Read("A", "ключ"), "да");
   EXPECT_EQ(ErrorOf([&] { world.ini.WriteString("A", "x", "1"); }),
