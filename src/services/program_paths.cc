@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "text/blanks.h"
+#include "text/file_names.h"
 
 namespace customsconv {
 namespace {
@@ -29,9 +30,8 @@ std::string ExpandFamilyPath(std::string_view path, const Environment& environme
   std::string whole = ReplaceChar(path, '/', '\\');
   const bool from_root = whole.starts_with('\\');
   if (from_root && !whole.starts_with("\\\\")) {
-    const std::string base = BasePath(environment);
-    whole.insert(0, base, 0, base.find(':') + 1);  // nothing when there is no drive
-  } else if (!from_root && whole.find(':') == std::string::npos) {
+    whole.insert(0, DriveOf(BasePath(environment)));
+  } else if (!from_root && DriveOf(whole).empty()) {
     whole.insert(0, BasePath(environment));
   }
   ReduceDoubledSeparators(whole);

@@ -18,7 +18,14 @@ std::string WithExtension(std::string_view name, std::string_view extension) {
   return result.append(extension);
 }
 
+bool IsLatinLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
 }  // namespace
+
+std::string_view DriveOf(std::string_view path) {
+  const bool has_drive = path.size() >= 2 && path[1] == ':' && IsLatinLetter(path[0]);
+  return path.substr(0, has_drive ? 2 : 0);
+}
 
 std::string WithTrailingBackslash(std::string_view path) {
   std::string result(path);
@@ -35,8 +42,9 @@ std::string ChangeExtension(std::string_view name, std::string_view extension) {
 }
 
 std::string_view FolderPart(std::string_view path) {
+  const std::size_t drive = DriveOf(path).size();
   std::size_t size = path.size();
-  while (size > 0 && !IsPathSeparator(path[size - 1]) && path[size - 1] != ':') --size;
+  while (size > drive && !IsPathSeparator(path[size - 1])) --size;
   return path.substr(0, size);
 }
 
@@ -49,8 +57,7 @@ std::string_view ExtractFileBaseName(std::string_view path) {
 
 std::string ExtractFileFolder(std::string_view path) {
   std::string_view folder = FolderPart(path);
-  const bool is_root =
-      folder.size() == 1 || (folder.size() == 3 && folder[1] == ':');  // "\" or "C:\"
+  const bool is_root = folder.size() == DriveOf(folder).size() + 1;  // "\" or "C:\"
   if (!folder.empty() && IsPathSeparator(folder.back()) && !is_root) folder.remove_suffix(1);
   return std::string(folder);
 }

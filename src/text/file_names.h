@@ -15,6 +15,10 @@ namespace customsconv {
 // "\" and "/" both separate folders wherever a folder or file name is taken.
 [[nodiscard]] constexpr bool IsPathSeparator(char c) { return c == '\\' || c == '/'; }
 
+// "C:" at the start of a path: ":" behind a Latin letter; empty when there is none. Any other
+// ":" is a letter of the name ("smb-share:server=nums").
+[[nodiscard]] std::string_view DriveOf(std::string_view path);
+
 // With a closing "\", unless a separator is there already; an empty path stays empty.
 [[nodiscard]] std::string WithTrailingBackslash(std::string_view path);
 // An extension is what stands behind the last "." of the file name; it is given with or
@@ -29,8 +33,8 @@ namespace customsconv {
 // Folder without the closing separator, except that a root keeps it ("C:\", "\"); empty
 // when the path names no folder.
 [[nodiscard]] std::string ExtractFileFolder(std::string_view path);
-// Everything up to and including the last separator or drive colon; empty when
-// there is neither.
+// Everything up to and including the last separator, or the drive; empty when there is
+// neither.
 [[nodiscard]] std::string_view FolderPart(std::string_view path);
 
 }  // namespace customsconv

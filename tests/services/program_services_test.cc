@@ -6,28 +6,9 @@
 #include "services/program_start.h"
 #include "services/run_log.h"
 #include "support/environment_builder.h"
-#include "text/file_names.h"
 
 namespace customsconv {
 namespace {
-
-TEST(FileNames, PartsOfAPath) {
-  EXPECT_EQ(FolderPart("C:\\OUT\\A.B.DBF"), "C:\\OUT\\");
-  EXPECT_EQ(FileNameOf("C:A.DBF"), "A.DBF");
-  EXPECT_EQ(ExtractFileBaseName("out.d/A.B.DBF"), "A.B");
-  EXPECT_EQ(ExtractFileFolder("C:\\OUT\\A"), "C:\\OUT");
-  EXPECT_EQ(ExtractFileFolder("C:\\A"), "C:\\");
-  EXPECT_EQ(ExtractFileFolder("/a"), "/");
-  EXPECT_EQ(ExtractFileFolder("a"), "");
-}
-
-TEST(FileNames, ExtensionsAndClosingSeparators) {
-  EXPECT_EQ(ForceExtension("C:\\a.b\\DBRHEAD", "DBF"), "C:\\a.b\\DBRHEAD.DBF");
-  EXPECT_EQ(ChangeExtension("a.b\\C.D.E", "DBF"), "a.b\\C.D.DBF");
-  EXPECT_EQ(ChangeExtension("a.b\\C", ".DBF"), "a.b\\C.DBF");
-  EXPECT_EQ(WithTrailingBackslash("/a/"), "/a/");
-  EXPECT_EQ(WithTrailingBackslash(""), "");
-}
 
 TEST(FileNames, TemporaryNamesAreNotTakenYet) {
   FakeHost host;
@@ -48,6 +29,9 @@ TEST(ProgramPaths, ExpandAgainstTheBaseFolder) {
       {"C:\\PROG\\", "//srv//nums", "\\\\srv\\nums"},
       {"C:\\PROG\\", "D:/x\\\\y", "D:\\x\\y"},
       {"\\opt\\prog\\", "\\nums", "\\nums"},
+      {"\\mnt\\smb-share:server=s\\", "/nums/a:b", "\\nums\\a:b"},
+      {"\\mnt\\smb-share:server=s\\", "no:b", "\\mnt\\smb-share:server=s\\no:b"},
+      {"C:\\PROG\\", "smb:x", "C:\\PROG\\smb:x"},
       {".\\", "nums", "C:\\EXE\\nums"}};
   TestEnvironment world;
   world.host.processes.executable_folder = "C:\\EXE\\";
