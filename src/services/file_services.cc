@@ -9,7 +9,8 @@
 namespace customsconv {
 
 std::string ShortPathName(const Files& files, std::string_view path) {
-  return std::string(Trim(files.ShortName(path)));
+  const std::string name = files.ShortName(path);
+  return std::string(name.empty() ? path : Trim(name));
 }
 
 std::string UniqueTempFileName(const Files& files, const Clock& clock, std::string_view folder,

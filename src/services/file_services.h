@@ -13,7 +13,8 @@
 
 namespace customsconv {
 
-// Short (8.3) form of an existing path, trimmed; empty when there is none.
+// Short form of an existing path, trimmed (see Files::ShortName); `path` itself where there is
+// none, as when the real name of one of its folders holds characters outside code page 1251.
 [[nodiscard]] std::string ShortPathName(const Files& files, std::string_view path);
 // "<folder>\<prefix><8 digits>.<extension>" of a file that does not exist yet, the digits
 // taken from the time of day.

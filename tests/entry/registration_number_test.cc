@@ -52,6 +52,8 @@ TEST_F(RegistrationNumberTest, ComesFromTheRegisterBesideTheFile) {
                                                 .Bytes();
   EXPECT_EQ(Number("decl"), kNumber);
   EXPECT_EQ(Number("half"), kFresh);
+  world.host.files.has_short_names = false;
+  EXPECT_EQ(Number("decl"), kNumber);
 }
 
 TEST_F(RegistrationNumberTest, AnIncompleteNumberIsReplacedByAFreshOne) {

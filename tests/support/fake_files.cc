@@ -187,7 +187,8 @@ std::string FakeFiles::Key(std::string_view path) const {
 }
 
 std::string FakeFiles::ShortName(std::string_view path) const {
-  return Has(path) || IsFolder(Key(path)) ? FullName(path) : std::string();
+  const bool exists = Has(path) || IsFolder(Key(path));
+  return has_short_names && exists ? FullName(path) : std::string();
 }
 
 // --- The world of a test -----------------------------------------------------

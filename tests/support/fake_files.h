@@ -102,6 +102,7 @@ class FakeFiles : public Files {
   [[nodiscard]] std::size_t open_streams() const { return open_streams_; }
 
   std::string current_folder = "C:\\WORK\\";
+  bool has_short_names = true;
 
   // --- Files
   [[nodiscard]] bool Exists(std::string_view path) const override;
