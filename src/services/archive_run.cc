@@ -40,10 +40,13 @@ void ArchiveForTpo(std::string_view folder, bool new_archive, Environment& envir
 
   const Files& files = environment.host.files;
   const std::string utilities = BasePath(environment) + "Utils\\";
-  const std::string parameters =
-      ShortPathName(files, folder) + ' ' + ShortPathName(files, utilities) + ' ' + archive;
-  ExecFile(ShortPathName(files, utilities + "arctmr.bat"), parameters, WindowStyle::kNormal, false,
-           environment);
+  const std::string program = ShortPathName(files, utilities + "arctmr.bat");
+  const std::string parameters = CommandWord(ShortPathName(files, folder)) + ' ' +
+                                 CommandWord(ShortPathName(files, utilities)) + ' ' + archive;
+  if (!ExecFile(program, parameters, WindowStyle::kNormal, false, environment)) {
+    environment.host.dialogs.Message(std::string("Не могу запустить "_cp1251) + program);
+    return;
+  }
   if (new_archive) StoreArchiveNumber(next + 1, environment);
 }
 

@@ -23,9 +23,9 @@ struct Environment {
   // Folder part of the export's second argument: of the rules file, or the
   // schema folder.
   std::string aux_path;
-  TConfiguration* config = nullptr;     // kord.ini; null before the start-up published it
-  SharedConfigurations& shared;         // the family's other ini files
-  KeptToday& today;                     // the date taken at its first use
+  TConfiguration* config = nullptr;  // kord.ini; null before the start-up published it
+  SharedConfigurations& shared;      // the family's other ini files
+  KeptToday& today;                  // the date taken at its first use
 
   [[nodiscard]] int ThisYear() const { return host.clock.ThisYear(); }
 };

@@ -65,6 +65,12 @@ TEST(PosixProcesses, RunsProgramsInTheirFolder) {
   start.wait = true;
   EXPECT_EQ(processes.Start(start), 7);
   EXPECT_EQ(folder.Read("Utils/result"), "2 первый второй аргумент\n");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path());
+  start.command = "Utils/Arc.bat";  // counts from here, not from the folder it will work in
+  EXPECT_EQ(processes.Start(start), 7);
+  std::filesystem::current_path(before);
+  start.command = folder.Win("Utils\\Arc.bat");
   start.wait = false;
   EXPECT_EQ(processes.Start(start), 0);
   start.command = folder.Win("Utils\\missing");

@@ -10,6 +10,15 @@
 namespace customsconv {
 namespace {
 
+// "FOLDER> COMMAND PARAMETERS" of everything that was started.
+std::vector<std::string> CommandLines(const FakeProcesses& processes) {
+  std::vector<std::string> lines;
+  for (const ProgramStart& start : processes.starts) {
+    lines.push_back(start.folder + "> " + start.command + " " + start.parameters);
+  }
+  return lines;
+}
+
 TEST(FileNames, TemporaryNamesAreNotTakenYet) {
   FakeHost host;
   host.clock.Set({2026, 3, 17}, 12);
@@ -58,33 +67,49 @@ TEST(ProgramStart, TriesTheAssociatedProgram) {
   TestEnvironment world;
   FakeProcesses& processes = world.host.processes;
   EXPECT_EQ(ExecFile("run.exe", "-a", WindowStyle::kHidden, true, world), 0);
-  EXPECT_EQ(processes.starts[0].folder, "C:\\PROG\\");
   processes.results = {std::nullopt, std::nullopt, 7};
   EXPECT_EQ(ExecFile("D:\\X\\a.txt", "-a", WindowStyle::kNormal, true, world), std::nullopt);
-  processes.associated_program = "edit.exe";
-  EXPECT_EQ(ExecFile("D:\\X\\a.txt", "-a", WindowStyle::kNormal, true, world), 7);
-  EXPECT_EQ(processes.starts.back().command, "edit.exe");
-  EXPECT_EQ(processes.starts.back().parameters, "D:\\X\\a.txt -a");
+  processes.associated_program = "C:\\my edit.exe";
+  world.host.files["C:\\PROG\\a b.txt"] = "";
+  EXPECT_EQ(ExecFile("a b.txt", "-a", WindowStyle::kNormal, true, world), 7);
+  const std::vector<std::string> expected = {
+      "C:\\PROG\\> run.exe -a", "D:\\X> D:\\X\\a.txt -a", "C:\\PROG\\> \"C:\\PROG\\a b.txt\" -a",
+      "C:\\PROG\\> \"C:\\my edit.exe\" \"C:\\PROG\\a b.txt\" -a"};
+  EXPECT_EQ(CommandLines(processes), expected);
 }
 
-TEST(ArchiveRun, StartsTheBatchFileWhenWanted) {
-  TestEnvironment world("[Tmr]\nArcNum=5\nId=12\n");
-  world.host.clock.Set({2026, 3, 17});
-  world.host.files["C:\\PROG\\Utils\\arctmr.bat"] = "";
-  world.host.files.AddFolder("C:\\OUT");
-  world.host.dialogs.confirmations = {false, true, true};
-  ArchiveForTpo("C:\\OUT\\", true, world);
-  EXPECT_TRUE(world.host.processes.starts.empty());
-  ArchiveForTpo("C:\\OUT\\", false, world);
-  EXPECT_EQ(world.config().GetInteger("Tmr", "ArcNum", 0), 5);
-  ArchiveForTpo("C:\\OUT\\", true, world);
-  EXPECT_EQ(world.config().GetInteger("Tmr", "ArcNum", 0), 6);
-  EXPECT_EQ(Utf8(world.host.dialogs.questions.at(0)),
-            "Призвести архивацию файлов для загрузки в АРМ ТПО (архив D1703012.005)?");
-  const auto& starts = world.host.processes.starts;
-  ASSERT_EQ(starts.size(), 2U);
-  EXPECT_EQ(starts[0].command, "C:\\PROG\\Utils\\arctmr.bat");
-  EXPECT_EQ(starts[1].parameters, "C:\\OUT\\ C:\\PROG\\Utils\\ D1703012.005");
+TEST(ArchiveRun, StartsTheBatchFileWhenWantedAndCountsItThen) {
+  const std::optional<int> started = 0;
+  const struct {
+    const char* what;
+    bool wanted, new_archive;
+    std::optional<int> start;
+    int next;
+    const char* archive;
+  } cases[] = {{"not wanted", false, true, started, 5, "D1703012.005"},
+               {"the last one again", true, false, started, 5, "D1703012.004"},
+               {"a new one", true, true, started, 6, "D1703012.005"},
+               {"does not start", true, true, std::nullopt, 5, "D1703012.005"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    TestEnvironment world("[Tmr]\nArcNum=5\nId=12\n");
+    world.environment.base_path = "C:\\MY PROG\\";
+    world.host.clock.Set({2026, 3, 17});
+    world.host.files["C:\\MY PROG\\Utils\\arctmr.bat"] = "";
+    world.host.files.AddFolder("C:\\OUT");
+    world.host.dialogs.confirmations = {c.wanted};
+    world.host.processes.results = {c.start};
+    ArchiveForTpo("C:\\OUT\\", c.new_archive, world);
+    const std::string name = c.archive;
+    EXPECT_EQ(Utf8(world.host.dialogs.questions.at(0)),
+              "Призвести архивацию файлов для загрузки в АРМ ТПО (архив " + name + ")?");
+    std::vector<std::string> expected = {
+        R"(C:\MY PROG\Utils> "C:\MY PROG\Utils\arctmr.bat" C:\OUT\ "C:\MY PROG\Utils\" )" + name};
+    if (!c.wanted) expected.clear();
+    EXPECT_EQ(CommandLines(world.host.processes), expected);
+    EXPECT_EQ(world.config().GetInteger("Tmr", "ArcNum", 0), c.next);
+    EXPECT_EQ(world.host.dialogs.messages.size(), c.start ? 0U : 1U);
+  }
 }
 
 }  // namespace

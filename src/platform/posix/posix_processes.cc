@@ -16,6 +16,13 @@
 namespace customsconv::posix {
 namespace {
 
+// The file's name for a process that works in another folder than this one.
+std::string AbsoluteName(const std::string& name) {
+  char current[PATH_MAX];
+  const bool relative = !name.starts_with('/') && ::getcwd(current, sizeof current) != nullptr;
+  return relative ? std::string(current).append("/").append(name) : name;
+}
+
 // What the new process needs, made before it is split off: behind a fork only
 // plain system calls are safe.
 class PreparedStart {
@@ -27,7 +34,7 @@ class PreparedStart {
     for (std::string& word : words_) {
       const bool program = &word == &words_.front();
       const bool in_path = word.find_first_of("\\/") == word.npos;
-      word = program && !in_path ? SystemName(word) : Utf8FromWin(word);
+      word = program && !in_path ? AbsoluteName(SystemName(word)) : Utf8FromWin(word);
     }
     for (std::string& word : words_) arguments_.push_back(word.data());
     arguments_.push_back(nullptr);
