@@ -27,6 +27,10 @@ class TerminalDialogs::Line : public Progress {
   Line(TerminalDialogs& dialogs, std::string title, std::size_t steps)
       : dialogs_(dialogs), title_(std::move(title)), steps_(steps) {
     dialogs_.ShowProgressLine(title_);
+    const bool seen = dialogs_.output_.IsTerminal();
+    if (steps_ == 0 && !seen && !dialogs_.quiet_) {
+      dialogs_.output_.Remark("wait: " + title_ + "\n");
+    }
   }
   ~Line() override { dialogs_.ClearProgressLine(); }
   Line(const Line&) = delete;

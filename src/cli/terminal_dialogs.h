@@ -15,8 +15,9 @@ namespace customsconv::cli {
 [[nodiscard]] std::string OneLine(std::string_view utf8);
 
 // The system's messages on the remark stream, one a line: "message: TEXT", "exception: TEXT",
-// "question: TEXT", "choice: TEXT". All are kept, in the order in which they were shown, for
-// JSON output.
+// "question: TEXT", "choice: TEXT". These are kept, in the order in which they were shown, for
+// JSON output. A wait for somebody else, of unknown length, is a progress line or, without a
+// terminal, "wait: TEXT".
 class TerminalDialogs : public Dialogs {
  public:
   struct Shown {

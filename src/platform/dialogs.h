@@ -34,6 +34,7 @@ class Dialogs {
   // A window with one button a choice.
   [[nodiscard]] virtual LockAnswer Choose(std::string_view title, std::string_view question,
                                           const std::vector<std::string>& choices) = 0;
+  // With `steps` 0 somebody else is waited for, and nobody knows how long.
   [[nodiscard]] virtual std::unique_ptr<Progress> StartProgress(std::string_view title,
                                                                 std::size_t steps) = 0;
   // The status line; an empty text clears it.

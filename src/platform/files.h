@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -213,11 +214,12 @@ class Files {
   // empty when the path does not exist.
   [[nodiscard]] virtual std::string ShortName(std::string_view path) const = 0;
 
-  // Waits for and takes the lock that guards changes to `path` between
-  // processes (nothing is left on disk; `path` need not exist, its folder must).
-  // When the file system offers no lock, the result is empty and work goes on
-  // unguarded.
-  [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(std::string_view path) = 0;
+  // Takes the lock that guards changes to `path` between processes (nothing is left on disk;
+  // `path` need not exist, its folder must). As long as somebody else holds it `on_busy` is
+  // called, which waits a moment or throws to give up; see platform/wait_for_lock.h. When the
+  // file system offers no lock, the result is null and work goes on unguarded.
+  [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(std::string_view path,
+                                                       const std::function<void()>& on_busy) = 0;
   // Makes the file `path`, or takes the one that a process left when it died, and holds it until
   // destruction, which removes it. Empty while a living process holds it. Throws FileError
   // (kCreate).

@@ -2,6 +2,7 @@
 
 #include "base/cp1251_literal.h"
 #include "base/error.h"
+#include "platform/wait_for_lock.h"
 #include "text/blanks.h"
 
 namespace customsconv {
@@ -65,7 +66,7 @@ FileStamp ExchangeLock::Wait() {
 // Of several stations that end their waiting at the same moment the first one changes
 // the marker's stamp, so that the others see a marker that is not the one they waited for.
 bool ExchangeLock::Take(FileStamp seen) {
-  const auto guard = host_.files.Lock(path_);
+  const auto guard = WaitForLock(host_, path_);
   if (host_.files.CreateNew(path_)) return true;
   if (seen == kNoStamp || host_.files.Stamp(path_) != seen) return false;
   host_.files.Replace(path_, "");

@@ -11,8 +11,6 @@
 namespace customsconv {
 namespace {
 
-using WhenMissing = NumberingStore::WhenMissing;
-
 constexpr std::int32_t kLargestNumber = 9'999'999;
 constexpr std::size_t kNumberDigits = 7;
 constexpr std::string_view kLastDate = "LastDate";
@@ -23,19 +21,20 @@ constexpr std::string_view kRunningNumber = "TotalOrdNumber";
 
 std::int32_t Read(std::string_view series, std::string_view key, std::int32_t default_value,
                   Environment& environment) {
-  NumberingStore store(environment, WhenMissing::kUseMain);
+  NumberingStore store(environment);
   return store->ReadInteger(series, key, default_value);
 }
 
 void Write(std::string_view series, std::string_view key, std::int32_t value,
            Environment& environment) {
-  NumberingStore store(environment, WhenMissing::kUseMain);
+  NumberingStore store(environment);
   store->WriteInteger(series, key, value);
 }
 
 std::int32_t Next(std::string_view series, std::string_view key, std::int32_t start,
-                  std::int32_t maximum, Environment& environment) {
-  NumberingStore store(environment, WhenMissing::kAsk);
+                  std::int32_t maximum, NumberingLock& lock, Environment& environment) {
+  lock.OfferSharedFile();
+  NumberingStore store(environment);
   // An absent counter stands at the start value and is advanced like any other.
   std::int32_t number = store->ReadInteger(series, key, start);
   number = number < maximum ? number + 1 : start;
@@ -61,9 +60,9 @@ std::string NumberDate(Date today, bool four_digit_year, const TConfiguration& c
 // for; one that begins anew is the minimum itself.
 class SeriesCounters {
  public:
-  SeriesCounters(std::string_view series, Date today, Environment& environment)
-      : series_(series), today_(today), environment_(environment) {
-    minimum_ = settings::MinOrdNumber(*NumberingStore(environment, WhenMissing::kUseMain));
+  SeriesCounters(std::string_view series, Date today, NumberingLock& lock, Environment& environment)
+      : series_(series), today_(today), lock_(lock), environment_(environment) {
+    minimum_ = settings::MinOrdNumber(*NumberingStore(environment));
     last_date_ = Read(series, kLastDate, today, environment);
     Write(series, kLastDate, today, environment);
   }
@@ -81,13 +80,14 @@ class SeriesCounters {
     if (begin_anew) {
       Write(series_, key, minimum_, environment_);
     } else {
-      number = Next(series_, key, minimum_, kLargestNumber, environment_);
+      number = Next(series_, key, minimum_, kLargestNumber, lock_, environment_);
     }
     return PadLeft(std::to_string(number), '0', kNumberDigits);
   }
 
   std::string_view series_;
   Date today_;
+  NumberingLock& lock_;
   Environment& environment_;
   std::int32_t minimum_ = 0;
   Date last_date_ = 0;
@@ -106,12 +106,12 @@ std::string CheckCompactDate(std::string_view date, const Environment& environme
 }
 
 ShortText NextRegNumber(std::string_view series, bool four_digit_year, Environment& environment) {
-  const NumberingLock lock(environment);
+  NumberingLock lock(environment);
   const TConfiguration& config = *environment.config;
   const Date today = environment.host.clock.Today();
   const std::string code = settings::CustomHouseCode(config);
   std::string number = settings::RegNumStructure(config);
-  SeriesCounters counters(series, today, environment);
+  SeriesCounters counters(series, today, lock, environment);
 
   ReplaceFirst(number, "%CODE", code);
   ReplaceFirst(number, "%DATE",
@@ -135,8 +135,8 @@ void WriteCounter(std::string_view series, std::string_view key, std::int32_t va
 
 std::int32_t NextCounter(std::string_view series, std::string_view key, std::int32_t start,
                          std::int32_t maximum, Environment& environment) {
-  const NumberingLock lock(environment);
-  return Next(series, key, start, maximum, environment);
+  NumberingLock lock(environment);
+  return Next(series, key, start, maximum, lock, environment);
 }
 
 }  // namespace customsconv

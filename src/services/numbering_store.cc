@@ -4,6 +4,7 @@
 
 #include "base/cp1251_literal.h"
 #include "config/settings.h"
+#include "platform/wait_for_lock.h"
 #include "services/program_paths.h"
 #include "text/file_names.h"
 
@@ -31,23 +32,38 @@ bool AskToCreate(const std::string& path, Dialogs& dialogs) {
 
 }  // namespace
 
-NumberingStore::NumberingStore(Environment& environment, WhenMissing when_missing)
-    : main_(*environment.config) {
+NumberingStore::NumberingStore(Environment& environment) : main_(*environment.config) {
   const std::string path = SharedCounterFile(environment);
-  if (path.empty()) return;
-  Host& host = environment.host;
-  if (host.files.Exists(path) ||
-      (when_missing == WhenMissing::kAsk && AskToCreate(path, host.dialogs))) {
-    shared_ = std::make_unique<TConfiguration>(host, path, CreateMode::kCreate, CodePage::kWindows);
-  }
+  if (path.empty() || !environment.host.files.Exists(path)) return;
+  shared_ = std::make_unique<TConfiguration>(environment.host, path, CreateMode::kMustExist,
+                                             CodePage::kWindows);
 }
 
-NumberingLock::NumberingLock(Environment& environment) {
-  Files& files = environment.host.files;
-  const std::string shared = SharedCounterFile(environment);
-  const bool can_be_shared = !shared.empty() && files.FolderExists(ExtractFileFolder(shared));
-  lock_ = files.Lock(can_be_shared ? shared : environment.config->file_name());
-  if (shared.empty() || !files.Exists(shared)) RereadConfiguration(environment);
+NumberingLock::NumberingLock(Environment& environment)
+    : environment_(environment), shared_file_(SharedCounterFile(environment)) {
+  Take();
+}
+
+void NumberingLock::Take() {
+  const Files& files = environment_.host.files;
+  const bool can_be_shared =
+      !shared_file_.empty() && files.FolderExists(ExtractFileFolder(shared_file_));
+  lock_ = WaitForLock(environment_.host,
+                      can_be_shared ? shared_file_ : environment_.config->file_name());
+  if (SharedFileIsMissing() || shared_file_.empty()) RereadConfiguration(environment_);
+}
+
+bool NumberingLock::SharedFileIsMissing() const {
+  return !shared_file_.empty() && !environment_.host.files.Exists(shared_file_);
+}
+
+void NumberingLock::OfferSharedFile() {
+  if (!SharedFileIsMissing()) return;
+  lock_.reset();
+  const bool wanted = AskToCreate(shared_file_, environment_.host.dialogs);
+  // Another station may make the file meanwhile: it stays as it is then.
+  if (wanted) static_cast<void>(environment_.host.files.CreateNew(shared_file_));
+  Take();
 }
 
 void RereadConfiguration(Environment& environment) {

@@ -16,14 +16,8 @@ namespace customsconv {
 // or it is missing.
 class NumberingStore {
  public:
-  enum class WhenMissing {
-    kUseMain,
-    kAsk,  // whether to create the shared file and count from one
-  };
-
-  // `environment` must outlive the store. Throws FileError when the shared file
-  // cannot be created.
-  NumberingStore(Environment& environment, WhenMissing when_missing);
+  // `environment` must outlive the store.
+  explicit NumberingStore(Environment& environment);
 
   TConfiguration& operator*() { return shared_ ? *shared_ : main_; }
   TConfiguration* operator->() { return &**this; }
@@ -38,9 +32,21 @@ class NumberingStore {
 // counters that others wrote. Must not be nested; locks the folder of the store.
 class NumberingLock {
  public:
+  // `environment` must outlive the lock.
   explicit NumberingLock(Environment& environment);
 
+  // Where the shared counter file is missing, asks whether to create it and count from one.
+  // While the question stands open the lock is not held, so that no other station waits for the
+  // answer; a store that was opened before is out of date afterwards. Throws FileError when the
+  // file cannot be created.
+  void OfferSharedFile();
+
  private:
+  void Take();
+  [[nodiscard]] bool SharedFileIsMissing() const;
+
+  Environment& environment_;
+  std::string shared_file_;         // empty: none is named
   std::unique_ptr<FileLock> lock_;  // null where the file system offers none
 };
 

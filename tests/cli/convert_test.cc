@@ -123,6 +123,16 @@ TEST_F(ConvertTest, ExplainsWhatATableFieldKeeps) {
   }
 }
 
+TEST_F(ConvertTest, SaysThatItWaitsForAnotherStationsNumber) {
+  auto other_station = host.files.Lock("C:\\PROG\\kord.ini", [] {});
+  host.clock.on_sleep = [&](std::uint32_t) {
+    if (host.clock.slept.size() > 200) other_station.reset();
+  };
+  host.files["C:\\IN\\new.xml"] = "";
+  EXPECT_EQ(Convert("C:\\IN\\new.xml"), kDone);
+  EXPECT_EQ(output.remarks, "wait: Ждем, пока другая станция освободит C:\\PROG/kord.ini\n");
+}
+
 TEST_F(ConvertTest, TheLockQuestionIsAnsweredByOption) {
   const struct {
     const char* option;

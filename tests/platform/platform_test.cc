@@ -6,6 +6,8 @@
 #include "platform/name_mask.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_processes.h"
+#include "platform/wait_for_lock.h"
+#include "support/fake_host.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
 
@@ -41,6 +43,24 @@ TEST(MatchesMask, KnowsStarsAndQuestionMarks) {
     EXPECT_EQ(MatchesMask(Win(name), Win(mask)), matches) << name << ' ' << mask;
   }
   EXPECT_FALSE(MatchesMask(std::string(20'000, 'a'), "*a*a*a*a*a*a*a*b")) << "and quickly so";
+}
+
+TEST(WaitForLock, SaysSoWhenItTakesLong) {
+  for (const std::uint64_t milliseconds : {0u, 500u, 3000u}) {
+    FakeHost host;
+    host.files.AddFolder("C:\\NUMS");
+    const auto locked = [&] { return WaitForLock(host, "C:\\NUMS\\last.ini"); };
+    auto other_station = locked();
+    const std::uint64_t start = host.clock.Ticks();
+    host.clock.on_sleep = [&](std::uint32_t) {
+      if (host.clock.Ticks() - start > milliseconds) other_station.reset();
+    };
+    EXPECT_NE(locked(), nullptr);
+    std::vector<std::string> said = {
+        "progress: Ждем, пока другая станция освободит C:\\NUMS\\last.ini (0)", "progress closed"};
+    if (milliseconds < 1000) said.clear();
+    EXPECT_EQ(host.dialogs.log, said);
+  }
 }
 
 TEST(PosixClock, TellsLocalTimeAndSleeps) {

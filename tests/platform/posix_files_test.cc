@@ -231,7 +231,7 @@ TEST_F(PosixFilesTest, LockKeepsOtherProcessesOutOfItsFolder) {
   folder.Write("count", "0");
   const auto count_up = [&] {
     for (int i = 0; i < 25; ++i) {
-      const auto lock = files.Lock(folder.Win("count"));
+      const auto lock = files.Lock(folder.Win("count"), [] { ::usleep(1000); });
       files.Replace(folder.Win("COUNT"),
                     std::to_string(std::stoi(files.Read(folder.Win("count"))) + 1));
     }

@@ -73,17 +73,27 @@ TEST(Numbering, SharesACounterFileBetweenStations) {
 }
 
 TEST(Numbering, AsksBeforeItMakesTheSharedFile) {
+  constexpr const char* kShared = "C:\\PROG\\last.ini";
   for (const bool create : {false, true}) {
     Station station("[System]\nLastNumsFile=last.ini\n");
     station.host.dialogs.confirmations = {create};
+    station.host.dialogs.on_question = [&] {
+      const auto other_station = station.host.files.Lock(kShared, [] { FAIL() << "must wait"; });
+    };
     EXPECT_EQ(ReadCounter("S", "N", 8, station), 8);  // asks nothing
     EXPECT_EQ(NextCounter("S", "N", 1, 60, station), 2);
     ASSERT_EQ(station.host.dialogs.log.size(), 1U);
     EXPECT_EQ(station.host.dialogs.log[0],
               "confirm: Не могу открыть файл общей нумерации деклараций\r\nC:\\PROG\\last.ini"
               "\r\nСоздать новый файл и начать нумерацию с единицы?");
-    EXPECT_EQ(station.host.files.Has("C:\\PROG\\last.ini"), create);
+    EXPECT_EQ(station.host.files.Has(kShared), create);
     EXPECT_EQ(station.config().ReadInteger("S", "N", 0), create ? 0 : 2);
+    station.host.files.Remove(kShared);
+    station.host.dialogs.confirmations = {create};
+    station.host.dialogs.on_question = [&] {
+      station.host.files[kShared] = "[S]\r\nN=40\r\n";  // by another station
+    };
+    EXPECT_EQ(NextCounter("S", "N", 1, 60, station), 41) << "looked at again after the question";
   }
 }
 

@@ -62,6 +62,7 @@ TEST(Stations, NeverDrawTheSameNumber) {
     folder.Write("last.ini", "");
     const int done = CountTrue([&folder](const auto& meet) {
       Station station;
+      station.clock.on_sleep = [](std::uint32_t milliseconds) { usleep(1000 * milliseconds); };
       TConfiguration config(station.host, folder.Win("kord.ini"), CreateMode::kMustExist,
                             CodePage::kWindows);
       SharedConfigurations shared(station.host);

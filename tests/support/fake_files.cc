@@ -141,9 +141,7 @@ class FakeFiles::MemoryOutputFile : public OutputFile {
 
 class FakeFiles::MemoryLock : public FileLock {
  public:
-  MemoryLock(FakeFiles& files, std::string key) : files_(files), key_(std::move(key)) {
-    if (!files_.locks_.insert(key_).second) throw std::logic_error("waits for itself: " + key_);
-  }
+  MemoryLock(FakeFiles& files, std::string key) : files_(files), key_(std::move(key)) {}
   ~MemoryLock() override { files_.locks_.erase(key_); }
   MemoryLock(const MemoryLock&) = delete;
   MemoryLock& operator=(const MemoryLock&) = delete;
@@ -427,8 +425,14 @@ std::vector<std::string> FakeFiles::Find(std::string_view folder, std::string_vi
   return names;
 }
 
-std::unique_ptr<FileLock> FakeFiles::Lock(std::string_view path) {
-  return std::make_unique<MemoryLock>(*this, FolderOf(Key(path)));
+std::unique_ptr<FileLock> FakeFiles::Lock(std::string_view path,
+                                          const std::function<void()>& on_busy) {
+  const std::string key = FolderOf(Key(path));
+  for (int i = 0; !locks_.insert(key).second; ++i) {
+    if (i == 100'000) throw std::logic_error("waits for itself: " + key);
+    on_busy();
+  }
+  return std::make_unique<MemoryLock>(*this, key);
 }
 
 }  // namespace customsconv

@@ -124,8 +124,9 @@ class FakeFiles : public Files {
   [[nodiscard]] std::string FullName(std::string_view path) const override;
   [[nodiscard]] std::string Identity(std::string_view path) const override { return Key(path); }
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
-  // A folder that is locked already would block for ever: std::logic_error.
-  [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+  // std::logic_error when `on_busy` is called again and again: this would block for ever.
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path,
+                                               const std::function<void()>& on_busy) override;
   [[nodiscard]] std::unique_ptr<FileLock> HoldFile(std::string_view path) override;
 
  private:

@@ -272,17 +272,20 @@ std::string PosixFiles::ShortName(std::string_view path) const {
   return NameFromSystem(RealName(SystemName(path))).value_or("");
 }
 
-std::unique_ptr<FileLock> PosixFiles::Lock(std::string_view path) {
+std::unique_ptr<FileLock> PosixFiles::Lock(std::string_view path,
+                                           const std::function<void()>& on_busy) {
   FileDescriptor folder = FileDescriptor::Open(FolderOf(SystemName(path)), O_RDONLY | O_DIRECTORY);
   if (!folder.valid()) {
     if (errno == EACCES) return nullptr;  // a folder that lets no one list it
     throw SystemFileError(Kind::kOpen, path, errno);
   }
-  int result = 0;
-  do {
-    result = ::flock(folder.number(), LOCK_EX);
-  } while (result != 0 && errno == EINTR);
-  if (result != 0) return nullptr;
+  while (::flock(folder.number(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno == EWOULDBLOCK) {
+      on_busy();
+    } else if (errno != EINTR) {
+      return nullptr;
+    }
+  }
   return std::make_unique<FolderLock>(std::move(folder));
 }
 

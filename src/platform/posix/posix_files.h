@@ -38,7 +38,8 @@ class PosixFiles : public Files {
   // letter case in which they are stored. Empty also for names that code page
   // 1251 cannot hold.
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
-  [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path) override;
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path,
+                                               const std::function<void()>& on_busy) override;
   [[nodiscard]] std::unique_ptr<FileLock> HoldFile(std::string_view path) override;
 
  private:
