@@ -41,6 +41,7 @@ TVeltIni::TVeltIni(Host& host, std::string_view file_name, CreateMode mode, Code
     throw Error(std::string("Не могу открыть ini-файл"_cp1251) + " \"" + file_name_ + '"');
   } else if (mode == CreateMode::kCreate) {
     host_.files.Replace(file_name_, "");
+    known_stamp_ = host_.files.Stamp(file_name_);
   }
   file_age_ = host_.files.Stamp(file_name_);
   BuildIndex();
@@ -48,13 +49,14 @@ TVeltIni::TVeltIni(Host& host, std::string_view file_name, CreateMode mode, Code
 
 TVeltIni::~TVeltIni() {
   try {
-    FlushIfModified();
+    WritePending();
   } catch (const Error& error) {
     host_.dialogs.Exception(error.text());
   }
 }
 
 void TVeltIni::LoadLines() {
+  known_stamp_ = host_.files.Stamp(file_name_);
   try {
     std::string text = host_.files.Read(file_name_);
     unread_ = false;
@@ -177,7 +179,8 @@ void TVeltIni::CheckValue(std::string_view section, std::string_view key,
 
 void TVeltIni::WriteString(std::string_view section, std::string_view key, std::string_view value) {
   CheckValue(section, key, value);
-  if (SetLine(section, key, value)) Flush();
+  SetLine(section, key, value);
+  FlushIfModified();
 }
 
 void TVeltIni::WriteInteger(std::string_view section, std::string_view key, std::int32_t value) {
@@ -268,14 +271,34 @@ void TVeltIni::Flush() {
   }
   host_.files.Replace(file_name_, content);
   modified_ = false;
+  known_stamp_ = host_.files.Stamp(file_name_);
 }
 
 void TVeltIni::FlushIfModified() {
   if (modified_) Flush();
 }
 
+// Others may have written since the change failed, counters among it: what they wrote counts.
+void TVeltIni::WritePending() {
+  if (!modified_) return;
+  const auto give_up = [this] {
+    throw FileError(FileError::Kind::kWrite, file_name_, "файл занят"_cp1251);
+  };
+  const std::unique_ptr<FileLock> lock = host_.files.Lock(file_name_, give_up);
+  if (host_.files.Stamp(file_name_) != known_stamp_) {
+    throw FileError(FileError::Kind::kWrite, file_name_,
+                    "файл изменен другой программой, изменения потеряны"_cp1251);
+  }
+  Flush();
+}
+
 void TVeltIni::UpdateFile() {
-  FlushIfModified();
+  try {
+    WritePending();
+  } catch (const Error& error) {
+    host_.dialogs.Exception(error.text());
+  }
+  modified_ = false;
   LoadLines();
   BuildIndex();
 }

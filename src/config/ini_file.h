@@ -34,8 +34,8 @@ class TVeltIni {
   // kMustExist; a file that cannot be read goes to the exception display and the
   // configuration is empty.
   TVeltIni(Host& host, std::string_view file_name, CreateMode mode, CodePage code_page);
-  // A change whose writing failed is tried once more; trouble with that goes to
-  // the exception display.
+  // A change whose writing failed is tried once more, unless somebody else has written the file
+  // since it was read or is about to. What is lost so goes to the exception display.
   virtual ~TVeltIni();
   TVeltIni(const TVeltIni&) = delete;
   TVeltIni& operator=(const TVeltIni&) = delete;
@@ -65,8 +65,8 @@ class TVeltIni {
   void DeleteKey(std::string_view section, std::string_view key);
   [[nodiscard]] bool SectionExists(std::string_view section) const;
 
-  // Reads the file again. A change whose writing failed is written first; a file
-  // that cannot be read goes to the exception display and the lines stay.
+  // Reads the file again. A change whose writing failed is written first or lost, as on
+  // destruction; a file that cannot be read goes to the exception display and the lines stay.
   void UpdateFile();
   // Reads the file again; a change whose writing failed is forgotten: what others
   // wrote since would be lost with it.
@@ -98,6 +98,8 @@ class TVeltIni {
     IniLines::Number end;
   };
   void LoadLines();
+  // Throws Error when there is a change and it must not or cannot be written.
+  void WritePending();
   void AddSection(std::string_view name, IniLines::Number header);
   IniLines::Number InsertIntoSection(std::size_t index, std::string_view line);
   IniLines::Number AppendSection(std::string_view section, std::string_view line);
@@ -115,7 +117,8 @@ class TVeltIni {
   KeyIndex keys_;                           // by "<section>_<key>", to the first line's number
   KeyIndex commented_keys_;                 // the same for keys that are switched off
   bool modified_ = false;
-  bool unread_ = false;  // the file is there, but the last reading of it failed
+  bool unread_ = false;               // the file is there, but the last reading of it failed
+  FileStamp known_stamp_ = kNoStamp;  // of the file when it was read or written last
   FileStamp file_age_ = kNoStamp;
 };
 

@@ -16,6 +16,9 @@ bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_di
   if (!environment_.host.files.Exists(ini_file)) {
     throw Error(std::string("Не найден файл "_cp1251) + environment_.base_path + "Kord.ini");
   }
+  // The last call's configuration may have something to write before the file is read.
+  environment_.config = nullptr;
+  config_.reset();
   auto config = std::make_unique<TConfiguration>(environment_.host, ini_file, CreateMode::kCreate,
                                                  CodePage::kWindows);
   try {

@@ -25,10 +25,22 @@ std::int32_t Read(std::string_view series, std::string_view key, std::int32_t de
   return store->ReadInteger(series, key, default_value);
 }
 
+// A change that cannot be stored is forgotten: its number was not given out, and nobody may write
+// it over what others draw meanwhile.
+void Store(TConfiguration& store, std::string_view series, std::string_view key,
+           std::int32_t value) {
+  try {
+    store.WriteInteger(series, key, value);
+  } catch (const Error&) {
+    store.Reload();
+    throw;
+  }
+}
+
 void Write(std::string_view series, std::string_view key, std::int32_t value,
            Environment& environment) {
   NumberingStore store(environment);
-  store->WriteInteger(series, key, value);
+  Store(*store, series, key, value);
 }
 
 std::int32_t Next(std::string_view series, std::string_view key, std::int32_t start,
@@ -38,7 +50,7 @@ std::int32_t Next(std::string_view series, std::string_view key, std::int32_t st
   // An absent counter stands at the start value and is advanced like any other.
   std::int32_t number = store->ReadInteger(series, key, start);
   number = number < maximum ? number + 1 : start;
-  store->WriteInteger(series, key, number);
+  Store(*store, series, key, number);
   return number;
 }
 

@@ -97,14 +97,32 @@ TEST(Numbering, AsksBeforeItMakesTheSharedFile) {
   }
 }
 
-TEST(Numbering, GivesNoNumberThatCouldNotBeStored) {
-  Station station("[S]\nTotalOrdNumber=5\nLastDate=46098\n");
-  station.host.files.SetReadOnly("C:\\PROG");
-  EXPECT_NE(ErrorOf([&] { (void)station.Next("S"); }), kNoError);
-  station.host.files.SetReadOnly("C:\\PROG", false);
-  // What others drew meanwhile is not overwritten by the change that failed.
-  station.host.files["C:\\PROG\\kord.ini"] = "[S]\r\nTotalOrdNumber=8\r\nLastDate=46098\r\n";
-  EXPECT_EQ(station.Next("S"), "00000000/170326/0000009");
+TEST(Numbering, GivesNoNumberThatCouldNotBeStoredAndStoresItNeverLater) {
+  for (const std::string name : {"kord.ini", "last.ini"}) {
+    const std::string file = "C:\\PROG\\" + name;
+    FakeHost host;
+    host.clock.Set({2026, 3, 17});
+    host.files["C:\\PROG\\last.ini"] = "";
+    host.files["C:\\PROG\\kord.ini"] =
+        name == "kord.ini" ? "" : "[System]\r\nLastNumsFile=last.ini";
+    host.files[file] = host.files[file].bytes() + "\r\n[S]\r\nN=5\r\n";
+    SharedConfigurations shared(host);
+    KeptToday today(host.clock);
+    const auto next = [&](bool may_write) {  // each time by a configuration of its own
+      host.files.SetReadOnly("C:\\PROG", !may_write);
+      TConfiguration config(host, "C:\\PROG\\kord.ini", CreateMode::kMustExist, CodePage::kWindows);
+      Environment environment{host, "C:\\PROG\\", "", "", &config, shared, today};
+      std::int32_t number = 0;
+      const std::string error =
+          ErrorOf([&] { number = NextCounter("S", "N", 1, 60, environment); });
+      EXPECT_EQ(error == kNoError, may_write);
+      host.files.SetReadOnly("C:\\PROG", false);
+      return number;
+    };
+    EXPECT_EQ(next(true), 6);
+    EXPECT_EQ(next(false), 0);
+    EXPECT_EQ(next(true), 7) << "the configuration of the failed call wrote nothing when it went";
+  }
 }
 
 }  // namespace
