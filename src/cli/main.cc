@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   using namespace customsconv;
   posix::OpenStandardDescriptors();
   posix::KeepFreedMemory();
-  posix::PosixFiles files;
+  posix::PosixFiles files(&cli::StopIfInterrupted);
   posix::PosixClock clock;
   posix::PosixProcesses processes;
   cli::StandardOutput output;

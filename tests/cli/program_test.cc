@@ -147,6 +147,16 @@ TEST_F(ProgramTest, ALimitOfTheFileSizeEndsNoProgramHalfWay) {
   EXPECT_EQ(out_.Listing(), tables_);
 }
 
+TEST_F(ProgramTest, AWaitForAPipeEndsWithTheSignalThatEndsPrograms) {
+  const std::string pipe = in_ / "pipe";
+  const std::string dump = std::string(CUSTOMSCONV_PROGRAM " dump --program ") + in_ / "program " +
+                           pipe + " > " + in_ / "log 2>&1";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(WEXITSTATUS(std::system(("timeout --preserve-status 1 " + dump).c_str())), 130);
+  const std::string write = "cat " + in_ / "xml/transit.xml > " + pipe + " & ";
+  EXPECT_EQ(WEXITSTATUS(std::system((write + "timeout 60 " + dump).c_str())), 0) << in_.Read("log");
+}
+
 // A result that does not arrive is no success: scripts look at the status alone.
 TEST_F(ProgramTest, AResultThatCannotBeWrittenIsAnError) {
   const std::string log = in_ / "log";

@@ -306,6 +306,27 @@ TEST_F(PosixFilesTest, ReadsWholeFilesAndTheirBeginnings) {
   EXPECT_NE(ErrorOf([&] { (void)files.Read("/dev/zero"); }), kNoError) << "without an end";
 }
 
+TEST_F(PosixFilesTest, APipeIsReadOnceAndTheReaderMayGiveUp) {
+  struct GivenUp {};
+  const std::string pipe = folder.Win("pipe"), content(200'000, 'x');
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const FileStamp before = files.Stamp(pipe);
+  for (const std::size_t limit : {0, 150'000}) {
+    const pid_t writer = Start([&] {
+      std::ofstream out(pipe);
+      out << content.substr(0, 10) << std::flush;
+      ::usleep(150'000);
+      out << content.substr(10) << std::flush;
+      return 0;
+    });
+    EXPECT_EQ(files.Read(pipe, limit).size(), limit == 0 ? content.size() : limit);
+    EndOf(writer);
+  }
+  EXPECT_EQ(files.Stamp(pipe), before) << "so nobody reads it again";
+  const PosixFiles impatient([] { throw GivenUp(); });
+  EXPECT_THROW((void)impatient.Read(pipe), GivenUp);
+}
+
 TEST_F(PosixFilesTest, EveryWriteChangesTheStamp) {
   const std::string path = folder.Win("f");
   EXPECT_EQ(files.Stamp(path), kNoStamp);

@@ -43,7 +43,8 @@ class FileDescriptor {
 // so that nothing that is opened later, by whatever library, takes the place of a standard stream.
 void OpenStandardDescriptors();
 
-// Changes whenever the content is written or the file is replaced by another.
+// Changes whenever the content is written or the file is replaced by another. Always the same
+// for a pipe: what was written to it last cannot be read again.
 [[nodiscard]] FileStamp StampOf(const struct stat& status);
 
 }  // namespace customsconv::posix

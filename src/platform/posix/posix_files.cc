@@ -1,6 +1,7 @@
 #include "platform/posix/posix_files.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -70,6 +71,19 @@ std::string ReadAll(const FileDescriptor& file, std::size_t expected, std::size_
     content.append(piece.data(), static_cast<std::size_t>(got));
     if (static_cast<std::size_t>(got) < piece.size()) return content;
   }
+}
+
+std::string ReadFile(const std::string& name, std::size_t limit, std::string_view path) {
+  const FileDescriptor file = FileDescriptor::Open(name, O_RDONLY);
+  struct stat status {};
+  if (!file.valid() || ::fstat(file.number(), &status) != 0) {
+    throw SystemFileError(Kind::kOpen, path, errno);
+  }
+  if (S_ISDIR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EISDIR);
+  // A device has no end.
+  if (S_ISCHR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EINVAL);
+  if (!MayRead(file.number())) throw SystemFileError(Kind::kOpen, path, EBUSY);
+  return ReadAll(file, static_cast<std::size_t>(status.st_size), limit, path);
 }
 
 // A thread that leaves the process's signals to those who are prepared for them; empty when
@@ -143,25 +157,44 @@ FileStamp PosixFiles::Stamp(std::string_view path) const {
 }
 
 std::string PosixFiles::Read(std::string_view path, std::size_t limit) const {
-  const FileDescriptor file = FileDescriptor::Open(SystemName(path), O_RDONLY);
-  struct stat status {};
-  if (!file.valid() || ::fstat(file.number(), &status) != 0) {
-    throw SystemFileError(Kind::kOpen, path, errno);
-  }
-  if (S_ISDIR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EISDIR);
-  // A device has no end; a pipe has one and is a way to hand over a file.
-  if (S_ISCHR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EINVAL);
-  if (!MayRead(file.number())) throw SystemFileError(Kind::kOpen, path, EBUSY);
-  constexpr std::size_t kPipeBuffer = 64 * 1024;
-  const std::size_t expected =
-      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : kPipeBuffer;
+  const std::string name = SystemName(path);
+  const auto found = StatusOf(name);
   try {
-    return ReadAll(file, expected, limit, path);
+    return found && S_ISFIFO(found->st_mode) ? ReadPipe(name, limit, path)
+                                             : ReadFile(name, limit, path);
   } catch (const std::bad_alloc&) {
     throw SystemFileError(Kind::kRead, path, ENOMEM);
   } catch (const std::length_error&) {
     throw SystemFileError(Kind::kRead, path, EFBIG);
   }
+}
+
+// A pipe is a way to hand over a file. Its writer may come late, stop for a while or never come,
+// so nothing here waits for long.
+std::string PosixFiles::ReadPipe(const std::string& system_name, std::size_t limit,
+                                 std::string_view path) const {
+  constexpr int kPause = 100;  // milliseconds between two calls of on_wait_
+  const FileDescriptor file = FileDescriptor::Open(system_name, O_RDONLY | O_NONBLOCK);
+  if (!file.valid()) throw SystemFileError(Kind::kOpen, path, errno);
+  const std::size_t most = limit == 0 ? std::string::npos : limit;
+  std::array<char, 64 * 1024> piece;
+  std::string content;
+  while (content.size() < most) {
+    pollfd written{file.number(), POLLIN, 0};
+    if (::poll(&written, 1, kPause) <= 0) {
+      on_wait_();
+      continue;
+    }
+    const ssize_t got =
+        ::read(file.number(), piece.data(), std::min(piece.size(), most - content.size()));
+    if (got == 0) break;
+    if (got > 0) {
+      content.append(piece.data(), static_cast<std::size_t>(got));
+    } else if (errno != EINTR && errno != EAGAIN) {
+      throw SystemFileError(Kind::kRead, path, errno);
+    }
+  }
+  return content;
 }
 
 std::unique_ptr<PendingFile> PosixFiles::StagePieces(std::string_view path, FilePieces content) {

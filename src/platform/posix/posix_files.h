@@ -1,9 +1,11 @@
 #ifndef CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
 #define CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/files.h"
@@ -14,6 +16,10 @@ namespace customsconv::posix {
 // folder "C:" of the current one.
 class PosixFiles : public Files {
  public:
+  // `on_wait` is called several times a second while a pipe that is read has nothing to give; it
+  // may throw to give up.
+  explicit PosixFiles(std::function<void()> on_wait = [] {}) : on_wait_(std::move(on_wait)) {}
+
   [[nodiscard]] bool Exists(std::string_view path) const override;
   [[nodiscard]] bool FolderExists(std::string_view path) const override;
   [[nodiscard]] FileStamp Stamp(std::string_view path) const override;
@@ -46,6 +52,10 @@ class PosixFiles : public Files {
   // Removes what killed processes left in a folder that this object writes to.
   void ClearOnce(const std::string& folder);
 
+  [[nodiscard]] std::string ReadPipe(const std::string& system_name, std::size_t limit,
+                                     std::string_view path) const;
+
+  std::function<void()> on_wait_;
   std::set<std::string> cleared_folders_;
 };
 
