@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Kinds of characters, and texts without the blanks around them:
@@ -22,17 +24,19 @@ namespace customsconv {
 // Every byte up to 32, line breaks and tabs among them, is a blank around a text.
 [[nodiscard]] constexpr bool IsBlank(char c) { return static_cast<unsigned char>(c) <= 32; }
 
-[[nodiscard]] constexpr std::string_view TrimLeft(std::string_view text) {
+[[nodiscard]] constexpr std::string_view TrimLeft(
+    std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   std::size_t start = 0;
   while (start < text.size() && IsBlank(text[start])) ++start;
   return text.substr(start);
 }
-[[nodiscard]] constexpr std::string_view TrimRight(std::string_view text) {
+[[nodiscard]] constexpr std::string_view TrimRight(
+    std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   std::size_t size = text.size();
   while (size > 0 && IsBlank(text[size - 1])) --size;
   return text.substr(0, size);
 }
-[[nodiscard]] constexpr std::string_view Trim(std::string_view text) {
+[[nodiscard]] constexpr std::string_view Trim(std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   return TrimRight(TrimLeft(text));
 }
 

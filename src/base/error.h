@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // What is thrown here, one class for each cause that somebody treats apart from the others:
@@ -20,8 +22,12 @@ namespace customsconv {
 class Error : public std::exception {
  public:
   explicit Error(std::string text_1251);
-  [[nodiscard]] const std::string& text() const noexcept { return text_; }
-  [[nodiscard]] const char* what() const noexcept override { return utf8_.c_str(); }
+  [[nodiscard]] const std::string& text() const noexcept CUSTOMSCONV_LIFETIME_BOUND {
+    return text_;
+  }
+  [[nodiscard]] const char* what() const noexcept CUSTOMSCONV_LIFETIME_BOUND override {
+    return utf8_.c_str();
+  }
 
  private:
   std::string text_;
@@ -54,7 +60,9 @@ class FileError : public Error {
   enum class Kind { kMissing, kOpen, kCreate, kRead, kWrite };
   FileError(Kind kind, std::string_view path, std::string_view cause_1251);
   [[nodiscard]] Kind kind() const noexcept { return kind_; }
-  [[nodiscard]] const std::string& path() const noexcept { return path_; }
+  [[nodiscard]] const std::string& path() const noexcept CUSTOMSCONV_LIFETIME_BOUND {
+    return path_;
+  }
 
  private:
   Kind kind_;

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // At most 255 bytes of code page 1251 text, stored in place: no allocation, cheap to copy.
@@ -55,13 +57,13 @@ class ShortText {
   }
   ShortText& operator+=(char c) { return *this += std::string_view(&c, 1); }
 
-  operator std::string_view() const { return {bytes_, size_}; }
-  [[nodiscard]] std::string_view view() const { return {bytes_, size_}; }
+  operator std::string_view() const CUSTOMSCONV_LIFETIME_BOUND { return {bytes_, size_}; }
+  [[nodiscard]] std::string_view view() const CUSTOMSCONV_LIFETIME_BOUND { return {bytes_, size_}; }
   [[nodiscard]] std::string str() const { return {bytes_, size_}; }
 
   [[nodiscard]] std::size_t size() const { return size_; }
   [[nodiscard]] bool empty() const { return size_ == 0; }
-  [[nodiscard]] const char* data() const { return bytes_; }
+  [[nodiscard]] const char* data() const CUSTOMSCONV_LIFETIME_BOUND { return bytes_; }
   char operator[](std::size_t position) const { return bytes_[position]; }
   void clear() { size_ = 0; }
 
@@ -88,7 +90,8 @@ class ShortText {
 
 // The first 255 bytes of `text`, without a copy: for functions that are defined
 // on short text and only look at it.
-[[nodiscard]] constexpr std::string_view CutToShort(std::string_view text) {
+[[nodiscard]] constexpr std::string_view CutToShort(
+    std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   return text.substr(0, ShortText::kMaxSize);
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "catalogue/field_info.h"
 #include "text/key_index.h"
 
@@ -25,15 +26,18 @@ class TBasis {
   TBasis& operator=(const TBasis&) = delete;
 
   [[nodiscard]] int Count() const { return static_cast<int>(items_.size()); }
-  [[nodiscard]] const TFieldInfo& Item(int position) const {
+  [[nodiscard]] const TFieldInfo& Item(int position) const CUSTOMSCONV_LIFETIME_BOUND {
     return items_[static_cast<std::size_t>(position)];
   }
   // The entry's owner may go on filling it until the level is indexed.
-  TFieldInfo& MutableItem(int position) { return items_[static_cast<std::size_t>(position)]; }
+  TFieldInfo& MutableItem(int position) CUSTOMSCONV_LIFETIME_BOUND {
+    return items_[static_cast<std::size_t>(position)];
+  }
   // The reference is good until the next Append.
-  TFieldInfo& Append(TFieldInfo&& field);
+  TFieldInfo& Append(TFieldInfo&& field) CUSTOMSCONV_LIFETIME_BOUND;
   // Appends the entry of a block whose level is complete, and links that level to this one.
-  TFieldInfo& AppendBlock(TFieldInfo&& block, std::unique_ptr<TBasis> level);
+  TFieldInfo& AppendBlock(TFieldInfo&& block,
+                          std::unique_ptr<TBasis> level) CUSTOMSCONV_LIFETIME_BOUND;
   // Drops all entries with all levels below them, and the look-ups.
   void Clear();
 
@@ -44,7 +48,8 @@ class TBasis {
   [[nodiscard]] int IndexOfBlock(std::string_view name) const;
   [[nodiscard]] bool HasBlock(std::string_view name) const { return IndexOfBlock(name) >= 0; }
   // The caller knows that the name exists.
-  [[nodiscard]] const TFieldInfo& FieldByName(std::string_view name) const;
+  [[nodiscard]] const TFieldInfo& FieldByName(std::string_view name) const
+      CUSTOMSCONV_LIFETIME_BOUND;
   // The first field whose XML path without its namespace prefixes equals `path` without regard to
   // letter case; -1 when there is none. `path` is cut at 255 bytes, so a field with a longer path
   // is never found. An empty path finds the first field that has no XML path. Constant time;
@@ -52,7 +57,7 @@ class TBasis {
   [[nodiscard]] int IndexOfXmlPath(std::string_view path) const;
   // The deepest level reached by walking the "\"-separated path of block names; record
   // numbers and empty parts are skipped.
-  [[nodiscard]] const TBasis& FindSubBasis(std::string_view path) const;
+  [[nodiscard]] const TBasis& FindSubBasis(std::string_view path) const CUSTOMSCONV_LIFETIME_BOUND;
   // Characters that all lines of the field hold together.
   [[nodiscard]] int TotalWidth(int position) const;
 
@@ -65,7 +70,7 @@ class TBasis {
   // kept texts would take quadratic room in deeply nested levels.
   [[nodiscard]] std::string Path() const;
   // The entry of the parent level that this level hangs on; null at the top.
-  [[nodiscard]] const TFieldInfo* Owner() const {
+  [[nodiscard]] const TFieldInfo* Owner() const CUSTOMSCONV_LIFETIME_BOUND {
     return parent == nullptr ? nullptr : &parent->Item(owner_position_);
   }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "catalogue/basis.h"
 #include "platform/files.h"
 #include "services/environment.h"
@@ -74,15 +75,16 @@ class TDocInfo {
   // The type's field tree, built from the catalogue file as it is on disk on the first
   // call. Throws Error with file and section in its text; the next call then tries again.
   // A table-set type gives a TDbfBasis, without fields until LoadFromDbf.
-  [[nodiscard]] TBasis& GetBasis(Environment& environment);
+  [[nodiscard]] TBasis& GetBasis(Environment& environment) CUSTOMSCONV_LIFETIME_BOUND;
   // To be told by whoever rebuilt the levels of a table-set type.
   void LevelsChanged();
   // Built with the first document of the type.
-  [[nodiscard]] const TDocProtect& Numbering(Environment& environment);
+  [[nodiscard]] const TDocProtect& Numbering(Environment& environment) CUSTOMSCONV_LIFETIME_BOUND;
 
   // Value of the first extra line "key=value" whose text before "=" is `key`, any
   // letter case, no blanks skipped; trimmed; empty when there is none. Points into ExtraLines.
-  [[nodiscard]] std::string_view GetHeaderValue(std::string_view key) const;
+  [[nodiscard]] std::string_view GetHeaderValue(std::string_view key) const
+      CUSTOMSCONV_LIFETIME_BOUND;
   // Name of the root element of the type's documents.
   [[nodiscard]] std::string XmlDocName() const;
 

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "catalogue/doc_info.h"
 #include "services/environment.h"
 
@@ -24,14 +25,16 @@ class TDocTypeList {
   TDocTypeList& operator=(const TDocTypeList&) = delete;
 
   [[nodiscard]] int Count() const { return static_cast<int>(types_.size()); }
-  [[nodiscard]] TDocInfo& Item(int index) const { return *types_[static_cast<std::size_t>(index)]; }
+  [[nodiscard]] TDocInfo& Item(int index) const CUSTOMSCONV_LIFETIME_BOUND {
+    return *types_[static_cast<std::size_t>(index)];
+  }
   // Index of the type of that code, any letter case; -1 when there is none.
   [[nodiscard]] int IndexOf(std::string_view code) const;
   // Throws Error "Не описан документ " + code.
-  [[nodiscard]] TDocInfo& GetDocInfo(std::string_view code) const;
+  [[nodiscard]] TDocInfo& GetDocInfo(std::string_view code) const CUSTOMSCONV_LIFETIME_BOUND;
   // The type stored in that head table (any letter case); among several the one whose short name
   // holds the largest number, so that a newer format wins. Null when there is none.
-  [[nodiscard]] TDocInfo* TableSetOf(std::string_view table) const;
+  [[nodiscard]] TDocInfo* TableSetOf(std::string_view table) const CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
   std::vector<std::unique_ptr<TDocInfo>> types_;

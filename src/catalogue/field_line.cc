@@ -6,6 +6,7 @@
 #include "base/cp1251_literal.h"
 #include "base/error.h"
 #include "base/letter_case.h"
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "text/blanks.h"
 #include "text/char_set.h"
@@ -25,11 +26,11 @@ constexpr std::int16_t kDateWidth = 10;
 constexpr int kDefaultNumberWidth = 15;
 constexpr int kDefaultWidth = 1;
 
-std::string_view Before(std::string_view text, std::size_t position) {
+std::string_view Before(std::string_view text CUSTOMSCONV_LIFETIME_BOUND, std::size_t position) {
   return text.substr(0, position);
 }
 
-std::string_view After(std::string_view text, std::size_t position) {
+std::string_view After(std::string_view text CUSTOMSCONV_LIFETIME_BOUND, std::size_t position) {
   return position == std::string_view::npos ? std::string_view{} : text.substr(position + 1);
 }
 
@@ -94,7 +95,7 @@ void ApplyTypeAndWidth(std::string_view type_and_width, TFieldInfo& field) {
   }
 }
 
-std::string_view DigitsAtEnd(std::string_view text) {
+std::string_view DigitsAtEnd(std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   std::size_t start = text.size();
   while (start > 0 && IsDigit(text[start - 1])) --start;
   return text.substr(start);

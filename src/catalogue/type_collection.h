@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "catalogue/doc_info.h"
 #include "text/key_index.h"
 
@@ -16,14 +17,16 @@ namespace customsconv {
 class TypeCollection {
  public:
   [[nodiscard]] std::size_t Count() const { return types_.size(); }
-  [[nodiscard]] TDocInfo& Item(std::size_t i) const { return *types_[i]; }
+  [[nodiscard]] TDocInfo& Item(std::size_t i) const CUSTOMSCONV_LIFETIME_BOUND {
+    return *types_[i];
+  }
   // The type of that code, in any letter case, or null.
-  [[nodiscard]] TDocInfo* Find(std::string_view code) const {
+  [[nodiscard]] TDocInfo* Find(std::string_view code) const CUSTOMSCONV_LIFETIME_BOUND {
     const int position = codes_.Find(code);
     return position < 0 ? nullptr : types_[static_cast<std::size_t>(position)].get();
   }
   // The caller knows that Find gives nothing for the code.
-  TDocInfo& Add(std::unique_ptr<TDocInfo> info) {
+  TDocInfo& Add(std::unique_ptr<TDocInfo> info) CUSTOMSCONV_LIFETIME_BOUND {
     codes_.Add(info->Code, static_cast<int>(types_.size()));
     return *types_.emplace_back(std::move(info));
   }

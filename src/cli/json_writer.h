@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "cli/output.h"
 
 namespace customsconv::cli {
@@ -35,7 +36,7 @@ class JsonWriter {
   void BeginArray() { Begin('['); }
   void EndArray() { End(']'); }
   // Name (UTF-8) of the member whose value comes next.
-  JsonWriter& Key(std::string_view name);
+  JsonWriter& Key(std::string_view name) CUSTOMSCONV_LIFETIME_BOUND;
   void Text(std::string_view utf8);
   // Text in code page 1251.
   void WinText(std::string_view text_1251);

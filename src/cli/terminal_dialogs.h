@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "cli/output.h"
 #include "platform/dialogs.h"
 
@@ -44,7 +45,9 @@ class TerminalDialogs : public Dialogs {
   void ShowProgressLine(std::string_view utf8);
   void ClearProgressLine();
 
-  [[nodiscard]] const std::vector<Shown>& shown() const { return shown_; }
+  [[nodiscard]] const std::vector<Shown>& shown() const CUSTOMSCONV_LIFETIME_BOUND {
+    return shown_;
+  }
 
  private:
   class Line;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/letter_case.h"
+#include "base/lifetime.h"
 #include "config/ini_file.h"
 
 namespace customsconv {
@@ -48,7 +49,7 @@ class SharedConfigurations {
  public:
   explicit SharedConfigurations(Host& host) : host_(host) {}
   // Throws Error when the file does not exist.
-  TConfiguration& Get(std::string_view file_name, CodePage code_page);
+  TConfiguration& Get(std::string_view file_name, CodePage code_page) CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
   Host& host_;

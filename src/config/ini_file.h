@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/code_pages.h"
+#include "base/lifetime.h"
 #include "config/ini_lines.h"
 #include "platform/host.h"
 #include "text/key_index.h"
@@ -77,7 +78,9 @@ class TVeltIni {
   // not be read when it was loaded is never written over: that is a FileError.
   void Flush();
 
-  [[nodiscard]] const std::string& file_name() const { return file_name_; }
+  [[nodiscard]] const std::string& file_name() const CUSTOMSCONV_LIFETIME_BOUND {
+    return file_name_;
+  }
   // The file's stamp when the object was constructed.
   [[nodiscard]] FileStamp file_age() const { return file_age_; }
 

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // What single lines of an ini file mean. The views point into the line.
@@ -15,12 +17,15 @@ struct IniKeyLine {
 
 // "[name] anything": the name trimmed, empty when the "]" is missing among the
 // first 255 bytes.
-[[nodiscard]] std::optional<std::string_view> ParseSectionHeader(std::string_view line);
+[[nodiscard]] std::optional<std::string_view> ParseSectionHeader(
+    std::string_view line CUSTOMSCONV_LIFETIME_BOUND);
 // "key = value", split at the first "=".
-[[nodiscard]] std::optional<IniKeyLine> ParseKeyLine(std::string_view line);
+[[nodiscard]] std::optional<IniKeyLine> ParseKeyLine(
+    std::string_view line CUSTOMSCONV_LIFETIME_BOUND);
 // The key of ";key=value", a setting that is switched off. Anything longer than
 // 28 characters between ";" and "=" is a remark.
-[[nodiscard]] std::optional<std::string_view> ParseCommentedKey(std::string_view line);
+[[nodiscard]] std::optional<std::string_view> ParseCommentedKey(
+    std::string_view line CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // The lines of an ini file in their order. A line keeps its number whatever is inserted or
@@ -30,7 +32,7 @@ class IniLines {
   [[nodiscard]] Number Next(Number number) const { return At(number).next; }
   [[nodiscard]] Number Previous(Number number) const { return At(number).previous; }
   // Good until the next change. Empty for kEnd.
-  [[nodiscard]] std::string_view Text(Number number) const {
+  [[nodiscard]] std::string_view Text(Number number) const CUSTOMSCONV_LIFETIME_BOUND {
     return Bytes(At(number).offset, At(number).size);
   }
 
@@ -40,7 +42,7 @@ class IniLines {
   void Remove(Number number);
 
   // Each line followed by CR LF: the whole file, in few pieces. Good until the next change.
-  [[nodiscard]] std::vector<std::string_view> Content() const;
+  [[nodiscard]] std::vector<std::string_view> Content() const CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
   struct Line {

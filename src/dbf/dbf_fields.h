@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Type letters of table fields that mean something here; a table may have others. (Those of
@@ -29,7 +31,7 @@ struct FieldDescriptor {
   char type = column_type::kCharacter;
 
   // `name` without its padding.
-  [[nodiscard]] std::string_view TrimmedName() const;
+  [[nodiscard]] std::string_view TrimmedName() const CUSTOMSCONV_LIFETIME_BOUND;
 };
 
 // The fields of a table in table order.

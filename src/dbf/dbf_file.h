@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_fields.h"
@@ -77,7 +78,7 @@ class TFileDbfFile {
   // The field's bytes in the current record as the table holds them: code page 866, padded to
   // their width. Empty when closed or when there is no such field; valid until the record or
   // the field changes.
-  [[nodiscard]] std::string_view StoredField(int field) const;
+  [[nodiscard]] std::string_view StoredField(int field) const CUSTOMSCONV_LIFETIME_BOUND;
   // `raw` leaves out the formatting by type.
   virtual void SetField(int field, std::string_view value, bool raw);
   // A name that begins with "||" is written raw.
@@ -100,9 +101,9 @@ class TFileDbfFile {
   [[nodiscard]] int FieldWidth(std::string_view name) const;
   [[nodiscard]] char FieldType(std::string_view name) const;
   // The caller knows that there is such a field.
-  [[nodiscard]] const FieldDescriptor& FieldAt(int field) const;
+  [[nodiscard]] const FieldDescriptor& FieldAt(int field) const CUSTOMSCONV_LIFETIME_BOUND;
   // Empty when closed; valid until the table is closed.
-  [[nodiscard]] const TDescrs& fields() const;
+  [[nodiscard]] const TDescrs& fields() const CUSTOMSCONV_LIFETIME_BOUND;
 
   // A field name that ends in "*" asks for values that contain `value`.
   virtual bool FindFirst(std::string_view field, std::string_view value);
@@ -124,7 +125,7 @@ class TFileDbfFile {
   [[nodiscard]] bool at_beginning() const { return at_beginning_; }
   [[nodiscard]] bool past_end() const { return past_end_; }
   // The expanded name in upper case, for messages.
-  [[nodiscard]] const ShortText& file_name() const { return file_name_; }
+  [[nodiscard]] const ShortText& file_name() const CUSTOMSCONV_LIFETIME_BOUND { return file_name_; }
 
  private:
   friend class TDbfCache;

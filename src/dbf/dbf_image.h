@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/date_time.h"
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "dbf/growing_bytes.h"
 #include "platform/files.h"
@@ -55,7 +56,7 @@ class TableBytes {
 
   [[nodiscard]] bool attached() const { return image_ != nullptr || file_ != nullptr; }
   [[nodiscard]] TDbfMemoryStream* image() const { return image_; }
-  [[nodiscard]] FileStream* file() const { return file_.get(); }
+  [[nodiscard]] FileStream* file() const CUSTOMSCONV_LIFETIME_BOUND { return file_.get(); }
   [[nodiscard]] std::int64_t Size() const;
   // False when the table does not hold so many bytes from `at` on. Throws FileError.
   [[nodiscard]] bool Read(std::int64_t at, char* to, std::size_t count) const;

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Bytes that grow at their end in amortised constant time a byte. Unlike a std::string they
@@ -14,9 +16,11 @@ namespace customsconv {
 class GrowingBytes {
  public:
   [[nodiscard]] std::size_t size() const { return size_; }
-  [[nodiscard]] char* data() { return bytes_.get(); }
-  [[nodiscard]] const char* data() const { return bytes_.get(); }
-  [[nodiscard]] std::string_view view() const { return {bytes_.get(), size_}; }
+  [[nodiscard]] char* data() CUSTOMSCONV_LIFETIME_BOUND { return bytes_.get(); }
+  [[nodiscard]] const char* data() const CUSTOMSCONV_LIFETIME_BOUND { return bytes_.get(); }
+  [[nodiscard]] std::string_view view() const CUSTOMSCONV_LIFETIME_BOUND {
+    return {bytes_.get(), size_};
+  }
 
   // Bytes that are added have no value yet. Throws std::bad_alloc.
   void Resize(std::size_t size);

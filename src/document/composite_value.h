@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "catalogue/field_info.h"
 
 namespace customsconv {
@@ -27,7 +28,8 @@ struct TextRange {
 };
 
 // Value of part `number` inside `range` of the text, trimmed; empty when the part is not there.
-[[nodiscard]] std::string_view PartValue(std::string_view composite, int number, TextRange range);
+[[nodiscard]] std::string_view PartValue(std::string_view composite CUSTOMSCONV_LIFETIME_BOUND,
+                                         int number, TextRange range);
 
 // The composite text with `value` stored as part `number`. A missing part is
 // created with its marks and prefix, an empty value too; with a `range` only those characters

@@ -44,7 +44,7 @@ void AppendSeparator(std::string& text, JoinMode mode) {
 }
 
 // `path` without one closing separator.
-std::string_view WithoutSeparator(std::string_view path) {
+std::string_view WithoutSeparator(std::string_view path CUSTOMSCONV_LIFETIME_BOUND) {
   if (path.ends_with('\\')) path.remove_suffix(1);
   return path;
 }

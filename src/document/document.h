@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "catalogue/doc_info.h"
 #include "catalogue/doc_type_list.h"
@@ -69,11 +70,11 @@ class TDocument {
   // record; 0 when it leads nowhere.
   [[nodiscard]] int RecordCount(std::string_view path);
   // The main block's records that are there, null without any; never opens one.
-  [[nodiscard]] const RecordList* MainRecords() const;
+  [[nodiscard]] const RecordList* MainRecords() const CUSTOMSCONV_LIFETIME_BOUND;
   [[nodiscard]] int MainRecordCount() const;
   // The level of the main block's records; the top level for a type without such a block, also for
   // a table set whose table of it could not be opened. Never opens a record.
-  [[nodiscard]] const TBasis& MainBasis() const;
+  [[nodiscard]] const TBasis& MainBasis() const CUSTOMSCONV_LIFETIME_BOUND;
 
   // ---- reading
   // The Read functions tell with the value which field it is of; the Get functions give the text.
@@ -105,13 +106,19 @@ class TDocument {
 
   // ---- state
   [[nodiscard]] TDocInfo& DocInfo() const { return info_; }
-  [[nodiscard]] const TBasis& RootBasis() const { return *root_basis_; }
-  [[nodiscard]] TDocFieldList& RootRecord() const { return *root_record_; }
-  [[nodiscard]] const TBasis& CurBasis() const { return *position_.basis; }
+  [[nodiscard]] const TBasis& RootBasis() const CUSTOMSCONV_LIFETIME_BOUND { return *root_basis_; }
+  [[nodiscard]] TDocFieldList& RootRecord() const CUSTOMSCONV_LIFETIME_BOUND {
+    return *root_record_;
+  }
+  [[nodiscard]] const TBasis& CurBasis() const CUSTOMSCONV_LIFETIME_BOUND {
+    return *position_.basis;
+  }
   [[nodiscard]] bool CurIsRecord() const { return position_.record != nullptr; }
   // The current record; null while the position is a record list.
-  [[nodiscard]] TDocFieldList* CurRecord() const { return position_.record; }
-  [[nodiscard]] const ShortText& CurPath() const { return cur_path_; }
+  [[nodiscard]] TDocFieldList* CurRecord() const CUSTOMSCONV_LIFETIME_BOUND {
+    return position_.record;
+  }
+  [[nodiscard]] const ShortText& CurPath() const CUSTOMSCONV_LIFETIME_BOUND { return cur_path_; }
   [[nodiscard]] int GoodsIndex() const { return goods_index_; }
   [[nodiscard]] Environment& environment() const { return environment_; }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "document/record.h"
 
 namespace customsconv {
@@ -21,7 +22,8 @@ struct DocumentPlace {
 
 // What a path finds under a block: the records at `position` of the record, null when there are
 // none. Throws Error when the record lacks the slot.
-[[nodiscard]] RecordList* BlockRecords(const TDocFieldList& record, int position);
+[[nodiscard]] RecordList* BlockRecords(const TDocFieldList& record CUSTOMSCONV_LIFETIME_BOUND,
+                                       int position);
 
 // Walks `path` (block names and record numbers in turn; no root prefix) from `place`.
 // An empty part ends the walk. False when the path leads nowhere; `place` is then as it
@@ -34,7 +36,7 @@ struct SplitPath {
   std::string_view parent;
   std::string_view last;
 };
-[[nodiscard]] SplitPath SplitLastPart(std::string_view path);
+[[nodiscard]] SplitPath SplitLastPart(std::string_view path CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "catalogue/basis.h"
 #include "document/record_arena.h"
 
@@ -18,7 +19,7 @@ struct StoredText {
   std::uint32_t size;
   std::uint32_t capacity;
 
-  [[nodiscard]] std::string_view view() const {
+  [[nodiscard]] std::string_view view() const CUSTOMSCONV_LIFETIME_BOUND {
     return {reinterpret_cast<const char*>(this + 1), size};
   }
 };
@@ -32,14 +33,16 @@ class RecordList {
 
   [[nodiscard]] int Count() const { return count_; }
   // `number` is from 1 to Count().
-  [[nodiscard]] TDocFieldList& Record(int number) const { return *records_[number - 1]; }
+  [[nodiscard]] TDocFieldList& Record(int number) const CUSTOMSCONV_LIFETIME_BOUND {
+    return *records_[number - 1];
+  }
   // Adds a record with empty slots behind the last one, labelled `label`.
-  TDocFieldList& Append(std::string_view label);
-  TDocFieldList& Append(int label);
+  TDocFieldList& Append(std::string_view label) CUSTOMSCONV_LIFETIME_BOUND;
+  TDocFieldList& Append(int label) CUSTOMSCONV_LIFETIME_BOUND;
   // Puts a new record in front of record `number` (behind the last one for
   // Count() + 1). Throws ListIndexError for a number beyond.
-  TDocFieldList& Insert(int number, std::string_view label);
-  TDocFieldList& Insert(int number, int label);
+  TDocFieldList& Insert(int number, std::string_view label) CUSTOMSCONV_LIFETIME_BOUND;
+  TDocFieldList& Insert(int number, int label) CUSTOMSCONV_LIFETIME_BOUND;
   [[nodiscard]] std::string Label(int number) const;
   [[nodiscard]] const TBasis& basis() const { return *basis_; }
   // The record itself stays readable until the document is released.
@@ -72,15 +75,15 @@ class TDocFieldList {
   // A record that has them keeps what is stored.
   void Fill() { count_ = basis_->Count(); }
   // The stored text; `position` is below Count(). Good until the slot is written to.
-  [[nodiscard]] std::string_view Text(int position) const;
+  [[nodiscard]] std::string_view Text(int position) const CUSTOMSCONV_LIFETIME_BOUND;
   // `text` may be a part of the text that is stored.
   void SetText(int position, std::string_view text);
   // Adds to the stored text in amortised constant time a byte.
   void AppendText(int position, std::string_view text);
   // Null when the entry has no record list (yet) or is no block.
-  [[nodiscard]] RecordList* Records(int position) const;
+  [[nodiscard]] RecordList* Records(int position) const CUSTOMSCONV_LIFETIME_BOUND;
   // The entry's record list, made when absent. The entry must be a block.
-  RecordList& EnsureRecords(int position);
+  RecordList& EnsureRecords(int position) CUSTOMSCONV_LIFETIME_BOUND;
 
   // Row (from 1) of the table that the record came from or was last written to;
   // 0 without one.

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Storage of one document's records and values. All of it goes at once, without a
@@ -24,7 +26,7 @@ class RecordArena {
   RecordArena& operator=(const RecordArena&) = delete;
 
   // `size` bytes above 0, aligned for pointers.
-  [[nodiscard]] void* Allocate(std::size_t size);
+  [[nodiscard]] void* Allocate(std::size_t size) CUSTOMSCONV_LIFETIME_BOUND;
   // Gives back a block of `size` bytes that Allocate returned.
   void Release(void* block, std::size_t size);
   // Gives back everything.
@@ -32,13 +34,13 @@ class RecordArena {
 
   // What is made here is never destroyed, only forgotten.
   template <class T, class... Arguments>
-  [[nodiscard]] T* New(Arguments&&... arguments) {
+  [[nodiscard]] T* New(Arguments&&... arguments) CUSTOMSCONV_LIFETIME_BOUND {
     static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= alignof(void*));
     return new (Allocate(sizeof(T))) T(std::forward<Arguments>(arguments)...);
   }
   // `count` null pointers.
   template <class T>
-  [[nodiscard]] T** NewPointers(std::size_t count) {
+  [[nodiscard]] T** NewPointers(std::size_t count) CUSTOMSCONV_LIFETIME_BOUND {
     T** pointers = static_cast<T**>(Allocate(count * sizeof(T*)));
     for (std::size_t i = 0; i < count; ++i) new (pointers + i) T*(nullptr);
     return pointers;

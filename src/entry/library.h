@@ -4,6 +4,7 @@
 #include <memory>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "dbf/dbf_cache.h"
 #include "entry/conversion_report.h"
 #include "entry/line_list.h"
@@ -41,11 +42,13 @@ class Library {
   bool CheckXsd(const ShortText& program_dir, const ShortText& schema_path,
                 const ShortText& xml_file, LineList& errors, CheckObserver* observer = nullptr);
 
-  [[nodiscard]] StartUpState& state() { return state_; }
-  [[nodiscard]] TDbfCache& tables() { return tables_; }
+  [[nodiscard]] StartUpState& state() CUSTOMSCONV_LIFETIME_BOUND { return state_; }
+  [[nodiscard]] TDbfCache& tables() CUSTOMSCONV_LIFETIME_BOUND { return tables_; }
   // The error that made the last call return false, for whoever wants to show
   // it; empty when there was none or the user has been told.
-  [[nodiscard]] const std::string& quiet_failure() const { return quiet_failure_; }
+  [[nodiscard]] const std::string& quiet_failure() const CUSTOMSCONV_LIFETIME_BOUND {
+    return quiet_failure_;
+  }
 
  private:
   bool CheckDocuments(const ShortText& xml_file, LineList& errors, CheckObserver* observer);

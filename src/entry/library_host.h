@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "platform/host.h"
 
 namespace customsconv {
@@ -19,7 +20,7 @@ class LibraryHost {
   LibraryHost(const LibraryHost&) = delete;
   LibraryHost& operator=(const LibraryHost&) = delete;
 
-  [[nodiscard]] Host& host();
+  [[nodiscard]] Host& host() CUSTOMSCONV_LIFETIME_BOUND;
   // Messages from now on go to "customsconv.log" in this folder, which ends
   // with a separator. Nothing is written before the first message.
   void StartLog(std::string_view program_dir);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "catalogue/doc_type_list.h"
 #include "config/configuration.h"
@@ -30,11 +31,13 @@ class StartUpState {
   // Releases configuration and catalogue.
   void TearDown();
 
-  [[nodiscard]] Environment& environment() { return environment_; }
+  [[nodiscard]] Environment& environment() CUSTOMSCONV_LIFETIME_BOUND { return environment_; }
   // Only after a start-up that returned true.
-  [[nodiscard]] TDocTypeList& types() { return *types_; }
+  [[nodiscard]] TDocTypeList& types() CUSTOMSCONV_LIFETIME_BOUND { return *types_; }
   // Why the last start-up returned false; empty when the user has been told.
-  [[nodiscard]] const std::string& quiet_failure() const { return quiet_failure_; }
+  [[nodiscard]] const std::string& quiet_failure() const CUSTOMSCONV_LIFETIME_BOUND {
+    return quiet_failure_;
+  }
 
  private:
   SharedConfigurations shared_;

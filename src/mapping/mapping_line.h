@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "catalogue/basis.h"
 #include "mapping/rules_file.h"
 
@@ -38,7 +39,8 @@ struct MappingLine {
 
 // The mapping lines of the section or sub-section whose header is line
 // `header`: from two lines below it to the next header.
-[[nodiscard]] std::vector<MappingLine> MappingLinesOf(const RulesFile& rules, int header);
+[[nodiscard]] std::vector<MappingLine> MappingLinesOf(
+    const RulesFile& rules CUSTOMSCONV_LIFETIME_BOUND, int header);
 
 }  // namespace customsconv
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "mapping/mapping_run.h"
 #include "text/words.h"
@@ -46,7 +47,7 @@ class RecordScope {
   [[nodiscard]] bool IsHeader() const { return source_path.empty(); }
   [[nodiscard]] bool PathHolds(std::string_view part) const { return Contains(source_path, part); }
   // Word `number` (from 1) of the source path.
-  [[nodiscard]] std::string_view PathWord(std::size_t number) const {
+  [[nodiscard]] std::string_view PathWord(std::size_t number) const CUSTOMSCONV_LIFETIME_BOUND {
     return ExtractWord(number, source_path, kPathSeparator);
   }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "platform/files.h"
 
@@ -34,20 +35,20 @@ class RulesFile {
 
   [[nodiscard]] int Count() const { return static_cast<int>(lines_.size()); }
   // The whole line: what the search for a section looks at.
-  [[nodiscard]] std::string_view Line(int index) const {
+  [[nodiscard]] std::string_view Line(int index) const CUSTOMSCONV_LIFETIME_BOUND {
     return lines_[static_cast<std::size_t>(index)];
   }
   // The line cut at 255 bytes: what the mapping looks at. Throws ListIndexError
   // behind the last line.
-  [[nodiscard]] std::string_view ShortLine(int index) const;
+  [[nodiscard]] std::string_view ShortLine(int index) const CUSTOMSCONV_LIFETIME_BOUND;
   // Full name of the file, for messages.
-  [[nodiscard]] const ShortText& name() const { return name_; }
+  [[nodiscard]] const ShortText& name() const CUSTOMSCONV_LIFETIME_BOUND { return name_; }
 
   // First section from line 0 on whose kinds line names `kind` (anywhere in the
   // line, any letter case).
   [[nodiscard]] std::optional<int> FindSection(std::string_view kind) const;
   // First word of a header line: a table's name, as written.
-  [[nodiscard]] std::string_view TableName(int header_line) const;
+  [[nodiscard]] std::string_view TableName(int header_line) const CUSTOMSCONV_LIFETIME_BOUND;
   // The next line that begins with "[" behind `line`; Count() when there is none.
   [[nodiscard]] int NextHeader(int line) const;
 

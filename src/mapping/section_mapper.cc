@@ -18,7 +18,7 @@ constexpr std::string_view kFlatListBlock = "DCLLISTL";
 // The one name with a star that stands for a block, the one without it.
 constexpr std::string_view kMechanismParts = "MechUnitPart*";
 
-std::string_view WithoutExtension(std::string_view file_name) {
+std::string_view WithoutExtension(std::string_view file_name CUSTOMSCONV_LIFETIME_BOUND) {
   return file_name.substr(0, file_name.rfind('.'));
 }
 

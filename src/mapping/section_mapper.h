@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "catalogue/basis.h"
 #include "mapping/mapping_run.h"
 
@@ -24,7 +25,8 @@ void MapTableSection(const DocumentPair& documents, int start_line);
 
 // Name of the entry of `structure` whose table is `table_name` (extension and letter case
 // ignored); empty when there is none or the level is no table.
-[[nodiscard]] std::string_view FindTableBlock(const TBasis& structure, std::string_view table_name);
+[[nodiscard]] std::string_view FindTableBlock(const TBasis& structure CUSTOMSCONV_LIFETIME_BOUND,
+                                              std::string_view table_name);
 
 }  // namespace customsconv
 

@@ -36,7 +36,9 @@ bool StartsWithOneOf(std::string_view text, std::initializer_list<std::string_vi
   return false;
 }
 
-std::string_view BeforeBracket(std::string_view field) { return field.substr(0, field.find('[')); }
+std::string_view BeforeBracket(std::string_view field CUSTOMSCONV_LIFETIME_BOUND) {
+  return field.substr(0, field.find('['));
+}
 
 void AppendToField(RecordScope& record, std::string_view field, std::string_view value) {
   ShortText text = record.target.GetField(field);

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "catalogue/field_info.h"
 #include "mapping/mapping_line.h"
@@ -19,7 +20,8 @@ namespace customsconv {
 
 // "1" or "0" of a logical value: by the bracketed pair of the field's caption
 // ("[Нет/Да]": the second word means yes), without one by the usual words.
-[[nodiscard]] std::string_view LogicalValue(std::string_view value, std::string_view caption);
+[[nodiscard]] std::string_view LogicalValue(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
+                                            std::string_view caption);
 
 // A date reduced to six digits DDMMYY: yyyy-mm-dd and local dates, by character
 // positions; anything else stays.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "platform/files.h"
 #include "streams/read_stream.h"
@@ -24,7 +25,7 @@ class TDocReadStream : public TReadStream {
   TDocReadStream(const Files& files, std::string_view file_name, std::string_view signature);
 
   // As read from the file.
-  [[nodiscard]] const ShortText& signature() const { return signature_; }
+  [[nodiscard]] const ShortText& signature() const CUSTOMSCONV_LIFETIME_BOUND { return signature_; }
 
  private:
   ShortText signature_;
@@ -47,7 +48,7 @@ class TDocWriteStream {
   std::int64_t Seek(std::int64_t offset, SeekOrigin origin) {
     return stream_->Seek(offset, origin);
   }
-  [[nodiscard]] const ShortText& signature() const { return signature_; }
+  [[nodiscard]] const ShortText& signature() const CUSTOMSCONV_LIFETIME_BOUND { return signature_; }
 
  private:
   ShortText file_name_;

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "platform/files.h"
 
@@ -52,7 +53,7 @@ class TReadStream {
   void ReadShortText(ShortText& text);
   void ReadLongText(std::string& text);
 
-  [[nodiscard]] const ShortText& file_name() const { return file_name_; }
+  [[nodiscard]] const ShortText& file_name() const CUSTOMSCONV_LIFETIME_BOUND { return file_name_; }
 
  protected:
   ShortText file_name_;

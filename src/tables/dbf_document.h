@@ -6,6 +6,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "document/document.h"
 #include "tables/table_keys.h"
@@ -41,19 +42,23 @@ class TDbfDocument : public TDocument {
   // written so far then stay in the table images, and the lock is gone.
   void Save(std::string_view folder);
   // Rows that the last save appended, by table file name; empty when it was abandoned.
-  [[nodiscard]] const RowCounts& AppendedRows() const { return appended_rows_; }
+  [[nodiscard]] const RowCounts& AppendedRows() const CUSTOMSCONV_LIFETIME_BOUND {
+    return appended_rows_;
+  }
   // Notes the row of the record for deletion at the next save and removes the record; rows of
   // the records below it stay.
   void DeleteRecord(std::string_view path);
 
-  [[nodiscard]] const ShortText& DocFolder() const { return doc_folder_; }
+  [[nodiscard]] const ShortText& DocFolder() const CUSTOMSCONV_LIFETIME_BOUND {
+    return doc_folder_;
+  }
   [[nodiscard]] std::int32_t RootRecNo() const { return root_rec_no_; }
   // Rows of the head table when it was loaded.
   [[nodiscard]] std::int64_t RowCount() const { return row_count_; }
   // The keys of one of the type's levels: which fields of its records the save fills.
-  [[nodiscard]] const TableKeys& KeysOf(const TBasis& level);
+  [[nodiscard]] const TableKeys& KeysOf(const TBasis& level) CUSTOMSCONV_LIFETIME_BOUND;
   // The head record's key as of the last load or save.
-  [[nodiscard]] const ShortText& DocKey() const { return doc_key_; }
+  [[nodiscard]] const ShortText& DocKey() const CUSTOMSCONV_LIFETIME_BOUND { return doc_key_; }
 
  private:
   // Moves to the record and notes its row for deletion.

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/characters.h"
+#include "base/lifetime.h"
 
 namespace customsconv {
 
@@ -21,9 +22,9 @@ namespace customsconv {
 
 // Trim, TrimLeft and TrimRight of base/characters.h on short text: the argument is cut at 255
 // bytes first.
-[[nodiscard]] std::string_view TrimBlanks(std::string_view text);
-[[nodiscard]] std::string_view TrimBlanksLeft(std::string_view text);
-[[nodiscard]] std::string_view TrimBlanksRight(std::string_view text);
+[[nodiscard]] std::string_view TrimBlanks(std::string_view text CUSTOMSCONV_LIFETIME_BOUND);
+[[nodiscard]] std::string_view TrimBlanksLeft(std::string_view text CUSTOMSCONV_LIFETIME_BOUND);
+[[nodiscard]] std::string_view TrimBlanksRight(std::string_view text CUSTOMSCONV_LIFETIME_BOUND);
 
 // Appends (PadRight) or prepends (PadLeft, short text) `fill` until the text has `length`
 // bytes, at most 255; longer texts stay as they are.
@@ -40,8 +41,10 @@ namespace customsconv {
 [[nodiscard]] std::string ReplaceChar(std::string_view text, char from, char to);
 [[nodiscard]] std::string RemoveChar(std::string_view text, char c);
 // Without its last `count` characters (empty when it has fewer).
-[[nodiscard]] std::string_view DropTail(std::string_view text, std::size_t count);
-[[nodiscard]] std::string_view IfEmpty(std::string_view text, std::string_view default_text);
+[[nodiscard]] std::string_view DropTail(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                        std::size_t count);
+[[nodiscard]] std::string_view IfEmpty(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                       std::string_view default_text CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/lifetime.h"
 #include "text/date_format.h"
 #include "text/dates.h"
 #include "text/words.h"
@@ -14,7 +15,7 @@ std::string Dotted(std::string_view day, std::string_view month, std::string_vie
   return Join({day, kSeparator, month, kSeparator, year});
 }
 
-std::string_view LastTwo(std::string_view text) {
+std::string_view LastTwo(std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   return text.substr(text.size() - std::min<std::size_t>(text.size(), 2));
 }
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Real numbers as texts of decimal digits, which binary floating point never touches:
@@ -32,7 +34,7 @@ struct DecimalText {
 
 // A sign, digits with at most one point and at least one digit, an exponent. The blanks around
 // it (bytes up to 32: a value may stand on a line of its own) do not count.
-[[nodiscard]] DecimalText ParseDecimal(std::string_view text);
+[[nodiscard]] DecimalText ParseDecimal(std::string_view text CUSTOMSCONV_LIFETIME_BOUND);
 
 // Place of the leading digit that is not 0, counted from the point: 1 for units,
 // 2 for tens, 0 for tenths. Zero has none and gives the lowest place there is.

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Names of files taken apart and put together; the file system is not asked:
@@ -27,15 +29,16 @@ namespace customsconv {
 // Replaces the extension or adds one.
 [[nodiscard]] std::string ChangeExtension(std::string_view name, std::string_view extension);
 // The file name without folder; with its extension.
-[[nodiscard]] std::string_view FileNameOf(std::string_view path);
+[[nodiscard]] std::string_view FileNameOf(std::string_view path CUSTOMSCONV_LIFETIME_BOUND);
 // The file name without folder and without its last extension.
-[[nodiscard]] std::string_view ExtractFileBaseName(std::string_view path);
+[[nodiscard]] std::string_view ExtractFileBaseName(
+    std::string_view path CUSTOMSCONV_LIFETIME_BOUND);
 // Folder without the closing separator, except that a root keeps it ("C:\", "\"); empty
 // when the path names no folder.
 [[nodiscard]] std::string ExtractFileFolder(std::string_view path);
 // Everything up to and including the last separator, or the drive; empty when there is
 // neither.
-[[nodiscard]] std::string_view FolderPart(std::string_view path);
+[[nodiscard]] std::string_view FolderPart(std::string_view path CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv
 

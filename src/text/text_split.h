@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "text/char_set.h"
 
 namespace customsconv {
@@ -29,14 +30,16 @@ struct SplitText {
 // found, else hard at the width. A delimiter other than a blank stays at the end of the head. A
 // width below 1 leaves the whole text in the head. An empty delimiter set means the default one:
 // every character that is neither a Latin or Cyrillic letter nor a digit.
-[[nodiscard]] SplitText WrapSplit(std::string_view text, const CharSet& delimiters, bool pad_head,
-                                  int width);
-[[nodiscard]] SplitText WrapSplit(std::string_view text, int width);
+[[nodiscard]] SplitText WrapSplit(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                  const CharSet& delimiters, bool pad_head, int width);
+[[nodiscard]] SplitText WrapSplit(std::string_view text CUSTOMSCONV_LIFETIME_BOUND, int width);
 // At the first line break when that stands within the width (and breaks are
 // used), else WrapSplit.
-[[nodiscard]] SplitText SplitFirstLine(std::string_view text, bool use_line_breaks, int width);
+[[nodiscard]] SplitText SplitFirstLine(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                       bool use_line_breaks, int width);
 // At the first character of `set` within the width, else WrapSplit.
-[[nodiscard]] SplitText SplitAtSet(std::string_view text, const CharSet& set, int width);
+[[nodiscard]] SplitText SplitAtSet(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                   const CharSet& set, int width);
 
 }  // namespace customsconv
 

@@ -63,7 +63,8 @@ std::size_t Count(std::string_view text, const CharSet& delimiters) {
 }
 
 template <typename Walk>
-std::string_view Extract(std::size_t number, std::string_view text, const CharSet& delimiters) {
+std::string_view Extract(std::size_t number, std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                         const CharSet& delimiters) {
   Walk walk(text, delimiters);
   for (std::string_view word; number > 0 && walk.Next(word);) {
     if (--number == 0) return word;
@@ -72,7 +73,8 @@ std::string_view Extract(std::size_t number, std::string_view text, const CharSe
 }
 
 template <typename Walk>
-std::vector<std::string_view> All(std::string_view text, const CharSet& delimiters) {
+std::vector<std::string_view> All(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                  const CharSet& delimiters) {
   Walk walk(text, delimiters);
   std::vector<std::string_view> words;
   for (std::string_view word; walk.Next(word);) words.push_back(word);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/letter_case.h"
+#include "base/lifetime.h"
 #include "text/char_set.h"
 
 namespace customsconv {
@@ -25,22 +26,26 @@ namespace customsconv {
 // Words are maximal runs of characters outside the delimiter set: runs of delimiters separate
 // once, leading and trailing ones do not count. Word numbers count from 1.
 [[nodiscard]] std::size_t WordCount(std::string_view text, const CharSet& delimiters);
-[[nodiscard]] std::string_view ExtractWord(std::size_t number, std::string_view text,
+[[nodiscard]] std::string_view ExtractWord(std::size_t number,
+                                           std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
                                            const CharSet& delimiters);
 // All words in order, in one walk: for loops over words.
-[[nodiscard]] std::vector<std::string_view> Words(std::string_view text, const CharSet& delimiters);
+[[nodiscard]] std::vector<std::string_view> Words(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                                  const CharSet& delimiters);
 
 // The same, but a delimiter inside double quotes (behind an odd and before an even quote) does
 // not separate; the quotes stay in the word.
 [[nodiscard]] std::size_t WordCountQuoted(std::string_view text, const CharSet& delimiters);
-[[nodiscard]] std::string_view ExtractWordQuoted(std::size_t number, std::string_view text,
+[[nodiscard]] std::string_view ExtractWordQuoted(std::size_t number,
+                                                 std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
                                                  const CharSet& delimiters);
-[[nodiscard]] std::vector<std::string_view> WordsQuoted(std::string_view text,
-                                                        const CharSet& delimiters);
+[[nodiscard]] std::vector<std::string_view> WordsQuoted(
+    std::string_view text CUSTOMSCONV_LIFETIME_BOUND, const CharSet& delimiters);
 
 // Everything from the start of word `number` (from 0 here) to the end of the
 // text, trimmed of bytes up to 32; empty when there are not number + 1 words.
-[[nodiscard]] std::string_view TextFromWord(std::size_t number, std::string_view text,
+[[nodiscard]] std::string_view TextFromWord(std::size_t number,
+                                            std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
                                             const CharSet& delimiters);
 
 // Positions count from 1; 0 means absent, also for an empty pattern.
@@ -56,8 +61,8 @@ namespace customsconv {
 [[nodiscard]] std::size_t PosInRange(std::string_view pattern, std::string_view buffer,
                                      std::size_t from, std::size_t to);
 // `count` bytes from offset `from`, but not beyond offset `limit`.
-[[nodiscard]] std::string_view CopyRange(std::string_view buffer, std::size_t from,
-                                         std::size_t count, std::size_t limit);
+[[nodiscard]] std::string_view CopyRange(std::string_view buffer CUSTOMSCONV_LIFETIME_BOUND,
+                                         std::size_t from, std::size_t count, std::size_t limit);
 // `pattern` stands somewhere in `text`, exact bytes / without regard to case. An
 // empty pattern stands nowhere.
 [[nodiscard]] bool Contains(std::string_view text, std::string_view pattern);

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // The first error that libxml2 reports while the object lives, on this thread.
@@ -26,9 +28,9 @@ class FirstXmlError {
   [[nodiscard]] int code() const { return code_; }
   [[nodiscard]] int line() const { return line_; }
   // What it says, as SentenceOf tells it.
-  [[nodiscard]] const std::string& sentence() const { return sentence_; }
+  [[nodiscard]] const std::string& sentence() const CUSTOMSCONV_LIFETIME_BOUND { return sentence_; }
   // Name of the file that it stands in, UTF-8; empty for the document itself.
-  [[nodiscard]] const std::string& file() const { return file_; }
+  [[nodiscard]] const std::string& file() const CUSTOMSCONV_LIFETIME_BOUND { return file_; }
 
  private:
   xmlStructuredErrorFunc former_;

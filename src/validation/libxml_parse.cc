@@ -14,6 +14,7 @@
 
 #include "base/cp1251_literal.h"
 #include "base/error.h"
+#include "base/lifetime.h"
 #include "base/unicode.h"
 #include "validation/error_text.h"
 #include "validation/libxml_error.h"
@@ -23,7 +24,7 @@ namespace customsconv {
 namespace {
 
 // Line `number` (from 1) of a text, without its line end.
-std::string_view LineOf(std::string_view text, int number) {
+std::string_view LineOf(std::string_view text CUSTOMSCONV_LIFETIME_BOUND, int number) {
   std::size_t start = 0;
   for (int line = 1; line < number; ++line) {
     const std::size_t end = text.find('\n', start);

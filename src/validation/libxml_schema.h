@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "platform/files.h"
 
 namespace customsconv {
@@ -25,7 +26,7 @@ class CompiledSchema {
   [[nodiscard]] bool IsCurrent() const;
   [[nodiscard]] xmlSchemaPtr get() const { return schema_; }
   // In UTF-8; empty for a schema without one.
-  [[nodiscard]] std::string_view TargetNamespace() const;
+  [[nodiscard]] std::string_view TargetNamespace() const CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
   friend class SchemaFolder;

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "platform/files.h"
 
 namespace customsconv {
@@ -44,7 +45,7 @@ class XmlDocumentService {
   virtual void SetSchemas(XmlSchemaCache& schemas) = 0;
   // Parses and validates; `text` is code page 1251, whatever encoding its declaration names.
   virtual bool LoadXml(std::string_view text) = 0;
-  [[nodiscard]] virtual const XmlParseReport& ParseError() const = 0;
+  [[nodiscard]] virtual const XmlParseReport& ParseError() const CUSTOMSCONV_LIFETIME_BOUND = 0;
 };
 
 class XmlServices {

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "base/lifetime.h"
+
 namespace customsconv::posix {
 
 // The entries of a folder, one by one, in the order of the system.
@@ -15,7 +17,9 @@ class FolderListing {
   explicit FolderListing(const std::string& folder) : stream_(::opendir(folder.c_str())) {}
 
   // The next entry, valid until the next call; null at the end.
-  [[nodiscard]] const dirent* Next() { return stream_ ? ::readdir(stream_.get()) : nullptr; }
+  [[nodiscard]] const dirent* Next() CUSTOMSCONV_LIFETIME_BOUND {
+    return stream_ ? ::readdir(stream_.get()) : nullptr;
+  }
 
  private:
   struct Closer {

@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_PLATFORM_POSIX_POSIX_HOST_H_
 #define CUSTOMSCONV_PLATFORM_POSIX_POSIX_HOST_H_
 
+#include "base/lifetime.h"
 #include "platform/host.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_files.h"
@@ -18,7 +19,7 @@ class PosixHost {
   PosixHost& operator=(const PosixHost&) = delete;
 
   operator Host&() { return host_; }  // implicit on purpose
-  [[nodiscard]] Host& host() { return host_; }
+  [[nodiscard]] Host& host() CUSTOMSCONV_LIFETIME_BOUND { return host_; }
 
  private:
   posix::PosixFiles files_;

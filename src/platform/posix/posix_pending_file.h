@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "base/lifetime.h"
 #include "platform/files.h"
 #include "platform/posix/file_descriptor.h"
 
@@ -40,9 +41,11 @@ class PosixPendingFile : public PendingFile {
   [[nodiscard]] std::string Exchange();
 
   // The temporary file; empty once it is in place.
-  [[nodiscard]] const std::string& temporary() const { return temporary_; }
+  [[nodiscard]] const std::string& temporary() const CUSTOMSCONV_LIFETIME_BOUND {
+    return temporary_;
+  }
   // The file that will be replaced, behind links.
-  [[nodiscard]] const std::string& target() const { return target_; }
+  [[nodiscard]] const std::string& target() const CUSTOMSCONV_LIFETIME_BOUND { return target_; }
   // Of the content as it was placed.
   [[nodiscard]] FileStamp placed_stamp() const { return placed_stamp_; }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/letter_case.h"
+#include "base/lifetime.h"
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_file.h"
 #include "tables/rows/table_value.h"
@@ -41,7 +42,9 @@ class TableRows {
   void Select(const std::vector<int>& positions);
   // One more column at the end, DELETED: whether the row is marked as deleted.
   void AddDeleted();
-  [[nodiscard]] const std::vector<TableColumn>& columns() const { return columns_; }
+  [[nodiscard]] const std::vector<TableColumn>& columns() const CUSTOMSCONV_LIFETIME_BOUND {
+    return columns_;
+  }
   // Position of the column of that name (UTF-8), any letter case; -1 when there is none.
   [[nodiscard]] int Find(std::string_view name) const;
 
@@ -54,10 +57,10 @@ class TableRows {
   [[nodiscard]] std::int64_t Number() const { return table_.current_record(); }
   [[nodiscard]] bool Deleted() const { return table_.IsDeleted(); }
   // A value a column; valid until another row is gone to or the columns change.
-  [[nodiscard]] std::span<const TableValue> Values();
+  [[nodiscard]] std::span<const TableValue> Values() CUSTOMSCONV_LIFETIME_BOUND;
 
   // The table at the current row, for keys.
-  [[nodiscard]] const TFileDbfFile& table() const { return table_; }
+  [[nodiscard]] const TFileDbfFile& table() const CUSTOMSCONV_LIFETIME_BOUND { return table_; }
 
  private:
   void ColumnsChanged();

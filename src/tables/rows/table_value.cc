@@ -7,6 +7,7 @@
 #include "base/characters.h"
 #include "base/date_time.h"
 #include "base/dos_unicode.h"
+#include "base/lifetime.h"
 
 namespace customsconv {
 namespace {
@@ -23,7 +24,7 @@ bool IsPlain(char c) {
 
 // What `write` adds to the end of `room`.
 template <typename Write>
-std::string_view Added(std::string& room, const Write& write) {
+std::string_view Added(std::string& room CUSTOMSCONV_LIFETIME_BOUND, const Write& write) {
   const std::size_t start = room.size();
   write();
   return std::string_view(room).substr(start);

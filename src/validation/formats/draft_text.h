@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // A field of a type that is being drafted. Texts are code page 1251.
@@ -30,7 +32,7 @@ class DraftText {
   void OpenBlock(std::string_view name, std::string_view caption, std::string_view xml_path);
   void CloseBlock();
 
-  [[nodiscard]] const std::string& Text() const { return text_; }
+  [[nodiscard]] const std::string& Text() const CUSTOMSCONV_LIFETIME_BOUND { return text_; }
 
  private:
   std::string text_;

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/lifetime.h"
 #include "validation/schema/components.h"
 #include "validation/schema/schema_files.h"
 
@@ -29,7 +30,8 @@ class ComponentBuilder {
 
   // The element of a global declaration, complete with all that it leads to. Throws Error for a
   // reference that leads nowhere and for a type that is its own base.
-  [[nodiscard]] const Element& Build(const SchemaFiles::Node& declaration);
+  [[nodiscard]] const Element& Build(const SchemaFiles::Node& declaration)
+      CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
   using Node = SchemaFiles::Node;

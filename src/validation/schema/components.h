@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "base/lifetime.h"
+
 // What schemas declare: elements, their types, attributes. The components of one SchemaSet point
 // at each other; they live as long as the set and do not change. Texts are UTF-8.
 namespace customsconv::schema {
@@ -104,7 +106,7 @@ struct ComplexType {
 // The attributes of the type, those of its bases first.
 [[nodiscard]] std::vector<const Attribute*> AttributesOf(const ComplexType& type);
 // The text of the element's content; null when it holds elements, nothing or anything.
-[[nodiscard]] const SimpleType* TextOf(const Element& element);
+[[nodiscard]] const SimpleType* TextOf(const Element& element CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv::schema
 

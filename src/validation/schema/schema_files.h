@@ -11,6 +11,7 @@
 #include <tuple>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "platform/files.h"
 #include "validation/schema/components.h"
 
@@ -42,11 +43,13 @@ class SchemaFiles {
   SchemaFiles(const SchemaFiles&) = delete;
   SchemaFiles& operator=(const SchemaFiles&) = delete;
 
-  [[nodiscard]] const File& Main() const { return files_.front(); }
+  [[nodiscard]] const File& Main() const CUSTOMSCONV_LIFETIME_BOUND { return files_.front(); }
   // The global declaration of a kind ("element", "complexType", ...); a null node for none.
   [[nodiscard]] Node Find(std::string_view kind, const Name& name) const;
   // The global elements of all files, in the order in which they were met.
-  [[nodiscard]] const std::vector<Node>& Elements() const { return elements_; }
+  [[nodiscard]] const std::vector<Node>& Elements() const CUSTOMSCONV_LIFETIME_BOUND {
+    return elements_;
+  }
 
   // The name that an attribute's value stands for ("p:Name" by the declarations in reach).
   [[nodiscard]] static Name Resolve(const Node& at, std::string_view value);
@@ -77,7 +80,7 @@ class SchemaFiles {
 [[nodiscard]] bool HasAttribute(const xmlNode& node, const char* name);
 // The element children that belong to the schema language, but for annotations.
 [[nodiscard]] std::vector<const xmlNode*> SchemaChildren(const xmlNode& node);
-[[nodiscard]] std::string_view LocalName(const xmlNode& node);
+[[nodiscard]] std::string_view LocalName(const xmlNode& node CUSTOMSCONV_LIFETIME_BOUND);
 // What the node's annotation says, in one line.
 [[nodiscard]] std::string DocumentationOf(const xmlNode& node);
 

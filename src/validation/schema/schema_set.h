@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "platform/files.h"
 #include "validation/schema/components.h"
 
@@ -31,12 +32,12 @@ class SchemaSet {
   // The global element of that name of the schema file itself, with all that it leads to. An
   // empty name means the only one, or the one that is named like the file. Throws Error
   // when there is none, or for a reference that leads nowhere.
-  [[nodiscard]] const Element& Root(std::string_view name);
+  [[nodiscard]] const Element& Root(std::string_view name) CUSTOMSCONV_LIFETIME_BOUND;
   // Names of the global elements that the schema file itself declares.
   [[nodiscard]] std::vector<std::string> RootNames() const;
-  [[nodiscard]] const std::string& TargetNamespace() const;
+  [[nodiscard]] const std::string& TargetNamespace() const CUSTOMSCONV_LIFETIME_BOUND;
   // File name without folder, code page 1251.
-  [[nodiscard]] const std::string& FileName() const;
+  [[nodiscard]] const std::string& FileName() const CUSTOMSCONV_LIFETIME_BOUND;
   // The prefix that the schema file declares for a namespace; empty when it declares none.
   [[nodiscard]] std::string PrefixOf(std::string_view name_space) const;
 

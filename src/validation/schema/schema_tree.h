@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "validation/schema/components.h"
 
 namespace customsconv::schema {
@@ -48,8 +49,12 @@ class SchemaTree {
   explicit SchemaTree(const Element& root);
 
   static constexpr std::size_t kRoot = 0;
-  [[nodiscard]] const TreeElement& At(std::size_t index) const { return elements_[index]; }
-  [[nodiscard]] const TreeElement& Root() const { return elements_[kRoot]; }
+  [[nodiscard]] const TreeElement& At(std::size_t index) const CUSTOMSCONV_LIFETIME_BOUND {
+    return elements_[index];
+  }
+  [[nodiscard]] const TreeElement& Root() const CUSTOMSCONV_LIFETIME_BOUND {
+    return elements_[kRoot];
+  }
   [[nodiscard]] std::size_t Count() const { return elements_.size(); }
   // The indices in the order of a document, parents before their children.
   [[nodiscard]] std::vector<std::size_t> InOrder() const;

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "validation/schema/components.h"
 
 namespace customsconv::schema {
@@ -37,7 +38,9 @@ class ValuePattern {
   // lacks. Values inside the system hold no others, so classes are cut down to that page.
   [[nodiscard]] static std::optional<ValuePattern> Parse(std::string_view utf8);
 
-  [[nodiscard]] const Node& At(std::size_t index) const { return nodes_[index]; }
+  [[nodiscard]] const Node& At(std::size_t index) const CUSTOMSCONV_LIFETIME_BOUND {
+    return nodes_[index];
+  }
   [[nodiscard]] std::size_t root() const { return root_; }
   // Empty when a value may be of any length.
   [[nodiscard]] std::optional<int> MostCharacters() const;

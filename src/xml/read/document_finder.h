@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 // Where the documents stand in an XML text that holds several:
@@ -34,7 +36,8 @@ class DocumentFinder {
   // Text of the document with that number (from 1), from "<" through its end tag and the
   // line ends behind it; empty when there are not so many. `text` must be the same in
   // every call. Throws Error when the document has no end tag.
-  [[nodiscard]] std::string_view Find(std::string_view text, std::size_t number);
+  [[nodiscard]] std::string_view Find(std::string_view text CUSTOMSCONV_LIFETIME_BOUND,
+                                      std::size_t number);
 
  private:
   [[nodiscard]] std::size_t StartOf(std::string_view text, std::size_t number);

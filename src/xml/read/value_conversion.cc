@@ -15,7 +15,8 @@ namespace customsconv {
 
 namespace {
 
-std::string_view ConvertDate(std::string_view value, std::string& buffer) {
+std::string_view ConvertDate(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
+                             std::string& buffer CUSTOMSCONV_LIFETIME_BOUND) {
   constexpr std::string_view kFormat = "YYYY-MM-DD";
   const std::string_view date = Trim(value);
   if (date.size() != kFormat.size() || date[4] != '-') return value;
@@ -23,7 +24,8 @@ std::string_view ConvertDate(std::string_view value, std::string& buffer) {
   return buffer = DottedFromYearFirst(date);
 }
 
-std::string_view ConvertNumber(std::string_view value, std::string& buffer) {
+std::string_view ConvertNumber(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
+                               std::string& buffer CUSTOMSCONV_LIFETIME_BOUND) {
   if (value.find(',') == std::string_view::npos) return value;
   buffer.assign(value);
   std::replace(buffer.begin(), buffer.end(), ',', '.');
@@ -70,7 +72,8 @@ class Deflater {
 };
 
 // Content that is no base64 from some point on is packed as far as it got decoded.
-std::string_view ConvertBinary(std::string_view value, std::string& buffer) {
+std::string_view ConvertBinary(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
+                               std::string& buffer CUSTOMSCONV_LIFETIME_BOUND) {
   std::string bytes(value);
   std::size_t size = 0;
   static_cast<void>(Base64DecodeInPlace(bytes, &size));

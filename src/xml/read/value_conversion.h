@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "catalogue/field_type.h"
 
 namespace customsconv {
@@ -15,8 +16,9 @@ namespace customsconv {
 //
 // Base64 content of a binary field is decoded and packed in zlib's format; all else stays as it is.
 // Returns `value` itself or a view of `buffer`.
-[[nodiscard]] std::string_view ConvertXmlValue(std::string_view value, FieldType field_type,
-                                               std::string& buffer);
+[[nodiscard]] std::string_view ConvertXmlValue(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
+                                               FieldType field_type,
+                                               std::string& buffer CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv
 

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "document/document.h"
 #include "platform/files.h"
@@ -44,9 +45,11 @@ class TXMLContainer {
   // changed meanwhile is read again.
   [[nodiscard]] std::unique_ptr<TDocument> Next();
 
-  [[nodiscard]] const std::string& Text() const { return text_; }
-  [[nodiscard]] const std::vector<Kind>& DocList() const { return doc_list_; }
-  [[nodiscard]] const ShortText& FileName() const { return file_name_; }
+  [[nodiscard]] const std::string& Text() const CUSTOMSCONV_LIFETIME_BOUND { return text_; }
+  [[nodiscard]] const std::vector<Kind>& DocList() const CUSTOMSCONV_LIFETIME_BOUND {
+    return doc_list_;
+  }
+  [[nodiscard]] const ShortText& FileName() const CUSTOMSCONV_LIFETIME_BOUND { return file_name_; }
   [[nodiscard]] int CurIndex() const { return cur_index_; }
   // Which occurrence (from 1) of its kind was yielded last.
   [[nodiscard]] int CurOccurrence() const { return cur_occurrence_; }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "xml/tree/xml_node.h"
 
 namespace customsconv {
@@ -18,12 +19,12 @@ class XmlArena {
   XmlArena(const XmlArena&) = delete;
   XmlArena& operator=(const XmlArena&) = delete;
 
-  [[nodiscard]] TXMLNode* NewNode() {
+  [[nodiscard]] TXMLNode* NewNode() CUSTOMSCONV_LIFETIME_BOUND {
     return new (Take(sizeof(TXMLNode), alignof(TXMLNode))) TXMLNode;
   }
   // Room for `size` bytes of text; GiveBack returns what the text did not need
   // of it, before anything else is taken.
-  [[nodiscard]] char* NewText(std::size_t size) {
+  [[nodiscard]] char* NewText(std::size_t size) CUSTOMSCONV_LIFETIME_BOUND {
     return static_cast<char*>(static_cast<void*>(Take(size, 1)));
   }
   void GiveBack(std::size_t unused) { free_ -= unused; }

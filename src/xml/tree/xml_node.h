@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
+
 namespace customsconv {
 
 enum class NodeType : std::uint8_t { kElement, kAttribute, kText, kCData, kComment };
@@ -83,7 +85,8 @@ inline TXMLNodeList::Iterator& TXMLNodeList::Iterator::operator++() {
 // The five named entities in a fixed order, then decimal references ("&#192;" is the byte 192,
 // above 255 "?"). What cannot be decoded stays. Returns `value` itself (no copy) when it holds no
 // "&"; otherwise decodes into `buffer` and returns a view of it.
-[[nodiscard]] std::string_view DecodeXmlEntities(std::string_view value, std::string& buffer);
+[[nodiscard]] std::string_view DecodeXmlEntities(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
+                                                 std::string& buffer CUSTOMSCONV_LIFETIME_BOUND);
 
 }  // namespace customsconv
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "base/lifetime.h"
 #include "xml/tree/xml_node.h"
 
 namespace customsconv {
@@ -34,14 +35,14 @@ class XmlArena;
 class XmlTree {
  public:
   // Throws XmlParseError. An empty text gives an empty element.
-  explicit XmlTree(std::string_view text);
+  explicit XmlTree(std::string_view text CUSTOMSCONV_LIFETIME_BOUND);
   ~XmlTree();
   XmlTree(XmlTree&&) noexcept;
   XmlTree& operator=(XmlTree&&) noexcept;
 
-  [[nodiscard]] const TXMLNode& root() const { return *root_; }
+  [[nodiscard]] const TXMLNode& root() const CUSTOMSCONV_LIFETIME_BOUND { return *root_; }
   // One entry per "<?name ...?>" in front of the root element.
-  [[nodiscard]] const TXMLNodeList& header() const { return header_; }
+  [[nodiscard]] const TXMLNodeList& header() const CUSTOMSCONV_LIFETIME_BOUND { return header_; }
 
  private:
   std::unique_ptr<XmlArena> arena_;

@@ -4,6 +4,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "base/lifetime.h"
 #include "text/pattern.h"
 
 namespace customsconv {
@@ -12,7 +13,7 @@ namespace customsconv {
 class PatternCache {
  public:
   // Lives as long as the cache.
-  [[nodiscard]] const Pattern& Get(const std::string& expression) {
+  [[nodiscard]] const Pattern& Get(const std::string& expression) CUSTOMSCONV_LIFETIME_BOUND {
     return patterns_.try_emplace(expression, expression).first->second;
   }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/lifetime.h"
 #include "document/composite_value.h"
 #include "text/xml_escape.h"
 
@@ -48,7 +49,8 @@ class PartReader {
 };
 
 // "G31.NAME" of the field "G31" is the element NAME.
-std::string_view TagOf(const TFieldInfo& field, std::size_t part_number) {
+std::string_view TagOf(const TFieldInfo& field CUSTOMSCONV_LIFETIME_BOUND,
+                       std::size_t part_number) {
   if (part_number == 0 || part_number > field.sub_fields.size()) return "Unknown";
   const std::string_view full_name = field.sub_fields[part_number - 1].full_name;
   return full_name.substr(std::min(field.name.size() + 1, full_name.size()));

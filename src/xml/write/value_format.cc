@@ -31,7 +31,7 @@ std::size_t CountDigits(std::string_view text) {
 
 // The text without zeros behind its last decimal, when it is digits with at most six
 // decimals and no needless zero in front: most numbers are, and need no more.
-std::optional<std::string_view> PlainNumber(std::string_view text) {
+std::optional<std::string_view> PlainNumber(std::string_view text CUSTOMSCONV_LIFETIME_BOUND) {
   const std::size_t whole = CountDigits(text);
   if (whole == 0 || whole > kMostPlainDigits || (text[0] == '0' && whole > 1)) return std::nullopt;
   if (whole == text.size()) return text;

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "catalogue/field_info.h"
 
 namespace customsconv {
@@ -22,7 +23,9 @@ class ValueFormatter {
   // The value of `field` by its type, in code page 1251; empty for an empty value,
   // for a date that is none, and for types that have no value of their own. The
   // view is good until the next call, or as long as `raw`.
-  [[nodiscard]] std::string_view Format(const TFieldInfo& field, std::string_view raw);
+  [[nodiscard]] std::string_view Format(const TFieldInfo& field,
+                                        std::string_view raw CUSTOMSCONV_LIFETIME_BOUND)
+      CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
   [[nodiscard]] std::string_view Keep(std::string text);
