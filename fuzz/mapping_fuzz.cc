@@ -63,7 +63,7 @@ class LineWatcher : public ConversionObserver {
 
 // All tables after one conversion.
 std::string Converted(std::string_view rules, std::string_view xml, ConversionObserver* observer) {
-  constexpr const char* kXmlFile = "C:\\IN\\10702020_110615_0001234.xml";
+  constexpr char kXmlFile[] = "C:\\IN\\10702020_110615_0001234.xml";
   FakeHost host;
   host.files["C:\\PROG\\kord.ini"] = "";
   host.files["C:\\PROG\\DOCUMENT.INI"] = "";

@@ -16,9 +16,12 @@ namespace customsconv {
 
 // At most 255 bytes of code page 1251 text, stored in place: no allocation, cheap to copy.
 //
-//   ShortText path = folder;
-//   path += "DBRHEAD.DBF";            // what goes beyond 255 bytes is cut, without a word
+//   ShortText path = ShortText::Cut(folder);  // what goes beyond 255 bytes is cut, …
+//   path += "DBRHEAD.DBF";                    // … here, too
 //   const std::string_view view = path;
+//
+// A text becomes short by Cut, JoinShort or +=, never by itself; only a literal, whose size the
+// compiler checks, may stand where a short text is wanted.
 //
 // The type of the exports' arguments, of file and folder names, of field keys and of most texts
 // that the mapping works on. Where no text may be lost, use std::string. Comparison is by bytes.
@@ -27,9 +30,10 @@ class ShortText {
   static constexpr std::size_t kMaxSize = 255;
 
   ShortText() = default;
-  ShortText(std::string_view text) { *this += text; }  // implicit on purpose
-  ShortText(const char* text) : ShortText(std::string_view(text)) {}
-  ShortText(const std::string& text) : ShortText(std::string_view(text)) {}
+  template <std::size_t N>
+  requires(N <= kMaxSize + 1) ShortText(const char (&literal)[N]) {  // implicit on purpose
+    *this += std::string_view(literal, N - 1);
+  }
   ShortText(const ShortText& other) : size_(other.size_) {
     std::memcpy(bytes_, other.bytes_, other.size_);
   }
@@ -39,6 +43,12 @@ class ShortText {
     return *this;
   }
 
+  // The first 255 bytes of `text`.
+  [[nodiscard]] static ShortText Cut(std::string_view text) {
+    ShortText result;
+    result += text;
+    return result;
+  }
   // The first 255 bytes of `source`, each through `convert`.
   template <typename Convert>
   [[nodiscard]] static ShortText Mapped(std::string_view source, Convert convert) {

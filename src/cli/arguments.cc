@@ -12,7 +12,7 @@ ShortText Checked(const std::string& path, std::string_view utf8) {
   if (path.size() > ShortText::kMaxSize) {
     throw UsageError("path is longer than 255 bytes: " + std::string(utf8));
   }
-  return path;
+  return ShortText::Cut(path);  // nothing is lost
 }
 
 }  // namespace

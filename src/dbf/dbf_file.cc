@@ -18,11 +18,11 @@ namespace {
 constexpr std::string_view kMissing = "dBaseInt: Не найден файл "_cp1251;
 constexpr std::int64_t kMaxRecordCount = 0xFFFFFFFF;
 
-// The form of a path that messages show.
+// The form of a path that messages show, short as all names that they hold.
 ShortText ShownName(std::string_view path) {
   std::string name = UpperCaseRu(path);
   std::replace(name.begin(), name.end(), '/', '\\');
-  return name;
+  return ShortText::Cut(name);
 }
 
 }  // namespace

@@ -13,8 +13,9 @@ constexpr char kContainsMark = '*';
 }  // namespace
 
 bool TFileDbfFile::FindFirst(std::string_view field, std::string_view value) {
-  search_field_ = field;
-  search_value_ = value;
+  // What FindNext looks for is kept as short texts; this search takes its arguments whole.
+  search_field_ = ShortText::Cut(field);
+  search_value_ = ShortText::Cut(value);
   std::int64_t record = 1;
   const bool found = Search(field, value, record);
   search_position_ = current_record_;

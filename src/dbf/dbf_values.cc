@@ -132,7 +132,7 @@ void StoreNumber(Cell cell, std::string_view value, std::size_t decimals) {
 ShortText ShownValue(char type, std::uint8_t version, std::string_view stored) {
   stored = CutToShort(stored);
   if (type == column_type::kDate && IsCompactDate(stored)) return ShownDate(stored);
-  if (IsBinaryMemo(type, version)) return MemoNumber(stored);
+  if (IsBinaryMemo(type, version)) return ShortText::Cut(MemoNumber(stored));  // ten digits
   return WinFromDosShort(Trim(stored));
 }
 

@@ -102,7 +102,8 @@ void TDocument::PopPosition() {
   const PathPlace& saved = saved_positions_.back();
   const std::size_t path_start = saved_paths_.size() - saved.path_size;
   position_ = saved.place;
-  cur_path_ = std::string_view(saved_paths_).substr(path_start);
+  // It was one when it was saved: nothing is lost.
+  cur_path_ = ShortText::Cut(std::string_view(saved_paths_).substr(path_start));
   saved_paths_.resize(path_start);
   saved_positions_.pop_back();
 }
@@ -162,7 +163,8 @@ void TDocument::OpenRecord(std::string_view parent_path, std::string_view block_
   TDocFieldList& record = list.Insert(number, number);
   position_ = {&list.basis(), &record, nullptr};
   // The path is the argument's own: what a relative one started from is not put in front.
-  cur_path_ = parent_path;
+  // Paths of positions are short; the records below a cut one can be reached by their parent only.
+  cur_path_ = ShortText::Cut(parent_path);
   if (!parent_path.empty()) cur_path_ += '\\';
   cur_path_ += block_name;
   cur_path_ += '\\';

@@ -22,7 +22,8 @@ extern "C" void customsconv_raise(const char* message, size_t size) __attribute_
 namespace customsconv {
 namespace {
 
-ShortText Copy(const customsconv_text* text) { return std::string_view(text->bytes, text->length); }
+// One byte holds the length: nothing is lost.
+ShortText Copy(const customsconv_text* text) { return ShortText::Cut({text->bytes, text->length}); }
 
 // The host's list, reached through the function that it gave.
 class HostLines : public LineList {

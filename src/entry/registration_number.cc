@@ -59,15 +59,16 @@ ShortText FromRegister(std::string_view folder, std::string_view base_name, TDbf
   return number;
 }
 
+// Longer than a number is wide, it is none: a cut changes nothing.
 ShortText FromName(std::string_view base_name, std::size_t words) {
   if (words == 3) {
     const std::size_t blank = base_name.substr(0, base_name.find('_')).find(' ');
     if (blank != std::string_view::npos) base_name.remove_prefix(blank + 1);
-    return ReplaceChar(base_name, '_', '/');
+    return ShortText::Cut(ReplaceChar(base_name, '_', '/'));
   }
   const std::string_view rest = TextFromWord(1, base_name, "_");
-  if (words == 4) return ReplaceChar(rest, '_', '/');
-  return rest.size() == kNumberSize ? FromGatewayName(rest) : ShortText(rest);
+  if (words == 4) return ShortText::Cut(ReplaceChar(rest, '_', '/'));
+  return rest.size() == kNumberSize ? FromGatewayName(rest) : ShortText::Cut(rest);
 }
 
 bool IsComplete(std::string_view number) {

@@ -25,7 +25,8 @@ bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_di
     environment_.aux_path = aux_dir;
     config_ = std::move(config);
     environment_.config = config_.get();
-    const ShortText catalogue_file(environment_.data_path + std::string(kDcfFileName));
+    // File names are short texts, as in all that the exports take and pass on.
+    const ShortText catalogue_file = JoinShort({environment_.data_path, kDcfFileName});
     types_ = std::make_unique<TDocTypeList>(catalogue_file, true, environment_);
     return true;
   } catch (const Error& error) {

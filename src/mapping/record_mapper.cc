@@ -39,20 +39,22 @@ void AppendProcessingProduct(RecordScope& record, std::string_view expression) {
 // filled counts. Only codes above "0" are written.
 void WriteGoodsLocation(RecordScope& record, const MappingLine& line, std::string_view path,
                         LineReporter& reporter) {
-  ShortText value = record.source.GetFieldEx(path);
+  ShortText value = ShortText::Cut(record.source.GetFieldEx(path));
   for (const std::string_view place :
        {"\\\\ESADoutGoodsLocation\\1\\", "\\\\ESADoutGoodsLocation\\2\\"}) {
-    if (value.empty()) value = record.source.GetFieldEx(JoinShort({place, path}));
+    if (value.empty()) value = ShortText::Cut(record.source.GetFieldEx(JoinShort({place, path})));
   }
   const bool written = value.view() > std::string_view("0");
   if (written) record.Set(line.field, value);
   reporter.GoodsLocation(value, written);
 }
 
-ShortText Cleaned(const ShortText& value) {
+// The value of a line: cut first, then cleaned, so that blanks which collapse give no room.
+ShortText Cleaned(std::string_view source) {
+  const ShortText value = ShortText::Cut(source);
   const auto ends_line = [](char c) { return c == '\r' || c == '\n'; };
   if (std::none_of(value.view().begin(), value.view().end(), ends_line)) return value;
-  return CollapseBlanks(ReplaceChar(ReplaceChar(value, '\r', ' '), '\n', ' '));
+  return ShortText::Cut(CollapseBlanks(ReplaceChar(ReplaceChar(value, '\r', ' '), '\n', ' ')));
 }
 
 }  // namespace

@@ -9,8 +9,8 @@ RecordScope::RecordScope(const DocumentPair& documents, std::string_view path,
     : run(documents.run),
       source(documents.source),
       target(documents.target),
-      source_path(path),
-      target_block(block),
+      source_path(ShortText::Cut(path)),
+      target_block(ShortText::Cut(block)),
       header(header_line),
       kind(documents.source.DocInfo().Code),
       prefix_(Contains(kind, "KTS") ? 'K' : 'G') {}
@@ -20,13 +20,13 @@ ShortText RecordScope::Prefixed(std::string_view rest) const {
 }
 
 ShortText RecordScope::HeaderValue(std::string_view field) {
-  return source.GetFieldEx(JoinShort({"\\\\", field}));
+  return ShortText::Cut(source.GetFieldEx(JoinShort({"\\\\", field})));
 }
 
 ShortText RecordScope::SourceValue(std::initializer_list<std::string_view> path) {
-  ShortText full("\\\\");
+  ShortText full = "\\\\";
   for (const std::string_view part : path) full += part;
-  return source.GetFieldEx(full);
+  return ShortText::Cut(source.GetFieldEx(full));
 }
 
 void RecordScope::SetHeaderValue(std::string_view field, std::string_view value) {

@@ -22,6 +22,10 @@ inline constexpr CharSet kPathSeparator{"\\"};
 //   record.Append("\\\\TRANS");                           // a further one, current from now on
 //   record.Set("VIDTRANS", record.HeaderValue("Mode"));
 //   record.SelectTargetRoot();
+//
+// Every text that a rule works on is short: values of the source are cut at 255 bytes where they
+// are read. Only joined block texts and the goods description that is split over several rows
+// (FieldValue) may be longer.
 class RecordScope {
  public:
   // `source_path` is empty for the source's root, `target_block` for the

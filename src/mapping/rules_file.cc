@@ -16,7 +16,8 @@ bool EndsLine(char c) { return c == '\r' || c == '\n'; }
 
 }  // namespace
 
-RulesFile::RulesFile(std::string_view text, std::string_view name) : text_(text), name_(name) {
+RulesFile::RulesFile(std::string_view text, std::string_view name)
+    : text_(text), name_(ShortText::Cut(name)) {
   std::string_view rest = text_;
   while (!rest.empty()) {
     const auto* const line_end = std::find_if(rest.begin(), rest.end(), EndsLine);

@@ -13,7 +13,7 @@ void Flatten(RecordScope& record) {
   const std::string_view block = record.target_block;
   if (WordCount(block, kPathSeparator) != 3) return;
   if (!Contains(block, record.target.DocInfo().MainBlock)) return;
-  const ShortText name = ExtractWord(3, block, kPathSeparator);
+  const ShortText name = ShortText::Cut(ExtractWord(3, block, kPathSeparator));
   if (record.target.MainBasis().HasBlock(name) || !record.target.RootBasis().HasBlock(name)) return;
   record.target_block = name;
   record.flattened = true;

@@ -23,10 +23,10 @@ Date XmlDate(std::string_view value) {
   return 0;
 }
 
-ShortText ConvertDate(std::string_view value, int this_year) {
+ShortText ConvertDate(const ShortText& value, int this_year) {
   if (ParseLocalDate(value, this_year)) return value;
   const Date date = XmlDate(Trim(value));
-  return date == 0 ? ShortText(value) : ShortText(LocalDateText(date));
+  return date == 0 ? value : ShortText::Cut(LocalDateText(date));
 }
 
 bool StartsWithOneOf(std::string_view text, std::initializer_list<std::string_view> starts) {
@@ -41,14 +41,14 @@ std::string_view BeforeBracket(std::string_view field CUSTOMSCONV_LIFETIME_BOUND
 }
 
 void AppendToField(RecordScope& record, std::string_view field, std::string_view value) {
-  ShortText text = record.target.GetField(field);
+  ShortText text = ShortText::Cut(record.target.GetField(field));
   text += value;
   record.Set(field, text);
 }
 
 void AddToList(RecordScope& record, std::string_view field, std::string_view value) {
   const ShortText reduced = SixDigitDate(value, record.run.environment.ThisYear());
-  const ShortText present = record.target.GetField(field);
+  const ShortText present = ShortText::Cut(record.target.GetField(field));
   record.Set(field, present.empty() ? reduced : JoinShort({present, "/", reduced}));
 }
 
@@ -66,20 +66,22 @@ std::string_view LogicalValue(std::string_view value, std::string_view caption) 
   return SameTextRu(value, yes) ? "1" : "0";
 }
 
-ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_field,
+ShortText ConvertBySourceType(const ShortText& value, const TFieldInfo* source_field,
                               const Environment& environment) {
   if (source_field == nullptr) return value;
   // Only a date asks the clock: it is asked often enough to show.
   if (source_field->type == FieldType::kDate) return ConvertDate(value, environment.ThisYear());
-  if (source_field->type == FieldType::kLogical) return LogicalValue(value, source_field->caption);
+  if (source_field->type == FieldType::kLogical) {
+    return ShortText::Cut(LogicalValue(value, source_field->caption));
+  }
   return value;
 }
 
 ShortText SixDigitDate(std::string_view value, int this_year) {
   const std::string_view date = Trim(value);
-  if (date.size() == 10 && date[4] == '-') return SixDigitsFromYearFirst(date);
-  if (ParseLocalDate(date, this_year)) return SixDigitsFromDayFirst(date);
-  return value;
+  if (date.size() == 10 && date[4] == '-') return ShortText::Cut(SixDigitsFromYearFirst(date));
+  if (ParseLocalDate(date, this_year)) return ShortText::Cut(SixDigitsFromDayFirst(date));
+  return ShortText::Cut(value);
 }
 
 StoredIn StoreValue(RecordScope& record, MappingLine& line, const ShortText& value,

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "base/lifetime.h"
 #include "base/short_text.h"
 #include "catalogue/field_info.h"
 #include "mapping/mapping_line.h"
@@ -15,16 +14,15 @@ namespace customsconv {
 // The value as the target field takes it, by the type of the source field that
 // it was read from (null: unchanged): dates in XML form become local ones,
 // logical values "1" or "0".
-[[nodiscard]] ShortText ConvertBySourceType(std::string_view value, const TFieldInfo* source_field,
+[[nodiscard]] ShortText ConvertBySourceType(const ShortText& value, const TFieldInfo* source_field,
                                             const Environment& environment);
 
 // "1" or "0" of a logical value: by the bracketed pair of the field's caption
 // ("[Нет/Да]": the second word means yes), without one by the usual words.
-[[nodiscard]] std::string_view LogicalValue(std::string_view value CUSTOMSCONV_LIFETIME_BOUND,
-                                            std::string_view caption);
+[[nodiscard]] std::string_view LogicalValue(std::string_view value, std::string_view caption);
 
 // A date reduced to six digits DDMMYY: yyyy-mm-dd and local dates, by character
-// positions; anything else stays.
+// positions; anything else stays, cut at 255 bytes.
 [[nodiscard]] ShortText SixDigitDate(std::string_view value, int this_year);
 
 // Where a value went.

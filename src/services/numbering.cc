@@ -130,7 +130,8 @@ ShortText NextRegNumber(std::string_view series, bool four_digit_year, Environme
                NumberDate(today, four_digit_year || AlwaysFourDigitYear(series), config));
   if (Contains(number, "%DNUM")) ReplaceFirst(number, "%DNUM", counters.DailyNumber());
   if (Contains(number, "%GNUM")) ReplaceFirst(number, "%GNUM", counters.RunningNumber());
-  return number;
+  // The number travels in short texts; only a pattern that is no number's is longer.
+  return ShortText::Cut(number);
 }
 
 std::int32_t ReadCounter(std::string_view series, std::string_view key, std::int32_t default_value,

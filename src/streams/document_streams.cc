@@ -18,7 +18,7 @@ template <typename Stream>
 ShortText ReadSignature(Stream& stream, std::size_t size) {
   std::string bytes(size, '\0');
   bytes.resize(stream.Read(bytes.data(), size));
-  return bytes;
+  return ShortText::Cut(bytes);  // as `size` says: nothing is lost
 }
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
@@ -37,8 +37,8 @@ TDocReadStream::TDocReadStream(const Files& files, std::string_view file_name,
 
 TDocWriteStream::TDocWriteStream(const Files& files, std::string_view file_name,
                                  std::string_view signature, FileMode mode)
-    : file_name_(file_name),
-      signature_(signature.substr(0, kMaxSignature)),
+    : file_name_(ShortText::Cut(file_name)),
+      signature_(ShortText::Cut(signature.substr(0, kMaxSignature))),
       stream_(files.Open(file_name_, mode)) {
   if (mode == kModeCreate) {
     stream_->Write(signature_.data(), signature_.size());

@@ -14,7 +14,7 @@
 namespace customsconv {
 
 TReadStream::TReadStream(const Files& files, std::string_view file_name, FileMode mode)
-    : file_name_(file_name),
+    : file_name_(ShortText::Cut(file_name)),
       stream_(files.Open(file_name_, mode)),
       buffer_(std::make_unique<std::array<char, kBufferSize>>()) {
   if (mode != kModeCreate) Refill();
@@ -140,7 +140,7 @@ void TReadStream::ReadShortText(ShortText& text) {
   const std::uint32_t size = ReadLength(framing::kShortLength);
   RequireRemaining(size);
   std::array<char, ShortText::kMaxSize> bytes;
-  text = std::string_view(bytes.data(), Read(bytes.data(), size));
+  text = ShortText::Cut({bytes.data(), Read(bytes.data(), size)});  // one byte held the length
 }
 
 void TReadStream::ReadLongText(std::string& text) {

@@ -49,7 +49,7 @@ void TDbfDocument::Load(std::string_view path) {
   const StatusLine status(environment().host.dialogs, "Загружаю документ для просмотра..."_cp1251);
   deleted_rows_.clear();
   const std::int32_t row = IntOr(FileNameOf(path), 1);
-  doc_folder_ = FolderPart(path);
+  doc_folder_ = ShortText::Cut(FolderPart(path));  // names of folders are short texts
   OpenBlock({});
   TableLoader loader(cache_, doc_folder_);
   row_count_ = loader.LoadHead(RootRecord(), row);

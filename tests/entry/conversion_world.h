@@ -44,7 +44,8 @@ class ConversionWorld {
     for (const std::string& document : documents) xml += "<DocBody>" + document + "</DocBody>\n";
     const std::string file = "C:\\IN\\" + std::string(name) + ".xml";
     host.files[file] = xml;
-    return library.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", file, "C:\\OUT\\", observer);
+    return library.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", ShortText::Cut(file),
+                             "C:\\OUT\\", observer);
   }
 
   std::string Table(std::string_view name) {

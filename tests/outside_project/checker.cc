@@ -29,8 +29,6 @@ int main(int argc, char** argv) {
   LibXmlServices services(host.host().files);
   Library library(host, services);
   Places places;
-  return library.CheckXsd(ShortText(argv[1]), ShortText(argv[2]), ShortText(argv[3]), places,
-                          &places)
-             ? 0
-             : 1;
+  const auto path = [argv](int i) { return ShortText::Cut(argv[i]); };
+  return library.CheckXsd(path(1), path(2), path(3), places, &places) ? 0 : 1;
 }

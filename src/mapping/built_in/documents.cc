@@ -45,7 +45,7 @@ void WriteKinds(RecordScope& record) {
 void WriteStoreTransfer(RecordScope& record, const StoreTransfer& transfer) {
   const std::string_view path = record.source_path;
   const ShortText field = JoinShort({"\\\\", path.substr(0, path.rfind('#') + 1), transfer.field});
-  const ShortText reference = record.source.GetFieldEx(field);
+  const ShortText reference = ShortText::Cut(record.source.GetFieldEx(field));
   if (reference.empty()) return;
   {
     const SavedPosition saved(record.target);

@@ -110,7 +110,7 @@ void WriteDrivers(RecordScope& record) {
   const int drivers = record.source.RecordCount(kDriverBlock);
   for (int m = 1; m <= drivers; ++m) {
     record.source.SetCurrentPath(JoinShort({kDriverBlock, "\\", std::to_string(m)}));
-    const ShortText driver = GetFieldValue(record.source, kDriverText, 0);
+    const ShortText driver = ShortText::Cut(GetFieldValue(record.source, kDriverText, 0));
     record.SelectSourceRoot();
     WriteTechnicalRecord(record, "9", {}, driver);
   }

@@ -36,7 +36,7 @@ int TXMLContainer::Kind::Count() const { return IntOr(ExtractWord(2, text, "()")
 
 TXMLContainer::TXMLContainer(std::string_view file_name, TDocTypeList& types,
                              Environment& environment)
-    : types_(types), environment_(environment), file_name_(file_name) {
+    : types_(types), environment_(environment), file_name_(ShortText::Cut(file_name)) {
   ReadFile();
   ListDocuments();
 }
