@@ -4,6 +4,10 @@
  * at a time in a process, and begin with a start-up that reads the program
  * folder's kord.ini and document catalogue.
  *
+ *   customsconv_text program = {8, "C:\\PROG\\"}, rules = ..., xml = ..., tables = ...;
+ *   if (!Xml2ArmTi(&program, &rules, &xml, &tables)) puts("not converted");
+ *   if (!CheckXSD(&program, &schemas, &xml, &my_lines)) puts("not checked");
+ *
  * Texts are code page 1251, at most 255 bytes behind a length byte, passed by
  * reference; they are copied before anything else happens and never written.
  *

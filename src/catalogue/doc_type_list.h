@@ -13,12 +13,16 @@
 namespace customsconv {
 
 // The catalogue of document types, sorted by code without regard to letter case.
+//
+//   TDocTypeList types("Kordwin.dcf", /*all_files=*/true, environment);
+//   TDocInfo& type = types.GetDocInfo("ESADout");
+//   const TBasis& fields = type.GetBasis(environment);  // read when first asked for
+//   for (int i = 0; i < types.Count(); ++i) Show(types.Item(i).Code);
 class TDocTypeList {
  public:
-  // Reads the named files ("|" between names; a name without "\" lies in the
-  // data folder) and, with `all_files`, the DOS catalogue, the further files of the data
-  // folder and of the auxiliary folder, and the list of checked types.
-  // Throws SilentAbort after a message of its own, or Error.
+  // Reads the named files ("|" between names; a name without "\" lies in the data folder) and, with
+  // `all_files`, the DOS catalogue, the further files of the data folder and of the auxiliary
+  // folder, and the list of checked types. Throws SilentAbort after a message of its own, or Error.
   TDocTypeList(std::string_view file_names, bool all_files, Environment& environment);
   ~TDocTypeList();
   TDocTypeList(const TDocTypeList&) = delete;

@@ -13,8 +13,12 @@
 
 namespace customsconv {
 
-// The family's configuration: flags in words ("ДА", "YES"), values longer than
-// a line in continuation keys, list values and single words of them.
+// A configuration file: an ini file whose flags may be words ("ДА", "YES") and whose values may be
+// lists, or longer than a line (in continuation keys).
+//
+//   TConfiguration config(host, "C:\\PROG\\kord.ini", CreateMode::kMustExist, CodePage::kDos);
+//   const bool check = config.GetBool("ED", "CheckXSD", true);
+//   config.SetInteger("Common", "Counter", 7);  // written to the file at once
 class TConfiguration : public TVeltIni {
  public:
   using TVeltIni::TVeltIni;
@@ -42,9 +46,8 @@ class TConfiguration : public TVeltIni {
   void SetLongString(std::string_view section, std::string_view key, std::string_view value);
 };
 
-// One TConfiguration a file, for the family's other ini files. A file that
-// changed since its object was made gets a new object; references to the old one
-// end there.
+// One TConfiguration a file, for the ini files beside kord.ini. A file that changed since its
+// object was made gets a new object; references to the old one end there.
 class SharedConfigurations {
  public:
   explicit SharedConfigurations(Host& host) : host_(host) {}

@@ -27,6 +27,13 @@ enum class OnError { kThrow, kReturn };
 
 // Record-at-a-time access to one dBase table.
 //
+//   TFileDbfFile goods(cache);
+//   goods.Open("C:\\OUT\\DBRTOV", kModeReadWrite, OnError::kThrow);
+//   for (bool found = goods.FindFirst("G32", "1"); found; found = goods.FindNext()) {
+//     goods.SetFieldByName("G33", "8471300000");
+//     goods.Post();
+//   }
+//
 // The table is an image in the cache: reading and writing touch memory only,
 // TDbfCache::Flush brings changed images to disk. (Tables of 10,000,000 bytes and
 // more are read from the file; their first change loads the image.) Record numbers

@@ -37,7 +37,14 @@ struct FieldValue {
 //   document->GetFieldEx("\\\\TOVAR\\1\\G33");    // "8413708100", wherever we are
 //
 // It has a current position (a record or a record list, reached by a path) and a stack of
-// saved positions; most operations work relative to it.
+// saved positions; most operations work relative to it:
+//
+//   document->SetCurrentPath("\\\\TOVAR\\1\\");
+//   document->PushPosition();
+//   document->SetCurrentPath("\\\\");
+//   document->SetField("G011", "10");             // of the top record
+//   document->PopPosition();
+//   document->GetField("G33");                    // "8413708100", of the goods record
 //
 // Paths alternate block names and record numbers (from 1): TOVAR\3\DOCS\1. A path that begins
 // with "\\" starts at the top record, any other at the current position (but see GetFieldEx).

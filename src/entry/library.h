@@ -23,22 +23,30 @@ class CheckObserver {
 
 // The two functions of the library over one host: what the exports call with the process's own
 // object and the command line with its own. One call at a time.
+//
+//   QuietDialogs dialogs;
+//   PosixHost host(dialogs);
+//   LibXmlServices services(host.host().files);
+//   Library library(host.host(), services);
+//   if (!library.Xml2ArmTi("C:\\PROG\\", "C:\\PROG\\armti.txt", "C:\\IN\\1.xml", "C:\\OUT\\")) {
+//     Show(library.quiet_failure());
+//   }
 class Library {
  public:
   // Both must outlive the library.
   Library(Host& host, XmlServices& xml_services);
 
-  // Texts are code page 1251, at most 255 bytes. `program_dir` and `output_dir`
-  // end with a separator. Converts the documents of `xml_file`; false when the catalogue cannot be
-  // loaded or an error ended the run. Throws Error when kord.ini is missing or unusable.
+  // Texts are code page 1251, at most 255 bytes. `program_dir` and `output_dir` end with a
+  // separator. Converts the documents of `xml_file`; false when the catalogue cannot be loaded or
+  // an error ended the run. Throws Error when kord.ini is missing or unusable.
   bool Xml2ArmTi(const ShortText& program_dir, const ShortText& rules_file,
                  const ShortText& xml_file, const ShortText& output_dir,
                  ConversionObserver* observer = nullptr);
 
   // Checks every document of `xml_file` against the schemas in the folder part of `schema_path`; a
-  // line a failing document goes to `errors`. False when the catalogue cannot be
-  // loaded or a check failed for another reason than the document. Throws Error
-  // when kord.ini is missing, the file cannot be read or a document not built.
+  // line a failing document goes to `errors`. False when the catalogue cannot be loaded or a check
+  // failed for another reason than the document. Throws Error when kord.ini is missing, the file
+  // cannot be read or a document not built.
   bool CheckXsd(const ShortText& program_dir, const ShortText& schema_path,
                 const ShortText& xml_file, LineList& errors, CheckObserver* observer = nullptr);
 

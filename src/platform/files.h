@@ -16,8 +16,8 @@
 
 namespace customsconv {
 
-// How a file is opened: the family's file-open modes. The low bits say what is
-// done with the file, the next ones what others may do meanwhile.
+// How a file is opened. The low bits say what is done with the file, the next ones what others may
+// do meanwhile.
 using FileMode = std::uint16_t;
 inline constexpr FileMode kModeRead = 0x0000;
 inline constexpr FileMode kModeWrite = 0x0001;

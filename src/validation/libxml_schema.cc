@@ -24,7 +24,7 @@ using schema::FileBelowFolder;
 xmlParserInputPtr LoadNothing(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
 
 // Tells libxml2 that a file could not be had: it then passes an import over, which it takes for
-// a damaged one otherwise. (Whoever uses what the import was to bring is an error all the same.)
+// a damaged one otherwise. (A reference to what the import was to bring stays an error.)
 void ReportMissing() {
   xmlError missing{};
   missing.domain = XML_FROM_IO;
