@@ -27,8 +27,6 @@ void WatchForInterrupt() {
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
-bool InterruptNoted() { return noted; }
-
 void StopIfInterrupted() {
   if (noted) throw Interrupted();
 }

@@ -12,7 +12,6 @@ struct Interrupted {};
 // From now on Ctrl-C is noted instead of ending the process; places where nothing is half done
 // ask for it.
 void WatchForInterrupt();
-[[nodiscard]] bool InterruptNoted();
 // Throws Interrupted when it was noted.
 void StopIfInterrupted();
 

@@ -7,6 +7,8 @@
 namespace customsconv::cli {
 namespace {
 
+// What is written so far goes out in pieces of this size, so that the length of the output does
+// not matter.
 constexpr std::size_t kFlushSize = 1 << 16;
 
 }  // namespace

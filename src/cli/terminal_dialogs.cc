@@ -22,6 +22,7 @@ std::string OneLine(std::string_view utf8) {
   return text;
 }
 
+// A line that is overwritten while something runs and gone when it ends.
 class TerminalDialogs::Line : public Progress {
  public:
   Line(TerminalDialogs& dialogs, std::string title, std::size_t steps)

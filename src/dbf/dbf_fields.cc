@@ -13,6 +13,8 @@ constexpr std::size_t kWordSize = 8;
 
 std::string_view FieldDescriptor::TrimmedName() const { return Trim(name); }
 
+// A table of field numbers by upper-case names, open addressing, at most half full. Of equal names
+// the last one stays.
 FieldNames::FieldNames(const TDescrs& fields) {
   std::size_t size = 8;
   while (size < 2 * fields.size()) size *= 2;

@@ -9,6 +9,7 @@
 namespace customsconv {
 namespace {
 
+// A line of the list that the host shows: the document and the first line of what is wrong.
 std::string ErrorLine(std::string_view short_name, std::string_view error_text) {
   std::string line(short_name);
   return line.append(":").append(error_text.substr(0, error_text.find('\r')));

@@ -32,6 +32,7 @@ std::string PadLeftBlanks(std::string_view text, std::size_t length) {
   return PadLeft(text, ' ', length);
 }
 
+// Blanks are the byte 32 here, and every byte up to 32 in the functions that trim.
 std::string CollapseBlanks(std::string_view text) {
   std::string result(text);
   const auto end = std::unique(result.begin(), result.end(),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/characters.h"
 #include "base/lifetime.h"
 #include "text/date_format.h"
 #include "text/dates.h"
@@ -74,6 +75,14 @@ std::string DottedFromTable(std::string_view digits) {
     return digits.substr(std::min(at, digits.size()), 2);
   };
   return Dotted(part(6), part(4), part(2));
+}
+
+std::optional<Date> DateOfTableDigits(std::string_view digits) {
+  constexpr std::size_t kSize = 8;
+  if (digits.size() != kSize || !AllDigits(digits)) return std::nullopt;
+  int number = 0;
+  for (const char c : digits) number = number * 10 + (c - '0');
+  return DateOf({number / 10000, number / 100 % 100, number % 100});
 }
 
 std::string TableDigits(Date date) {

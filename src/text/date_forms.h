@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_TEXT_DATE_FORMS_H_
 #define CUSTOMSCONV_TEXT_DATE_FORMS_H_
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -43,6 +44,9 @@ namespace customsconv {
 [[nodiscard]] std::string SixDigitsFromTable(std::string_view digits);
 // YYYYMMDD to DD.MM.YY. What a shorter text lacks is missing in the result.
 [[nodiscard]] std::string DottedFromTable(std::string_view digits);
+
+// YYYYMMDD to the day; empty for anything else and for what the calendar does not hold.
+[[nodiscard]] std::optional<Date> DateOfTableDigits(std::string_view digits);
 
 // ---- of a date
 

@@ -9,6 +9,7 @@ namespace {
 
 constexpr CharSet kHexDigitsAndDash{"0123456789ABCDEFabcdef-"};
 
+// Control characters would make a document that no parser takes: only CR stays.
 template <typename Text>
 Text Escape(std::string_view text, Text result) {
   for (const char c : text) {

@@ -14,7 +14,7 @@
 namespace customsconv {
 namespace {
 
-constexpr int kMark = -1;
+constexpr int kMark = -1;  // in place of a field: the column of the deletion mark
 
 std::vector<TableColumn> ColumnsOf(const TDescrs& fields) {
   UniqueNames names;

@@ -5,9 +5,9 @@
 #include <algorithm>
 
 #include "base/characters.h"
-#include "base/date_time.h"
 #include "base/dos_unicode.h"
 #include "base/lifetime.h"
+#include "text/date_forms.h"
 
 namespace customsconv {
 namespace {
@@ -15,7 +15,6 @@ namespace {
 using Kind = TableValue::Kind;
 
 constexpr std::size_t kUtf8Size = 3;  // of a character of code page 866, at most
-constexpr std::size_t kDateSize = 8;  // yyyymmdd
 
 // What both UTF-8 and the stored bytes show alike.
 bool IsPlain(char c) {
@@ -89,19 +88,12 @@ TableValue ReadDecimal(std::string_view stored, std::size_t decimals, std::strin
           })};
 }
 
-int NumberOf(std::string_view digits) {
-  int number = 0;
-  for (const char c : digits) number = number * 10 + (c - '0');
-  return number;
-}
-
 TableValue ReadDate(std::string_view stored, std::string& room) {
   const std::string_view text = Trim(stored);
   if (text.find_first_not_of('0') == std::string_view::npos) return {};
-  if (text.size() != kDateSize || !AllDigits(text)) return Misfit(text, room);
-  const std::string_view year = text.substr(0, 4), month = text.substr(4, 2), day = text.substr(6);
-  if (!DateOf({NumberOf(year), NumberOf(month), NumberOf(day)})) return Misfit(text, room);
-  return {Kind::kDate, Added(room, [&] { ((((room += year) += '-') += month) += '-') += day; })};
+  const std::optional<Date> day = DateOfTableDigits(text);
+  if (!day) return Misfit(text, room);
+  return {Kind::kDate, Added(room, [&] { room += XmlDateText(*day); })};
 }
 
 TableValue ReadLogical(std::string_view stored, std::string& room) {

@@ -12,6 +12,7 @@ constexpr std::size_t kNameColumn = 40;
 constexpr std::size_t kFormatColumn = 8;
 constexpr std::size_t kIndent = 2;
 
+// The signs that mean something in a catalogue line stand in no caption.
 std::string CleanCaption(std::string_view caption) {
   constexpr std::pair<char, char> kReplacements[] = {{'{', '('}, {'}', ')'},  {'[', '('},
                                                      {']', ')'}, {'"', '\''}, {'|', '/'}};

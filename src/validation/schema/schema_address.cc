@@ -11,6 +11,8 @@
 namespace customsconv::schema {
 namespace {
 
+// Addresses travel through libxml2, which wants them as UTF-8 with %XX for most other bytes; files
+// are named in code page 1251.
 struct XmlFree {
   void operator()(void* text) const { xmlFree(text); }
 };

@@ -10,6 +10,7 @@
 
 namespace customsconv::schema {
 
+// The files and the components that were built from them so far: a set builds what it is asked for.
 struct SchemaSet::Content {
   Content(const Files& files, std::string_view schema_file)
       : schema_files(files, schema_file), builder(schema_files) {}
