@@ -69,29 +69,10 @@ class GetFieldValueTest : public testing::Test {
     for (const auto& [expression, value] : cases) EXPECT_EQ(Value(expression), value) << expression;
   }
 
-  CatalogueWorld world{R"([DS1.HEADER]
-XmlType=x
-MainBlock=TOVAR
-BlocksOnMainPage=1
-BlocksOnExtraPage=3
-[DS1.Fields]
-NAME=C40
-POST=40X2
-EMPTY=C9
-D=D
-ISO=C10
-SUM=C9
-LIST=C9
-RATE=C9
-e=C9
-AMOUNT=C20
-TOVAR {
-  G33=C10
-}
-CARS {
-  NUM=C10
-}
-)"};
+  CatalogueWorld world{
+      TypeText("DS1", "XmlType=x, MainBlock=TOVAR, BlocksOnMainPage=1, BlocksOnExtraPage=3",
+               "NAME=C40, POST=40X2, EMPTY=C9, D=D, ISO=C10, SUM=C9, LIST=C9, RATE=C9, e=C9, "
+               "AMOUNT=C20, TOVAR { G33=C10 }, CARS { NUM=C10 }")};
   TDocTypeList types{"Kordwin.dcf", false, world};
   TDocument document{"DS1", types, world};
 };

@@ -36,8 +36,8 @@ TEST(BuiltInRules, RecordCodesByTheSourceBlock) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.block);
     const std::string block = c.block;
-    MappingWorld world({.kind = c.kind, .source = block + " {\nX=C5\n}", .tables = kTables});
-    world.Source(block + R"(\1\X)", "x");
+    MappingWorld world({.kind = c.kind, .source = block + " { X=C5 }", .tables = kTables});
+    world.Fill(block + R"(\1\X=x)");
     EXPECT_EQ(world.Map(block + R"(\1)", "ROWS"), "ROWS{" + std::string(c.written) + "}");
   }
 }
@@ -45,89 +45,61 @@ TEST(BuiltInRules, RecordCodesByTheSourceBlock) {
 TEST(BuiltInRules, TransitMovesThePersonsOfTheSource) {
   // A name that the persons in front of it make longer than 100 bytes.
   const std::string long_name(60, 'x');
-  MappingWorld world({.source = R"(
-CustomsProcedure=C2
-TransitDirectionCode=C2
-ESADoutDeclarant#Name=C20
-ESADoutDeclarant#Flag=L
-ESADoutDeclarant#ESADoutFilledPerson#Name=C20
-ESADoutCarrier#Name=C20
-ESADoutCarrier#Only=C20
+  MappingWorld world({.source = R"(CustomsProcedure=C2, TransitDirectionCode=C2
+ESADoutDeclarant#Name=C20, ESADoutDeclarant#Flag=L, ESADoutDeclarant#ESADoutFilledPerson#Name=C20
+ESADoutCarrier#Name=C20, ESADoutCarrier#Only=C20
 ESADoutFinancialAdjustingResponsiblePerson#Name=C20
 ESADoutFinancialAdjustingResponsiblePerson#Flag=C5
-ESADoutPrincipal#ESADPrincipalRepresentative {
-Name=C20
-Post=C20
-}
-ESADoutDeclarant#)" + long_name +
-                                "=C5\nESADoutFinancialAdjustingResponsiblePerson#" + long_name +
-                                "=C5",
+ESADoutPrincipal#ESADPrincipalRepresentative { Name=C20, Post=C20 }, ESADoutDeclarant#)" +
+                                long_name + "=C5, ESADoutFinancialAdjustingResponsiblePerson#" +
+                                long_name + "=C5",
                       .tables = kTables});
-  world.Source("CustomsProcedure", "ТТ");
-  world.Source("TransitDirectionCode", "ИМ");
-  world.Source("ESADoutDeclarant#Name", "Declarant");
-  world.Source("ESADoutDeclarant#" + long_name, "long");
-  world.Source("ESADoutDeclarant#ESADoutFilledPerson#Name", "Former");
-  world.Source("ESADoutCarrier#Name", "Carrier");
-  world.Source("ESADoutCarrier#Only", "stays");
-  world.Source(R"(ESADoutPrincipal#ESADPrincipalRepresentative\1\Name)", "Person");
-  world.Source(R"(ESADoutPrincipal#ESADPrincipalRepresentative\1\Post)", "gone");
+  world.Fill(R"(CustomsProcedure=ТТ, TransitDirectionCode=ИМ, ESADoutDeclarant#Name=Declarant
+ESADoutDeclarant#ESADoutFilledPerson#Name=Former, ESADoutCarrier#Name=Carrier
+ESADoutCarrier#Only=stays, ESADoutPrincipal#ESADPrincipalRepresentative\1\Name=Person
+ESADoutPrincipal#ESADPrincipalRepresentative\1\Post=gone, ESADoutDeclarant#)" +
+             long_name + "=long");
   world.Map("", "");
   EXPECT_EQ(world.Source(),
-            "CustomsProcedure=\"ТИ\" TransitDirectionCode=\"ИМ\" ESADoutDeclarant#Name=\"Carrier\" "
-            "ESADoutDeclarant#ESADoutFilledPerson#Name=\"Person\" ESADoutCarrier#Only=\"stays\" "
-            "ESADoutFinancialAdjustingResponsiblePerson#Name=\"Declarant\" "
-            "ESADoutFinancialAdjustingResponsiblePerson#Flag=\"0\" "
+            R"(CustomsProcedure="ТИ" TransitDirectionCode="ИМ" ESADoutDeclarant#Name="Carrier" )"
+            R"(ESADoutDeclarant#ESADoutFilledPerson#Name="Person" ESADoutCarrier#Only="stays" )"
+            R"(ESADoutFinancialAdjustingResponsiblePerson#Name="Declarant" )"
+            R"(ESADoutFinancialAdjustingResponsiblePerson#Flag="0" )"
             "ESADoutPrincipal#ESADPrincipalRepresentative{} "
             "ESADoutFinancialAdjustingResponsiblePerson#" +
-                long_name + "=\"long\"");
+                long_name + R"(="long")");
   EXPECT_TRUE(world.run().transit_records_wait);
 }
 
 // Office, vehicle and drivers stand at one goods item each; what is not filled has no record. The
 // goods item's keys, G32 among them, come with the save.
 TEST(BuiltInRules, TransitRecordsHangOnTheFirstGoodsItem) {
-  MappingWorld world({.source = R"(
-CustomsProcedure=C2
-VIN=C20
-TransportMarkCode=C5
+  MappingWorld world({.source = R"(CustomsProcedure=C2, VIN=C20, TransportMarkCode=C5
 Guarantee#MeasureCode=C5
-Guarantee#GuaranteeReference {
-OtherGuaranteeNumber=C10
-LimitationNonEC#NotValid4Country=C5
-}
+Guarantee#GuaranteeReference { OtherGuaranteeNumber=C10, LimitationNonEC#NotValid4Country=C5 }
 ESADoutCarrier#ESADDriverInformation {
-PersonPost=C10
-PersonName=C10
-IdentityCard#IdentityCardDate=C10
-}
-ESADoutGoods {
-Number=N5
-})",
+PersonPost=C10, PersonName=C10, IdentityCard#IdentityCardDate=C10 }
+ESADoutGoods { Number=N5 })",
                       .tables = R"(
 HEAD = DBRHEAD [G073]          : G073 C7
   TOVAR = DBRTOV [G073]        : G073 C7, G32 N5
     TECHD = DBRTECHD [G073+G32] : G073 C7, G32 N5, G4402 C2, G44020 C2, G444 C60
 )",
                       .rules = "[S]\n=ESADout\n[DBRTOV]\nESADoutGoods{\nG32=Number\n"});
-  world.Source("CustomsProcedure", "В");
-  world.Source("VIN", "  X9L  ");
-  world.Source("TransportMarkCode", " ");
-  world.Source(R"(Guarantee#GuaranteeReference\1\OtherGuaranteeNumber)", "123");
-  world.Source(R"(Guarantee#GuaranteeReference\1\LimitationNonEC#NotValid4Country)", "RU");
-  world.Source(R"(ESADoutCarrier#ESADDriverInformation\1\PersonPost)", "Driver");
-  world.Source(R"(ESADoutCarrier#ESADDriverInformation\1\PersonName)", "Person");
-  world.Source(R"(ESADoutCarrier#ESADDriverInformation\2\IdentityCard#IdentityCardDate)",
-               "01.02.99");
-  for (const char* number : {"1", "2"}) {
-    world.Source("ESADoutGoods\\" + std::string(number) + "\\Number", number);
-  }
+  world.Fill(
+      R"(VIN=  X9L  , TransportMarkCode= , CustomsProcedure=В
+Guarantee#GuaranteeReference\1\OtherGuaranteeNumber=123
+Guarantee#GuaranteeReference\1\LimitationNonEC#NotValid4Country=RU
+ESADoutCarrier#ESADDriverInformation\1\PersonPost=Driver
+ESADoutCarrier#ESADDriverInformation\1\PersonName=Person
+ESADoutCarrier#ESADDriverInformation\2\IdentityCard#IdentityCardDate=01.02.99
+ESADoutGoods\1\Number=1, ESADoutGoods\2\Number=2)");
   world.MapSection();
-  EXPECT_EQ(world.Saved("DBRTECHD"),
-            "1: G073=\"0001234\" G32=\"    1\" G4402=\"7\" G444=\"|123| |RU\"\n"
-            "2: G073=\"0001234\" G32=\"    1\" G4402=\"8\" G44020=\"6\" G444=\"X9L\"\n"
-            "3: G073=\"0001234\" G32=\"    1\" G4402=\"9\" G444=\"Driver : Person\"\n"
-            "4: G073=\"0001234\" G32=\"    1\" G4402=\"9\" G444=\"ОТ 01.02.99\"\n");
+  EXPECT_EQ(world.Saved("DBRTECHD"), R"(1: G073="0001234" G32="    1" G4402="7" G444="|123| |RU"
+2: G073="0001234" G32="    1" G4402="8" G44020="6" G444="X9L"
+3: G073="0001234" G32="    1" G4402="9" G444="Driver : Person"
+4: G073="0001234" G32="    1" G4402="9" G444="ОТ 01.02.99"
+)");
   EXPECT_FALSE(world.run().transit_records_wait);
 }
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -18,7 +19,7 @@ namespace customsconv {
 // What a MappingWorld is made of. Texts are UTF-8 with "\n" between lines.
 struct MappingParts {
   const char* kind = "ESADout";
-  std::string source{};  // the Fields section of the kind; its main block is ESADoutGoods
+  std::string source{};  // the fields of the kind; its main block is ESADoutGoods
   std::string tables{};  // as CatalogueWorld::TableSet takes them
   std::string rules = "[T]\nBlock{\n";
 };
@@ -28,7 +29,8 @@ struct MappingParts {
 class MappingWorld {
  public:
   explicit MappingWorld(const MappingParts& parts)
-      : world_(CatalogueOf(parts)), rules_(Win(parts.rules), "C:\\RULES\\armti.txt") {
+      : world_(TypeText(parts.kind, "XmlType=x, MainBlock=ESADoutGoods", parts.source)),
+        rules_(Win(parts.rules), "C:\\RULES\\armti.txt") {
     world_.TableSet("OUT", parts.tables);
     types_ = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world_);
     source_ = CreateDocument(parts.kind, *types_, world_);
@@ -39,8 +41,15 @@ class MappingWorld {
     records_.emplace(Documents());
   }
 
-  // Sets a value of the source by a path from its root, opening the records on the way:
-  // "Goods\2\Code".
+  // Sets values of the source by paths from its root, opening the records on the way:
+  // "Goods\2\Code=x, Sum=1".
+  void Fill(const std::string& values) {
+    std::istringstream lines(LinesOf(values));
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t equals = line.find('=');
+      Source(line.substr(0, equals), line.substr(equals + 1));
+    }
+  }
   void Source(std::string_view path, std::string_view value) {
     for (std::size_t end = path.find('\\'); end != std::string_view::npos;
          end = path.find('\\', end + 1)) {
@@ -75,11 +84,6 @@ class MappingWorld {
 
  private:
   DocumentPair Documents() { return {run_, *source_, *target_}; }
-  static std::string CatalogueOf(const MappingParts& parts) {
-    const std::string kind = parts.kind;
-    return "[" + kind + ".HEADER]\nXmlType=x\nMainBlock=ESADoutGoods\n[" + kind + ".Fields]\n" +
-           parts.source + "\n";
-  }
 
   CatalogueWorld world_;
   TDbfCache cache_{world_.host};

@@ -8,24 +8,9 @@
 namespace customsconv {
 namespace {
 
-constexpr const char* kSource = R"(
-Since=D | NAMESPACE="Since"
-Flag=L | Признак
-Choice=L | Выбор [Нет/Да]
-Text=40X5
-Plain=C250
-Place=C20
-ESADoutGoodsLocation {
-Place=C20
-}
-ESADoutGoods {
-Code=C10
-Description {
-Part=C250
-More=C250
-}
-})";
-
+constexpr const char* kSource = R"(Since=D | NAMESPACE="Since", Text=40X5, Plain=C250, Place=C20
+Flag=L | Признак, Choice=L | Выбор [Нет/Да], ESADoutGoodsLocation { Place=C20 }
+ESADoutGoods { Code=C10, Description { Part=C250, More=C250 } })";
 constexpr const char* kTables = R"(
 HEAD = DBRHEAD [G073]   : G071 C8, G072 C10, G073 C7, G19 C1, T1 C250, G30A C10
   TOVAR = DBRTOV [G073] : T1 C250
@@ -88,13 +73,9 @@ TEST(RecordMapper, ResolvesExpressions) {
   };
   for (const auto& [expression, value] : cases) {
     MappingWorld world(WithLines("T1 " + std::string(expression)));
-    world.Source("Plain", "header");
-    world.Source(R"(ESADoutGoods\1\Code)", "C1");
-    world.Source(R"(ESADoutGoods\2\Code)", "C2");
-    world.Source(R"(ESADoutGoods\2\Description\1\Part)", "one");
-    world.Source(R"(ESADoutGoods\2\Description\2\Part)", "two");
-    world.Source(R"(ESADoutGoods\2\Description\1\More)", "m1");
-    world.Source(R"(ESADoutGoods\2\Description\2\More)", "m2");
+    world.Fill(R"(Plain=header, ESADoutGoods\1\Code=C1, ESADoutGoods\2\Code=C2
+ESADoutGoods\2\Description\1\Part=one, ESADoutGoods\2\Description\2\Part=two
+ESADoutGoods\2\Description\1\More=m1, ESADoutGoods\2\Description\2\More=m2)");
     EXPECT_EQ(world.Map(R"(ESADoutGoods\2)", "TOVAR"), "TOVAR{" + Stored("T1", value) + "}");
   }
 }
@@ -105,8 +86,7 @@ TEST(RecordMapper, WritesTheGoodsLocationFromTheFirstPlaceThatIsFilled) {
   } cases[] = {{"11", "12", "11"}, {"", "12", "12"}, {"0", "12", ""}, {"", "-5", ""}};
   for (const auto& c : cases) {
     MappingWorld world(WithLines("G011=*Plain\nG30A=*Place"));
-    world.Source("Place", c.first);
-    world.Source("Plain", "never");
+    world.Fill("Plain=never, Place=" + std::string(c.first));
     world.Source(R"(ESADoutGoodsLocation\2\Place)", c.second);
     EXPECT_EQ(world.Map("", ""), kNumber + Stored(" G30A", c.stored)) << c.first << "/" << c.second;
   }
@@ -131,7 +111,7 @@ TEST(RecordMapper, PutsNothingBesideAMainBlockThatIsMissing) {
 // seem to be the block itself.
 TEST(RecordMapper, APathThatWasCutIsNotFollowed) {
   const std::string block = "ESADoutCustomsConditions" + std::string(76, 'x');
-  MappingWorld world({.source = block + " {\nX=C1\n}",
+  MappingWorld world({.source = block + " { X=C1 }",
                       .tables = "HEAD = DBRHEAD : X C1\n  FLAT = DBRFLAT : G32 C5\n"});
   world.Source(block + R"(\1\X)", "x");
   EXPECT_EQ(world.Map(block + std::string(153, 'y') + R"(\1)", "FLAT"), "FLAT{}");

@@ -4,7 +4,7 @@
 
 #include "base/error.h"
 #include "mapping/mapping_line.h"
-#include "support/text.h"
+#include "support/catalogue_builder.h"
 
 namespace customsconv {
 namespace {
@@ -20,8 +20,8 @@ TEST(RulesFile, LinesEndAtCrLfCrOrLf) {
 
 TEST(RulesFile, FindsTheFirstSectionWhoseKindsLineHoldsTheKind) {
   const RulesFile rules(
-      "[SUB]\nBlock{\n[SBRHEAD]\n=DTSout_CU\n[DBRHEAD "
-      "x]\n=esadout,KTDout\n[OTHER]\n=ESADout\n[LAST]");
+      LinesOf("[SUB], Block{, [SBRHEAD], =DTSout_CU, [DBRHEAD x], =esadout,KTDout, [OTHER], "
+              "=ESADout, [LAST]"));
   const std::pair<const char*, int> cases[] = {
       {"ESADout", 4}, {"DTSout", 2}, {"KTDout", 4}, {"Inventory", -1}, {"Block", -1}};
   for (const auto& [kind, line] : cases) {

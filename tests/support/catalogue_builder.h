@@ -11,13 +11,30 @@
 
 namespace customsconv {
 
+// `text` with an end of a line in place of each ", ".
+[[nodiscard]] inline std::string LinesOf(std::string text) {
+  for (std::size_t at = 0; (at = text.find(", ", at)) != std::string::npos;) {
+    text.replace(at, 2, "\n");
+  }
+  return text;
+}
+
+// The catalogue's text for a type. The lines of its sections may stand on one:
+// TypeText("DS1", "MainBlock=TOVAR", "G01=C10 | Тип, TOVAR { G33=C10 }").
+[[nodiscard]] inline std::string TypeText(const std::string& code, const std::string& header,
+                                          const std::string& fields) {
+  std::string text = "[" + code + ".HEADER], " + header + ", [" + code + ".Fields], ";
+  for (const char c : fields + "\n") {
+    if (c == '}') text += '\n';
+    text += c;
+    if (c == '{') text += '\n';
+  }
+  return LinesOf(text);
+}
+
 // A program folder in memory with a small catalogue. Texts are UTF-8 with "\n" between lines.
 //
-//   CatalogueWorld world{R"([DS1.HEADER]
-//   MainBlock=TOVAR
-//   [DS1.Fields]
-//   G01=C10 | Тип
-//   )"};
+//   CatalogueWorld world{TypeText("DS1", "MainBlock=TOVAR", "G01=C10 | Тип")};
 //   TDocTypeList types("Kordwin.dcf", /*all_files=*/false, world);
 //
 // DOCUMENT.INI is there (and empty), so that documents can be created.
