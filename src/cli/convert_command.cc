@@ -78,7 +78,6 @@ ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   try {
     LibXmlServices services(context.host.files);
     Library library(context.host, services);
-    if (arguments.files.size() > 1) library.tables().ExpectSeries();
     const bool converted = ConvertFiles(options, arguments, library, log);
     const std::string_view loss = WriteWhatWaits(library.tables());
     if (!loss.empty()) TellError(context, loss);

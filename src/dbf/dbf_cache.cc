@@ -24,6 +24,10 @@ std::string TDbfCache::PathOf(std::string_view table) const {
   return host_.files.FullName(ForceExtension(table, "DBF"));
 }
 
+std::string TDbfCache::FolderIdentity(std::string_view folder) const {
+  return host_.files.Identity(std::string(folder).append(kSaveLockFile));
+}
+
 TDbfMemoryStream* TDbfCache::FindImage(const std::string& path) {
   TDbfMemoryStream* image = HeldImage(path);
   if (image == nullptr || host_.files.Stamp(path) == image->file_age) return image;
@@ -44,6 +48,7 @@ TDbfMemoryStream* TDbfCache::HeldImage(const std::string& path) {
 
 TDbfMemoryStream& TDbfCache::Add(std::unique_ptr<TDbfMemoryStream> image) {
   image->identity = host_.files.Identity(image->path);
+  image->folder = FolderIdentity(FolderPart(image->path));
   image->spellings.push_back(image->path);
   TDbfMemoryStream& added = *image;
   spellings_[added.path] = &added;
@@ -61,7 +66,8 @@ void TDbfCache::Drop(TDbfMemoryStream& image) {
   images_.erase(std::string(image.identity));
 }
 
-void TDbfCache::MarkChanged(TDbfMemoryStream& image) {
+void TDbfCache::NoteChange(TDbfMemoryStream& image) {
+  if (!note_.empty() && image.note != note_) image.note = note_;
   if (std::exchange(image.changed, true)) return;
   changed_.push_back(&image);
 }

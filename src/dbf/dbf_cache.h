@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "base/error.h"
+#include "dbf/transaction.h"
 #include "platform/host.h"
+#include "services/exchange_lock.h"
 
 namespace customsconv {
 
@@ -37,16 +39,27 @@ class TDbfCache {
   TDbfCache(const TDbfCache&) = delete;
   TDbfCache& operator=(const TDbfCache&) = delete;
 
-  // Writes changed images back: all temporary files first, then each is put in
-  // its place. `table_names` (blank-separated base names, any case) limits it to
-  // these tables; the others stay changed. Without names the changed list ends
-  // up empty but for files whose writing failed. Failures go to the exception
-  // display.
+  // Writes changed images back, those of a folder as one transaction. `table_names` (blank-
+  // separated base names, any case) limits it to these tables; the others stay changed. Without
+  // names the changed list ends up empty but for files whose writing failed; such a late file is
+  // written by a later flush when it still is what was loaded, and dropped otherwise. Failures and
+  // losses go to the exception display.
   void Flush(std::string_view table_names = {}, bool show_progress = false);
 
-  // Many flushes of the same tables will follow: from now on each table may have a copy of itself
-  // beside it, as long as the cache holds it, so that a flush costs what was added.
-  void ExpectSeries() { expects_series_ = true; }
+  // What the rows that are written from now on belong to, for whoever is told that they are lost.
+  void NoteSaves(std::string_view note) { note_ = note; }
+
+  // A save into the tables of a folder (with closing separator) begins: its locks are held, and
+  // what a dead process left there is undone. Throws SilentAbort when the user gives up at a lock.
+  void BeginSave(std::string_view folder);
+  // Flushes and lets the locks go.
+  void EndSave();
+  // Only lets the locks go.
+  void AbandonSave() { held_.reset(); }
+
+  // Undoes, in a folder that is about to be read, the save that a dead process left half done;
+  // waits for a living one. Throws DbfError naming the command for that where it may not be done.
+  void UndoBrokenSave(std::string_view folder);
 
   // Some image differs from its file: it was changed since the last flush, or could not be
   // written.
@@ -68,6 +81,8 @@ class TDbfCache {
 
   // The full name of a table's file, ".DBF" added where there is no extension.
   [[nodiscard]] std::string PathOf(std::string_view table) const;
+  // The same text for all spellings of a folder.
+  [[nodiscard]] std::string FolderIdentity(std::string_view folder) const;
   // The image of the file that the full name `path` leads to, if one is held and
   // the file is still as it was; an outdated image is dropped.
   [[nodiscard]] TDbfMemoryStream* FindImage(const std::string& path);
@@ -76,29 +91,45 @@ class TDbfCache {
   // Open tables that read this very file go over to its image.
   TDbfMemoryStream& Add(std::unique_ptr<TDbfMemoryStream> image);
   void Drop(TDbfMemoryStream& image);
-  void MarkChanged(TDbfMemoryStream& image);
+  // The image is about to be changed.
+  void NoteChange(TDbfMemoryStream& image);
 
   // Every table that was opened and not destroyed.
   void Enlist(TFileDbfFile& table) { tables_.insert(&table); }
   void Delist(TFileDbfFile& table) { tables_.erase(&table); }
 
-  [[nodiscard]] std::vector<TDbfMemoryStream*> TakeDue(std::string_view table_names);
-  void WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress);
-  using StagedFiles = std::vector<std::pair<TDbfMemoryStream*, std::unique_ptr<PendingFile>>>;
-  static void Settle(const StagedFiles& placed);
-  [[nodiscard]] std::unique_ptr<PendingFile> Stage(TDbfMemoryStream& image) const;
-  template <typename Write>
-  bool TryToWrite(TDbfMemoryStream& image, Write write);
+  using Images = std::vector<TDbfMemoryStream*>;
+  [[nodiscard]] Images TakeDue(std::string_view table_names);
+  void WriteFolder(const Images& due, Progress* progress);
+  [[nodiscard]] bool MayBeWritten(TDbfMemoryStream& image);
+  [[nodiscard]] bool TryToPrepare(TDbfMemoryStream& image);
+  void Prepare(TDbfMemoryStream& image);
+  // Writes those that it can, and takes the others out of the list.
+  void WriteTogether(const std::string& folder, Images& images);
+  [[nodiscard]] std::optional<TransactionFailure> Write(const std::string& folder,
+                                                        const Images& images);
   void Written(TDbfMemoryStream& image);
   [[nodiscard]] bool RetryAtOnce(TDbfMemoryStream& image) const;
+  void UndoAndTell(const std::string& folder);
+  void Lose(TDbfMemoryStream& image, std::string_view why);
   void ShowFailure(const std::exception& failure) const;
+
+  // The locks of the folder that a save goes to.
+  struct Held {
+    Held(Host& host, std::string identity, SaveLock save_lock, std::string_view marked)
+        : folder(std::move(identity)), own(std::move(save_lock)), marker(host, marked) {}
+    std::string folder;  // its identity
+    SaveLock own;
+    ExchangeLock marker;
+  };
 
   Host& host_;
   std::unordered_map<std::string, std::unique_ptr<TDbfMemoryStream>> images_;  // by identity
   std::unordered_map<std::string, TDbfMemoryStream*> spellings_;               // by full name
   std::vector<TDbfMemoryStream*> changed_;
   std::unordered_set<TFileDbfFile*> tables_;
-  bool expects_series_ = false;
+  std::optional<Held> held_;
+  std::string note_;
 };
 
 }  // namespace customsconv

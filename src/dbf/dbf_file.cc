@@ -9,6 +9,7 @@
 #include "dbf/dbf_format.h"
 #include "dbf/dbf_image.h"
 #include "dbf/dbf_layout.h"
+#include "text/file_names.h"
 
 // Opening and creating, records as wholes. Fields are in dbf_file_fields.cc,
 // searching in dbf_search.cc.
@@ -81,10 +82,13 @@ bool TFileDbfFile::Attach() {
   TDbfMemoryStream* image = cache_.FindImage(path_);
   if (image == nullptr) {
     const Files& files = cache_.host().files;
+    cache_.UndoBrokenSave(FolderPart(path_));
     if (!files.Exists(path_)) return false;
     std::unique_ptr<FileStream> file = files.Open(path_, mode_);
     file_time_ = file->Stamp();
-    if (file->Size() >= kMaxImageSize) {
+    const std::int64_t size = file->Size();
+    if (size >= kMinFileSize) {
+      becomes_image_ = !WantsToWrite() && size < kMaxImageSize;
       bytes_ = TableBytes(std::move(file));
       return true;
     }
@@ -95,13 +99,39 @@ bool TFileDbfFile::Attach() {
   return true;
 }
 
+bool TFileDbfFile::WantsToWrite() const { return (mode_ & kModeAccessMask) != kModeRead; }
+
 std::unique_ptr<TDbfMemoryStream> TFileDbfFile::LoadImage(FileStream& file) const {
-  auto image = std::make_unique<TDbfMemoryStream>();
-  image->bytes = ReadWhole(file, path_);
+  return Named(std::make_unique<TDbfMemoryStream>(ReadWhole(file, path_)));
+}
+
+std::unique_ptr<TDbfMemoryStream> TFileDbfFile::Named(
+    std::unique_ptr<TDbfMemoryStream> image) const {
   image->path = path_;
   image->name = file_name_;
   image->file_age = file_time_;
+  image->layout = layout_;
   return image;
+}
+
+// As it was opened: nobody has changed the file since.
+std::unique_ptr<TDbfMemoryStream> TFileDbfFile::ImageOverFile() {
+  const std::int64_t end = layout_->header.SizeOfRecords();
+  GrowingBytes rest;
+  rest.Resize(static_cast<std::size_t>(bytes_.Size() - end));
+  if (!bytes_.Read(end, rest.data(), rest.size())) rest.Resize(0);
+  auto image = Named(std::make_unique<TDbfMemoryStream>(bytes_.TakeFile(), end, std::move(rest),
+                                                        layout_->header.record_count));
+  image->writable = WantsToWrite();
+  return image;
+}
+
+// Records are wanted of a table that was read so far to know its fields only.
+void TFileDbfFile::LoadToRead() {
+  becomes_image_ = false;
+  FileStream* const file = bytes_.file();
+  if (file == nullptr || file->Stamp() != file_time_ || cache_.FindImage(path_) != nullptr) return;
+  cache_.Add(LoadImage(*file));
 }
 
 // Its record buffer fits, as files of one stamp have one layout.
@@ -120,6 +150,7 @@ DbfStatus TFileDbfFile::CreateTable(TDescrs& fields, std::string_view name) {
   Host& host = cache_.host();
   const std::string empty_table = dbf::EmptyTable(fields, DayOf(host.clock.Today()));
   const std::string path = cache_.PathOf(name);
+  cache_.UndoBrokenSave(FolderPart(path));
   TDbfMemoryStream* const outdated = cache_.HeldImage(path);
   host.files.Replace(path, empty_table);
   if (outdated != nullptr) cache_.Drop(*outdated);
@@ -133,6 +164,7 @@ void TFileDbfFile::Close() {
   bytes_ = TableBytes();
   record_.clear();
   current_record_ = -1;
+  becomes_image_ = false;
   this_year_ = 0;
 }
 
@@ -160,24 +192,23 @@ const TDescrs& TFileDbfFile::fields() const {
 std::int64_t TFileDbfFile::RecordCount() const {
   if (!layout_ || !bytes_.attached()) return 0;
   const auto image = bytes_.image();
-  return image == nullptr ? layout_->header.record_count
-                          : dbf::ReadU32(image->bytes.data() + dbf::kRecordCountAt);
+  return image == nullptr ? layout_->header.record_count : image->record_count();
 }
 
-// A file is replaced as a whole, whatever its size, so that it is a table at any moment. A
-// table whose file is another one by now stays without bytes, as one does when its image is
-// dropped.
+// What is changed of a large table is kept beside its file. A table whose file is another one by
+// now stays without bytes, as one does when its image is dropped.
 bool TFileDbfFile::PrepareChange() {
-  if (bytes_.image() != nullptr) return true;
-  if (bytes_.file() == nullptr) return false;
-  const bool unchanged = cache_.host().files.Stamp(path_) == file_time_;
-  if (unchanged && cache_.FindImage(path_) == nullptr) {
-    auto loaded = LoadImage(*bytes_.file());
-    loaded->layout = ReadLayout(TableBytes(*loaded)).layout;
-    cache_.Add(std::move(loaded));
+  if (bytes_.image() == nullptr) {
+    if (bytes_.file() == nullptr) return false;
+    const bool unchanged = cache_.host().files.Stamp(path_) == file_time_;
+    if (unchanged && cache_.FindImage(path_) == nullptr) {
+      bytes_ = TableBytes(cache_.Add(ImageOverFile()));
+    }
+    if (bytes_.image() == nullptr) Detach();
+    if (!bytes_.attached()) return false;
   }
-  if (bytes_.image() == nullptr) Detach();
-  return bytes_.image() != nullptr;
+  cache_.NoteChange(*bytes_.image());
+  return true;
 }
 
 void TFileDbfFile::NormaliseMark() {
@@ -194,6 +225,7 @@ DbfStatus TFileDbfFile::GoTo(std::int64_t record) {
   past_end_ = record > count;
   if (record == current_record_ && record != -1) return DbfStatus::kOk;
   if (!layout_ || record < 1 || record > count) return DbfStatus::kRefused;
+  if (becomes_image_) LoadToRead();
   if (!bytes_.Read(layout_->RecordAt(record), record_.data(), layout_->header.record_length)) {
     return DbfStatus::kRefused;
   }
@@ -202,50 +234,32 @@ DbfStatus TFileDbfFile::GoTo(std::int64_t record) {
 }
 
 DbfStatus TFileDbfFile::Post() {
-  if (current_record_ < 1 || !PrepareChange() || current_record_ > RecordCount()) {
-    return DbfStatus::kRefused;
-  }
+  const bool is_there = current_record_ >= 1 && current_record_ <= RecordCount();
+  if (!is_there || !PrepareChange()) return DbfStatus::kRefused;
   NormaliseMark();
-  TDbfMemoryStream& image = *bytes_.image();
-  const auto at = static_cast<std::size_t>(layout_->RecordAt(current_record_));
-  image.Touch(at);
-  image.bytes.Overwrite(at, std::string_view(record_).substr(0, layout_->header.record_length));
-  cache_.MarkChanged(image);
+  bytes_.image()->Overwrite(layout_->RecordAt(current_record_),
+                            std::string_view(record_).substr(0, layout_->header.record_length));
   return DbfStatus::kOk;
 }
 
 bool TFileDbfFile::Append() {
-  if (!PrepareChange()) return false;
   const std::int64_t count = RecordCount();
-  if (count >= kMaxRecordCount) return false;
+  if (count >= kMaxRecordCount || !PrepareChange()) return false;
   NormaliseMark();
-  const auto at = static_cast<std::size_t>(layout_->RecordAt(count + 1));
-  bytes_.image()->Touch(at);
-  bytes_.image()->bytes.Overwrite(at, record_);
-  SetRecordCount(count + 1);
+  bytes_.image()->Overwrite(layout_->RecordAt(count + 1), record_);
+  bytes_.image()->SetRecordCount(static_cast<std::uint32_t>(count + 1));
   current_record_ = count + 1;
   return true;
 }
 
 DbfStatus TFileDbfFile::DeleteRecord(std::int64_t record) {
-  if (record < 1 || !PrepareChange() || record > RecordCount()) return DbfStatus::kRefused;
   const std::int64_t count = RecordCount();
-  GrowingBytes& bytes = bytes_.image()->bytes;
-  const auto at = static_cast<std::size_t>(layout_->RecordAt(record));
-  bytes_.image()->Touch(at);
-  bytes.Erase(at, layout_->header.record_length);
-  const auto end = static_cast<std::size_t>(layout_->RecordAt(count));
-  bytes.Resize(end);
-  bytes.Overwrite(end, {&dbf::kEndOfTable, 1});
-  SetRecordCount(count - 1);
+  if (record < 1 || record > count || !PrepareChange()) return DbfStatus::kRefused;
+  bytes_.image()->Erase(layout_->RecordAt(record), layout_->header.record_length,
+                        layout_->RecordAt(count), {&dbf::kEndOfTable, 1});
+  bytes_.image()->SetRecordCount(static_cast<std::uint32_t>(count - 1));
   current_record_ = 0;
   return DbfStatus::kOk;
-}
-
-void TFileDbfFile::SetRecordCount(std::int64_t count) {
-  TDbfMemoryStream& image = *bytes_.image();
-  dbf::WriteU32(image.bytes.data() + dbf::kRecordCountAt, static_cast<std::uint32_t>(count));
-  cache_.MarkChanged(image);
 }
 
 }  // namespace customsconv

@@ -36,12 +36,15 @@ enum class OnError { kThrow, kReturn };
 //
 // The table is an image in the cache: reading and writing touch memory only,
 // TDbfCache::Flush brings changed images to disk. (Tables of 10,000,000 bytes and
-// more are read from the file; their first change loads the image.) Record numbers
+// more are read from the file; so are smaller ones until a record is read. Of a table that
+// is opened for writing the image holds what changes, and the file the rest.) Record numbers
 // count from 1. Values cross this interface in code page 1251; the table holds code page 866.
 class TFileDbfFile {
  public:
   // Files of so many bytes and more are not loaded for reading.
   static constexpr std::int64_t kMaxImageSize = 10'000'000;
+  // Smaller ones are loaded when they are opened.
+  static constexpr std::int64_t kMinFileSize = 64 * 1024;
 
   // `cache` must outlive the table.
   explicit TFileDbfFile(TDbfCache& cache);
@@ -65,9 +68,8 @@ class TFileDbfFile {
 
   // Reads the record into the record buffer, unless it is the current one already.
   virtual DbfStatus GoTo(std::int64_t record);
-  // Changes go to the image. The first one of a large table throws FileError when its file cannot
-  // be loaded, the table then is as before; it is refused when the file is no longer the one that
-  // was opened.
+  // Changes go to the image. The first one of a large table is refused when the file is no longer
+  // the one that was opened.
 
   // Writes the record buffer over the current record.
   virtual DbfStatus Post();
@@ -141,16 +143,19 @@ class TFileDbfFile {
   // The cached image of the file, or the file itself when that is large.
   [[nodiscard]] bool Attach();
   [[nodiscard]] std::unique_ptr<TDbfMemoryStream> LoadImage(FileStream& file) const;
+  [[nodiscard]] std::unique_ptr<TDbfMemoryStream> Named(
+      std::unique_ptr<TDbfMemoryStream> image) const;
+  [[nodiscard]] std::unique_ptr<TDbfMemoryStream> ImageOverFile();
+  [[nodiscard]] bool WantsToWrite() const;
+  void LoadToRead();
   // A table that reads the file of this image goes over to the image.
   void JoinImage(TDbfMemoryStream& image);
   // The cache drops the image: the table stays open without bytes.
   void Detach() { bytes_ = TableBytes(); }
 
-  // Sees to it that there is an image to change. False when there is none.
+  // Sees to it that there is an image to change, which is noted. False when there is none.
   [[nodiscard]] bool PrepareChange();
   void NormaliseMark();
-  // Tells the image, which was changed, how many records it holds now.
-  void SetRecordCount(std::int64_t count);
 
   // Null when closed or when there is no such field.
   [[nodiscard]] const FieldDescriptor* Field(int field) const;
@@ -167,6 +172,7 @@ class TFileDbfFile {
   FileStamp file_time_ = kNoStamp;
   std::shared_ptr<const TableLayout> layout_;  // null when closed
   TableBytes bytes_;
+  bool becomes_image_ = false;  // with the first record that is read
 
   std::string record_;  // the record buffer, and the end mark that follows a last record
   std::int64_t current_record_ = -1;

@@ -1,12 +1,14 @@
 #include <algorithm>
+#include <map>
 #include <tuple>
 #include <utility>
 
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
 #include "dbf/dbf_cache.h"
-#include "dbf/dbf_format.h"
 #include "dbf/dbf_image.h"
+#include "dbf/dbf_layout.h"
+#include "dbf/journal.h"
 #include "text/char_set.h"
 #include "text/file_names.h"
 #include "text/words.h"
@@ -33,25 +35,71 @@ bool ByName(const TDbfMemoryStream* a, const TDbfMemoryStream* b) {
   return std::tie(a->name, a->identity) < std::tie(b->name, b->identity);
 }
 
+// A file that is not to be had, which may be because another station has it.
+bool MayBeBusy(const FileError& failure) {
+  return failure.kind() == FileError::Kind::kCreate || failure.kind() == FileError::Kind::kOpen;
+}
+
 }  // namespace
+
+// ---- saves
+
+void TDbfCache::BeginSave(std::string_view folder) {
+  held_.reset();
+  const std::string path = host_.files.FullName(std::string(folder).append(kSaveLockFile));
+  const std::string own_folder(FolderPart(path));
+  SaveLock own(host_, own_folder);
+  UndoAndTell(own_folder);
+  held_.emplace(host_, FolderIdentity(own_folder), std::move(own), folder);
+}
+
+void TDbfCache::EndSave() {
+  Flush({}, /*show_progress=*/true);
+  held_.reset();
+}
+
+void TDbfCache::UndoBrokenSave(std::string_view folder) {
+  const std::string path(folder);
+  if (!host_.files.Exists(path + std::string(journal::kFileName))) return;
+  if (held_ && held_->folder == FolderIdentity(path)) return;
+  try {
+    const SaveLock lock(host_, path);
+    UndoAndTell(path);
+  } catch (const FileError& failure) {
+    std::string text("Прерванное сохранение таблиц не отменено: "_cp1251);
+    text.append(failure.text()).append(". Команда: customsconv tables list "_cp1251);
+    throw DbfError(text.append(path).append("*.DBF"));
+  }
+}
+
+void TDbfCache::UndoAndTell(const std::string& folder) {
+  const std::string told = Told(Recover(host_, folder), folder);
+  if (!told.empty()) host_.dialogs.Message(told);
+}
+
+// ---- flushing
 
 void TDbfCache::Flush(std::string_view table_names, bool show_progress) {
   if (changed_.empty()) return;
-  const std::vector<TDbfMemoryStream*> due = TakeDue(table_names);
+  const Images due = TakeDue(table_names);
   std::unique_ptr<Progress> progress;
   if (table_names.empty() && show_progress) {
     progress = host_.dialogs.StartProgress(kProgressTitle, due.size());
   }
-  WriteBack(due, progress.get());
+  std::map<std::string, Images> by_folder;
+  for (TDbfMemoryStream* image : due) {
+    by_folder[image->folder].push_back(image);
+  }
+  for (const auto& [folder, images] : by_folder) WriteFolder(images, progress.get());
   const auto settled = [](const TDbfMemoryStream* image) { return !image->changed; };
   changed_.erase(std::remove_if(changed_.begin(), changed_.end(), settled), changed_.end());
 }
 
 // The changed images that this flush writes, in the order of their names. An image whose folder
 // is gone stays changed only in a flush by names; any other flush forgets that it was.
-std::vector<TDbfMemoryStream*> TDbfCache::TakeDue(std::string_view table_names) {
+TDbfCache::Images TDbfCache::TakeDue(std::string_view table_names) {
   const std::vector<std::string_view> names = Words(table_names, CharSet(" "));
-  std::vector<TDbfMemoryStream*> due;
+  Images due;
   for (TDbfMemoryStream* image : changed_) {
     if (!table_names.empty() && !Named(*image, names)) continue;
     if (host_.files.FolderExists(FolderPart(image->path))) {
@@ -64,81 +112,123 @@ std::vector<TDbfMemoryStream*> TDbfCache::TakeDue(std::string_view table_names) 
   return due;
 }
 
-// All new files are safe on the disk before the first one takes its place, so that the
-// moment in which the folder holds some old and some new tables is short.
-void TDbfCache::WriteBack(const std::vector<TDbfMemoryStream*>& due, Progress* progress) {
-  StagedFiles staged;
+// Who writes what a flush could not write before has to keep other stations out; at any other
+// time the family writes without that.
+void TDbfCache::WriteFolder(const Images& due, Progress* progress) {
+  const std::string folder(FolderPart(due.front()->path));
+  std::optional<SaveLock> own;
+  std::optional<ExchangeLock> marker;
+  try {
+    if (!held_ || held_->folder != due.front()->folder) {
+      own.emplace(host_, folder);
+      UndoAndTell(folder);
+      const auto late = [](const TDbfMemoryStream* image) { return image->late; };
+      if (std::any_of(due.begin(), due.end(), late)) marker.emplace(host_, folder);
+    }
+  } catch (const SilentAbort&) {
+    return;  // the user gives the flush up for another station's sake
+  } catch (const std::exception& failure) {
+    for (TDbfMemoryStream* image : due) image->late = true;
+    return ShowFailure(failure);
+  }
+  Images ready;
   std::size_t done = 0;
   for (TDbfMemoryStream* image : due) {
-    std::unique_ptr<PendingFile> pending;
-    if (TryToWrite(*image, [&] { pending = Stage(*image); })) {
-      staged.emplace_back(image, std::move(pending));
-    }
+    if (MayBeWritten(*image) && TryToPrepare(*image)) ready.push_back(image);
     if (progress != nullptr) progress->Show(++done);
   }
-  std::vector<PendingFile*> written;
-  for (const auto& entry : staged) written.push_back(entry.second.get());
-  host_.files.HardenTogether(written);
-  std::erase_if(staged, [this](auto& entry) {
-    return !TryToWrite(*entry.first, [&entry] { entry.second->Harden(); });
-  });
-  StagedFiles placed;
-  for (auto& [image, pending] : staged) {
-    std::unique_ptr<PendingFile> ready;
-    const auto put_in_place = [this, image = image, &pending = pending, &ready] {
-      // A file that cannot be put in place is of no use to the next attempt.
-      ready = pending ? std::move(pending) : Stage(*image);
-      ready->Harden();
-      ready->Place();
-    };
-    if (!TryToWrite(*image, put_in_place)) continue;
-    Written(*image);
-    placed.emplace_back(image, std::move(ready));
-  }
-  Settle(placed);
+  WriteTogether(folder, ready);
 }
 
-// One wait for the disk serves all files of a folder; they stand together. Without it a table's
-// older copy may still be what the folder names after a power cut, and must not be changed.
-void TDbfCache::Settle(const StagedFiles& placed) {
-  for (std::size_t i = 0; i < placed.size();) {
-    const std::string_view folder = FolderPart(placed[i].first->path);
-    const bool settled = placed[i].second->Settle();
-    for (; i < placed.size() && FolderPart(placed[i].first->path) == folder; ++i) {
-      if (!settled) placed[i].first->same_end = 0;
-    }
-  }
-}
-
-std::unique_ptr<PendingFile> TDbfCache::Stage(TDbfMemoryStream& image) const {
-  if (expects_series_ && !image.series) image.series = host_.files.StartSeries(image.path);
-  const std::string_view content = image.bytes.view();
-  if (!image.series) return host_.files.Stage(image.path, content);
-  return image.series->Stage(content, {dbf::kHeaderSize, image.same_end});
+// Rows of other stations come first; in a file that is gone there are none. What is lost is told.
+bool TDbfCache::MayBeWritten(TDbfMemoryStream& image) {
+  const FileStamp stamp = host_.files.Stamp(image.path);
+  if (!image.late || stamp == image.file_age || stamp == kNoStamp) return true;
+  Lose(image, "файл с тех пор изменился"_cp1251);
+  return false;
 }
 
 // False when the image still has to be written. What goes wrong is shown.
-template <typename Write>
-bool TDbfCache::TryToWrite(TDbfMemoryStream& image, Write write) {
+bool TDbfCache::TryToPrepare(TDbfMemoryStream& image) {
   for (;;) {
     try {
-      write();
+      Prepare(image);
       return true;
     } catch (const FileError& failure) {
       ShowFailure(failure);
-      if (failure.kind() != FileError::Kind::kCreate || !RetryAtOnce(image)) return false;
+      if (MayBeBusy(failure) && RetryAtOnce(image)) continue;
     } catch (const std::exception& failure) {
       ShowFailure(failure);
-      return false;
+    }
+    image.late = true;
+    return false;
+  }
+}
+
+// Opens the file and makes sure of room, so that a full disk is met before anything changes. A
+// file that is gone, or another one by now, is written as a whole.
+void TDbfCache::Prepare(TDbfMemoryStream& image) {
+  const FileStamp stamp = host_.files.Stamp(image.path);
+  image.replaces = stamp != image.file_age;
+  if (image.replaces) {
+    image.BecomeWhole();
+    image.file = BufferedFile();
+    image.writable = false;
+  }
+  if (stamp == kNoStamp) return;
+  if (!image.writable) {
+    image.file = BufferedFile(host_.files.Open(image.path, kModeReadWrite | kShareDenyNone));
+    image.writable = true;
+  }
+  image.file.stream()->Reserve(image.size());
+}
+
+void TDbfCache::WriteTogether(const std::string& folder, Images& images) {
+  while (!images.empty()) {
+    const std::optional<TransactionFailure> failure = Write(folder, images);
+    if (!failure) {
+      for (TDbfMemoryStream* image : images) Written(*image);
+      return;
+    }
+    try {
+      std::rethrow_exception(failure->cause);
+    } catch (const std::exception& cause) {
+      ShowFailure(cause);
+    }
+    // What was undone has new stamps and the old bytes.
+    for (TDbfMemoryStream* image : images) {
+      image->late = true;
+      const bool same = failure->undone && !image->replaces;
+      if (same) image->file_age = host_.files.Stamp(image->path);
+    }
+    if (!failure->table) return;
+    images.erase(images.begin() + static_cast<std::ptrdiff_t>(*failure->table));
+    if (!failure->undone) return;
+  }
+}
+
+std::optional<TransactionFailure> TDbfCache::Write(const std::string& folder,
+                                                   const Images& images) {
+  std::vector<TableChange> changes;
+  std::string note;
+  for (TDbfMemoryStream* image : images) {
+    FileStream* const file = image->file.stream();
+    changes.push_back({image->path, file, image->size(), image->Changes(image->replaces)});
+    if (note.find(image->note) == std::string::npos) {
+      note.append(note.empty() ? "" : ", ").append(image->note);
     }
   }
+  return WriteTables(host_, folder, note, changes);
 }
 
 void TDbfCache::Written(TDbfMemoryStream& image) {
   image.file_age = host_.files.Stamp(image.path);
   image.failure_time = kNoFailureSinceWrite;
-  image.same_end = image.bytes.size();
-  image.changed = false;
+  image.changed = image.late = false;
+  image.note.clear();
+  image.Settle(image.layout->header.header_length +
+               static_cast<std::int64_t>(image.record_count()) *
+                   image.layout->header.record_length);
   // A new file may be known by another identity than the one it replaced. An image that is
   // held for it already is outdated now, as its next user finds.
   std::string identity = host_.files.Identity(image.path);
@@ -156,6 +246,15 @@ bool TDbfCache::RetryAtOnce(TDbfMemoryStream& image) const {
   const bool retry = now - image.failure_time > kRetryAfter;
   image.failure_time = retry ? kNoFailureSinceLoad : std::min(now, image.failure_time);
   return retry;
+}
+
+void TDbfCache::Lose(TDbfMemoryStream& image, std::string_view why) {
+  std::string text("Несохраненные строки таблицы "_cp1251);
+  text.append(image.name);
+  if (!image.note.empty()) text.append(" (").append(image.note).append(")");
+  text.append(" потеряны: "_cp1251).append(why);
+  Drop(image);
+  host_.dialogs.Exception(text);
 }
 
 void TDbfCache::ShowFailure(const std::exception& failure) const {

@@ -4,6 +4,7 @@
 #include "base/error.h"
 #include "platform/wait_for_lock.h"
 #include "text/blanks.h"
+#include "text/file_names.h"
 
 namespace customsconv {
 namespace {
@@ -11,6 +12,7 @@ namespace {
 constexpr std::uint32_t kPause = 1000;  // milliseconds between two checks
 constexpr int kChecks = 101;
 constexpr int kChecksPerQuestion = 20;
+constexpr std::string_view kBusy = "База занята - ждем..."_cp1251;
 
 LockAnswer Ask(Dialogs& dialogs) {
   constexpr std::size_t kWidestChoice = 45;
@@ -24,8 +26,34 @@ LockAnswer Ask(Dialogs& dialogs) {
 
 }  // namespace
 
+SaveLock::SaveLock(Host& host, const std::string& folder) {
+  const std::string path = folder + std::string(kSaveLockFile);
+  file_ = host.files.HoldFile(path);
+  if (file_ == nullptr) file_ = Wait(host, path);
+  const std::string marker = folder + std::string(kExchangeLockFile);
+  if (host.files.Stamp(marker) == host.files.Stamp(path)) host.files.Delete(marker);
+}
+
+// Saves are over in some hundredths of a second; only who waits longer is told.
+std::unique_ptr<FileLock> SaveLock::Wait(Host& host, const std::string& path) {
+  constexpr std::uint32_t kLook = 5;  // milliseconds between two looks
+  constexpr std::uint32_t kLooksPerSecond = kPause / kLook;
+  std::unique_ptr<Progress> progress;
+  for (std::uint32_t look = 1;; ++look) {
+    host.clock.Sleep(kLook);
+    if (auto file = host.files.HoldFile(path)) return file;
+    if (look % kLooksPerSecond != 0) continue;
+    const std::uint32_t step = look / kLooksPerSecond % kChecksPerQuestion;
+    if (progress == nullptr) progress = host.dialogs.StartProgress(kBusy, kChecksPerQuestion);
+    progress->Show(step == 0 ? kChecksPerQuestion : step);
+    if (step == 0 && Ask(host.dialogs) == LockAnswer::kAbandon) throw SilentAbort();
+  }
+}
+
 ExchangeLock::ExchangeLock(Host& host, std::string_view folder)
-    : host_(host), path_(std::string(folder).append(kExchangeLockFile)) {
+    : host_(host),
+      path_(std::string(folder).append(kExchangeLockFile)),
+      twin_(std::string(FolderPart(path_)).append(kSaveLockFile)) {
   FileStamp seen = kNoStamp;
   while (!Take(seen)) seen = Wait();
   held_ = true;
@@ -46,8 +74,7 @@ void ExchangeLock::Release() {
 }
 
 FileStamp ExchangeLock::Wait() {
-  const auto progress =
-      host_.dialogs.StartProgress("База занята - ждем..."_cp1251, kChecksPerQuestion);
+  const auto progress = host_.dialogs.StartProgress(kBusy, kChecksPerQuestion);
   FileStamp seen = kNoStamp;
   for (int check = 1; check <= kChecks; ++check) {
     host_.clock.Sleep(kPause);
@@ -67,10 +94,10 @@ FileStamp ExchangeLock::Wait() {
 // the marker's stamp, so that the others see a marker that is not the one they waited for.
 bool ExchangeLock::Take(FileStamp seen) {
   const auto guard = WaitForLock(host_, path_);
-  if (host_.files.CreateNew(path_)) return true;
+  if (host_.files.CreateNew(path_, twin_)) return true;
   if (seen == kNoStamp || host_.files.Stamp(path_) != seen) return false;
-  host_.files.Replace(path_, "");
-  return true;
+  if (host_.files.Delete(path_)) return host_.files.CreateNew(path_, twin_);
+  throw FileError(FileError::Kind::kCreate, path_, "не могу удалить"_cp1251);
 }
 
 }  // namespace customsconv

@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_SERVICES_EXCHANGE_LOCK_H_
 #define CUSTOMSCONV_SERVICES_EXCHANGE_LOCK_H_
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,22 @@
 namespace customsconv {
 
 inline constexpr std::string_view kExchangeLockFile = "veltlock.$$$";
+inline constexpr std::string_view kSaveLockFile = "~ccsave.lck";
+
+// Keeps other processes of this program out of a table folder while one saves: a file that is
+// held, so that it is known whether its maker still lives. A living process is waited for (the
+// user may give up at every 20 seconds); what a dead one left, its exchange marker too, goes.
+class SaveLock {
+ public:
+  // `folder` ends with a separator. Throws SilentAbort when the user gives up, and FileError
+  // when the file cannot be made.
+  SaveLock(Host& host, const std::string& folder);
+
+ private:
+  [[nodiscard]] std::unique_ptr<FileLock> Wait(Host& host, const std::string& path);
+
+  std::unique_ptr<FileLock> file_;
+};
 
 // Keeps two stations from writing one exchange folder at the same moment: an
 // empty marker file in the folder. Taken by the constructor, which waits while
@@ -17,7 +34,8 @@ inline constexpr std::string_view kExchangeLockFile = "veltlock.$$$";
 // Release or the destructor.
 class ExchangeLock {
  public:
-  // `folder` ends with a separator. Throws SilentAbort when the user abandons
+  // `folder` ends with a separator. Where its SaveLock is held, the marker is a second name of that
+  // lock's file and so known as ours should we die. Throws SilentAbort when the user abandons
   // the operation (the other station's marker stays) and FileError when the marker cannot be made.
   ExchangeLock(Host& host, std::string_view folder);
   ~ExchangeLock();
@@ -35,6 +53,7 @@ class ExchangeLock {
 
   Host& host_;
   std::string path_;
+  std::string twin_;  // the file of the SaveLock
   bool held_ = false;
 };
 

@@ -2,13 +2,11 @@
 
 #include "tables/dbf_document.h"
 
-#include <optional>
 #include <string>
 
 #include "base/cp1251_literal.h"
 #include "base/error.h"
 #include "dbf/dbf_cache.h"
-#include "services/exchange_lock.h"
 #include "tables/table_levels.h"
 #include "tables/table_loader.h"
 #include "text/file_names.h"
@@ -64,22 +62,29 @@ void TDbfDocument::Save(std::string_view folder) {
   appended_rows_.clear();
   const std::string target(folder.empty() ? doc_folder_.view() : folder);
   doc_key_ = KeysOf(RootBasis()).Of(RootRecord());
-  std::optional<ExchangeLock> lock;
   try {
-    lock.emplace(environment().host, target);
+    cache_.BeginSave(target);
   } catch (const SilentAbort&) {
     return;  // the user gives the save up for another station's sake
   }
+  try {
+    WriteRows(target);
+  } catch (...) {
+    cache_.AbandonSave();
+    throw;
+  }
+  cache_.EndSave();
+  Modified = false;
+}
+
+void TDbfDocument::WriteRows(const std::string& folder) {
   {
-    TableWriter writer(cache_, target, deleted_rows_);
+    TableWriter writer(cache_, folder, deleted_rows_);
     writer.Write(RootRecord());
     appended_rows_ = writer.AppendedRows();
   }
-  DeleteRows(cache_, target, deleted_rows_);
+  DeleteRows(cache_, folder, deleted_rows_);
   deleted_rows_.clear();
-  cache_.Flush({}, /*show_progress=*/true);
-  Modified = false;
-  lock->Release();
 }
 
 void TDbfDocument::DeleteRecord(std::string_view path) {

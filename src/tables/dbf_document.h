@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -61,6 +62,8 @@ class TDbfDocument : public TDocument {
   [[nodiscard]] const ShortText& DocKey() const CUSTOMSCONV_LIFETIME_BOUND { return doc_key_; }
 
  private:
+  // Into the tables of `folder`, appended, posted and deleted.
+  void WriteRows(const std::string& folder);
   // Moves to the record and notes its row for deletion.
   void NoteRow(std::string_view path);
 

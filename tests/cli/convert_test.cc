@@ -53,13 +53,13 @@ TEST_F(ConvertTest, StatusesAreThoseOfTheFunction) {
 }
 
 TEST_F(ConvertTest, RowsThatDoNotReachTheDiskAreNoSuccess) {
-  host.files.FailChange(2);  // behind the lock: the first table
+  host.files.FailChange(3);  // behind the locks: the first table
   EXPECT_EQ(Convert(), kDone) << "the last chance was taken";
   EXPECT_EQ(output.remarks.rfind("exception: ", 0), 0U) << output.remarks;
   EXPECT_NE(Table("DBRHEAD.DBF").find("1: "), std::string::npos);
 
   const std::string before = Table("DBRTOV.DBF");
-  host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kStage, FileError::Kind::kWrite);
+  host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kReserve, FileError::Kind::kWrite);
   EXPECT_EQ(Convert("--json"), kNegative);
   EXPECT_TRUE(Printed(R"(,"error":"tables could not be written, their new rows are lost"})"));
   EXPECT_EQ(Table("DBRTOV.DBF"), before);

@@ -116,29 +116,14 @@ TEST_F(TDbfCacheTest, FlushesWhenItGoes) {
   EXPECT_EQ(OnDisk(), "H");
 }
 
-// All new files are written before the first one is put in place.
-TEST_F(TDbfCacheTest, LeavesEachTableWholeWhereverTheProgramDies) {
-  const char* const on_disk[] = {"", "", "", "", "D", "DH"};
-  for (int change = 1; change <= 6; ++change) {
-    for (const char* name : {"TOVAR", "HEAD", "DOCS"}) {
-      host.files[Path(name)] = OneRow("old");
-      Change(name);
-    }
-    host.files.DieAtChange(change);
-    EXPECT_THROW(cache.Flush(), SuddenDeath);
-    EXPECT_EQ(OnDisk(), on_disk[change - 1]) << change;
-    host.files.Revive();
-  }
-}
-
 TEST_F(TDbfCacheTest, ShowsWhatCannotBeWrittenAndKeepsItForTheNextFlush) {
   const struct {
     FileOp op;
     FileError::Kind kind;
     std::size_t attempts_after_ten_seconds;
-  } cases[] = {{FileOp::kStage, FileError::Kind::kCreate, 2},
-               {FileOp::kStage, FileError::Kind::kWrite, 1},
-               {FileOp::kCommit, FileError::Kind::kCreate, 2}};
+  } cases[] = {{FileOp::kOpen, FileError::Kind::kCreate, 2},
+               {FileOp::kReserve, FileError::Kind::kWrite, 1},
+               {FileOp::kOtherChange, FileError::Kind::kWrite, 1}};
   for (const auto& c : cases) {
     const auto failures_after = [&](int seconds) {
       host.dialogs.Clear();
@@ -183,7 +168,7 @@ TEST(TDbfCache, KeepsItsImagesWhenAFileAppearsThatDiffersInLetterCaseOnly) {
   }
 }
 
-TEST(TDbfCache, AFileOfASeriesIsAlwaysTheWholeImage) {
+TEST(TDbfCache, AFileIsTheWholeImageAfterEveryFlush) {
   const TempFolder folder;
   TableImage image = TableImage().Field("A", 'C', 250);
   for (int i = 0; i < 400; ++i) image.Row({std::to_string(i)});
@@ -193,7 +178,6 @@ TEST(TDbfCache, AFileOfASeriesIsAlwaysTheWholeImage) {
   PosixHost host(dialogs);
   {
     TDbfCache cache(host);
-    cache.ExpectSeries();
     TFileDbfFile table(cache);
     table.Open(folder.Win("T.DBF"), kShared, OnError::kThrow);
     std::mt19937 random(1);

@@ -81,14 +81,14 @@ TEST_F(ConversionDriverTest, TroubleWithFilesIsAQuietNoAndTheTablesStay) {
   host.files.FailPath("C:\\OUT\\veltlock.$$$", FileOp::kCreateNew, FileError::Kind::kCreate);
   refused("veltlock.$$$");
   host.files.SetReadOnly("C:\\OUT\\");
-  refused("veltlock.$$$");
+  refused("~ccsave.lck");
 }
 
 // The rows stay in memory and reach the disk with the next save that finds room.
 TEST_F(ConversionDriverTest, AFullDiskIsShownAndTheOldTablesStayWhole) {
   const std::string head = Table("DBRHEAD.DBF");
-  host.files.FailPath("C:\\OUT\\DBRHEAD.DBF", FileOp::kStage, FileError::Kind::kWrite);
-  host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kCommit, FileError::Kind::kWrite);
+  host.files.FailPath("C:\\OUT\\DBRHEAD.DBF", FileOp::kReserve, FileError::Kind::kWrite);
+  host.files.FailPath("C:\\OUT\\DBRTOV.DBF", FileOp::kOtherChange, FileError::Kind::kWrite);
   EXPECT_TRUE(Convert({Declaration("A")}));
   ASSERT_EQ(host.dialogs.exceptions.size(), 2U);
   EXPECT_NE(host.dialogs.exceptions[0].find("DBRHEAD.DBF"), std::string::npos);

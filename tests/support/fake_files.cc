@@ -160,7 +160,6 @@ class FakeFiles::MemoryHeldFile : public FileLock {
     files_.held_files_.erase(files_.Key(path_));
     try {
       files_.Delete(path_);
-    } catch (const FileError&) {
     } catch (const SuddenDeath&) {
     }
   }
@@ -295,6 +294,16 @@ void FakeFiles::Change(FileOp op, std::string_view path, Write write) const {
   throw SuddenDeath();
 }
 
+template <typename Write>
+bool FakeFiles::TryToChange(std::string_view path, Write write) const {
+  try {
+    Change(FileOp::kOtherChange, path, write);
+    return !dead_;
+  } catch (const FileError&) {
+    return false;
+  }
+}
+
 void FakeFiles::RefuseWhereReadOnly(std::string_view path) const {
   const std::string key = Key(path);
   if (IsFolder(key)) throw FileError(Kind::kCreate, path, "a folder");
@@ -382,23 +391,21 @@ void FakeFiles::Append(std::string_view path, std::string_view content) {
 
 bool FakeFiles::Delete(std::string_view path) {
   if (!Has(path) || read_only_.contains(FolderOf(Key(path)))) return false;
-  Change(FileOp::kOtherChange, path, [&] { nodes_.erase(Key(path)); });
-  return !Has(path);
+  return TryToChange(path, [&] { nodes_.erase(Key(path)); });
 }
 
 bool FakeFiles::Rename(std::string_view path, std::string_view new_path) {
   if (!Has(path) || Has(new_path) || read_only_.contains(FolderOf(Key(path)))) return false;
-  Change(FileOp::kOtherChange, path, [&] {
+  return TryToChange(path, [&] {
     auto node = nodes_.extract(Key(path));
     node.key() = Key(new_path);
     node.mapped()->name = FullName(new_path);
     nodes_.insert(std::move(node));
   });
-  return Has(new_path);
 }
 
 bool FakeFiles::SyncFolder(std::string_view path) {
-  Change(FileOp::kOtherChange, path, [&] {
+  return TryToChange(path, [&] {
     const auto in_folder = [folder = FolderOf(Key(path))](const auto& entry) {
       return FolderOf(entry.first) == folder;
     };
@@ -406,7 +413,6 @@ bool FakeFiles::SyncFolder(std::string_view path) {
     std::copy_if(nodes_.begin(), nodes_.end(), std::inserter(safe_nodes_, safe_nodes_.end()),
                  in_folder);
   });
-  return true;
 }
 
 std::unique_ptr<FileLock> FakeFiles::HoldFile(std::string_view path) {

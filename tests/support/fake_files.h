@@ -160,6 +160,9 @@ class FakeFiles : public Files {
   // The same, then runs `write` unless the program dies in its place.
   template <typename Write>
   void Change(FileOp op, std::string_view path, Write write) const;
+  // The same for what the system answers with a plain no.
+  template <typename Write>
+  bool TryToChange(std::string_view path, Write write) const;
   [[nodiscard]] std::shared_ptr<Node> NodeToOpen(std::string_view path, FileMode mode) const;
   void RefuseWhereReadOnly(std::string_view path) const;
   // An empty file that is gone with the power until its folder is synced.
