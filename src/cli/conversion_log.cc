@@ -67,22 +67,50 @@ void ConversionLog::BeginFile(const std::string& file) {
   ++file_number_;
   records_ = 0;
   if (files_ > 1) ShowProgress();
-  if (!context_.json) return;
-  json_.BeginObject();
-  json_.Key("file").Text(file);
-  if (!explain_) return;
+  in_file_ = true;
+  if (!context_.json || !explain_) return;
+  OpenJson(log_);
   json_.Key("explain").BeginArray();
 }
 
 void ConversionLog::EndFile(std::string_view error) {
   log_.error = OneLine(Utf8FromWin(error));
+  in_file_ = false;
+  waiting_.push_back(std::move(log_));
+}
+
+void ConversionLog::Release(std::string_view error) {
   context_.dialogs.ClearProgressLine();
-  if (context_.json) {
-    if (explain_) json_.EndArray();
-    WriteJson();
-  } else {
-    WriteText();
+  for (FileLog& file : waiting_) {
+    if (!error.empty() && !file.rows_added.empty()) {
+      file.converted.clear();
+      file.rows_added.clear();
+      file.error = OneLine(Utf8FromWin(error));
+    }
+    if (!context_.json) {
+      WriteText(file);
+      continue;
+    }
+    explain_ ? json_.EndArray() : OpenJson(file);
+    WriteJson(file);
   }
+  waiting_.clear();
+  json_.Flush();
+  context_.output.Flush();
+}
+
+void ConversionLog::Interrupt() {
+  constexpr std::string_view kCause = "interrupted";
+  const bool half_printed = context_.json && explain_ && (in_file_ || !waiting_.empty());
+  if (half_printed && in_file_) waiting_ = {log_};
+  if (!half_printed) waiting_.clear();
+  for (FileLog& file : waiting_) {
+    file.converted.clear();
+    file.rows_added.clear();
+    file.error = kCause;
+  }
+  Release();
+  Finish(false, kCause);
 }
 
 void ConversionLog::Finish(bool result, std::string_view error_1251) {
@@ -130,30 +158,35 @@ void ConversionLog::ShowProgress() {
                                     " " + log_.file + ": " + std::to_string(records_) + " records");
 }
 
-void ConversionLog::WriteText() {
-  std::string line = log_.file + ": " + (log_.number.empty() ? "-" : log_.number);
+void ConversionLog::WriteText(const FileLog& log) {
+  std::string line = log.file + ": " + (log.number.empty() ? "-" : log.number);
   line += "; converted:";
-  if (log_.converted.empty()) line += " nothing";
-  for (const FileLog::Converted& document : log_.converted) {
+  if (log.converted.empty()) line += " nothing";
+  for (const FileLog::Converted& document : log.converted) {
     line += " " + document.kind + " " + std::to_string(document.occurrence);
   }
-  for (const FileLog::Skipped& document : log_.skipped) {
+  for (const FileLog::Skipped& document : log.skipped) {
     line += "; skipped: " + document.kind + " " + std::to_string(document.occurrence) + " (" +
             document.reason + ")";
   }
   line += "; rows:";
-  for (const auto& [table, rows] : log_.rows_added) {
+  for (const auto& [table, rows] : log.rows_added) {
     line += " " + table + " +" + std::to_string(rows);
   }
-  if (log_.rows_added.empty()) line += " none";
-  if (!log_.error.empty()) line += "; failed: " + log_.error;
+  if (log.rows_added.empty()) line += " none";
+  if (!log.error.empty()) line += "; failed: " + log.error;
   context_.output.Result(line + "\n");
 }
 
-void ConversionLog::WriteJson() {
-  json_.Key("number").Text(log_.number);
+void ConversionLog::OpenJson(const FileLog& log) {
+  json_.BeginObject();
+  json_.Key("file").Text(log.file);
+}
+
+void ConversionLog::WriteJson(const FileLog& log) {
+  json_.Key("number").Text(log.number);
   json_.Key("converted").BeginArray();
-  for (const FileLog::Converted& document : log_.converted) {
+  for (const FileLog::Converted& document : log.converted) {
     json_.BeginObject();
     json_.Key("kind").Text(document.kind);
     json_.Key("occurrence").Number(document.occurrence);
@@ -163,7 +196,7 @@ void ConversionLog::WriteJson() {
   }
   json_.EndArray();
   json_.Key("skipped").BeginArray();
-  for (const FileLog::Skipped& document : log_.skipped) {
+  for (const FileLog::Skipped& document : log.skipped) {
     json_.BeginObject();
     json_.Key("kind").Text(document.kind);
     json_.Key("occurrence").Number(document.occurrence);
@@ -172,9 +205,9 @@ void ConversionLog::WriteJson() {
   }
   json_.EndArray();
   json_.Key("rows_added").BeginObject();
-  for (const auto& [table, rows] : log_.rows_added) json_.Key(table).Number(rows);
+  for (const auto& [table, rows] : log.rows_added) json_.Key(table).Number(rows);
   json_.EndObject();
-  if (!log_.error.empty()) json_.Key("error").Text(log_.error);
+  if (!log.error.empty()) json_.Key("error").Text(log.error);
   json_.EndObject();
 }
 

@@ -40,8 +40,14 @@ class ConversionLog : public ConversionObserver {
   ConversionLog(CommandContext& context, std::string rules_file, bool explain, std::size_t files);
 
   void BeginFile(const std::string& file);
-  // `error` is code page 1251, empty when the run went through.
+  // `error` is code page 1251, empty when the run went through. The file's line waits until its
+  // rows are safe.
   void EndFile(std::string_view error);
+  // Prints the lines that wait. `error`: why the rows of these files were not written after all.
+  void Release(std::string_view error = {});
+  // The run ends here, and files whose lines wait are not in the tables.
+  void Interrupt();
+  [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
   // Closes the JSON result.
   void Finish(bool result, std::string_view error_1251);
 
@@ -54,8 +60,9 @@ class ConversionLog : public ConversionObserver {
 
  private:
   void ShowProgress();
-  void WriteText();
-  void WriteJson();
+  void WriteText(const FileLog& log);
+  void OpenJson(const FileLog& log);
+  void WriteJson(const FileLog& log);
   void ExplainText(const LineReport& report);
   void ExplainJson(const LineReport& report);
 
@@ -67,6 +74,8 @@ class ConversionLog : public ConversionObserver {
   std::size_t file_number_ = 0;
   std::size_t records_ = 0;
   FileLog log_;
+  bool in_file_ = false;
+  std::vector<FileLog> waiting_;
 };
 
 }  // namespace customsconv::cli

@@ -44,26 +44,52 @@ struct ConvertArguments {
   std::vector<ShortText> files;
 };
 
+// Writes the rows of the files that wait and then prints their lines. False when they could not
+// be written.
+bool Commit(TDbfCache& tables, ConversionLog& log) {
+  try {
+    tables.Commit();
+  } catch (const Error& error) {
+    log.Release(error.text());
+    return false;
+  }
+  log.Release();
+  return true;
+}
+
+// Files that follow each other share a wait for the disk, but keep other stations out no longer
+// than they would notice.
+bool MayWait(const ConversionLog& log, std::uint64_t milliseconds) {
+  constexpr std::size_t kFiles = 64;
+  constexpr std::uint64_t kMilliseconds = 500;
+  return log.waiting() < kFiles && milliseconds < kMilliseconds;
+}
+
 // Converts one file after the other, also those behind a file that fails.
 bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& arguments,
-                  Library& library, ConversionLog& log) {
+                  CommandContext& context, Library& library, ConversionLog& log) {
   bool result = true;
+  std::uint64_t since = context.host.clock.Ticks();
   for (std::size_t i = 0; i < arguments.files.size(); ++i) {
     StopIfInterrupted();
     log.BeginFile(options.files[i]);
-    const bool converted = library.Xml2ArmTi(arguments.program, arguments.rules, arguments.files[i],
-                                             arguments.output, &log);
-    log.EndFile(library.quiet_failure());
-    result = result && converted;
+    try {
+      const bool converted = library.Xml2ArmTi(arguments.program, arguments.rules,
+                                               arguments.files[i], arguments.output, &log);
+      log.EndFile(library.quiet_failure());
+      result = result && converted;
+    } catch (const Error& error) {
+      log.EndFile(error.text());
+      Commit(library.tables(), log);
+      throw;
+    }
+    const std::uint64_t now = context.host.clock.Ticks();
+    const bool last = i + 1 == arguments.files.size();
+    if (!last && !options.explain && MayWait(log, now - since)) continue;
+    if (!Commit(library.tables(), log)) result = false;
+    since = context.host.clock.Ticks();
   }
   return result;
-}
-
-// Tries once more to write rows that a full disk kept in memory. The result tells of rows that
-// are lost; it is empty when all are in their tables.
-std::string_view WriteWhatWaits(TDbfCache& tables) {
-  tables.Flush();
-  return tables.HasUnsaved() ? "tables could not be written, their new rows are lost" : "";
 }
 
 ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
@@ -78,14 +104,14 @@ ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   try {
     LibXmlServices services(context.host.files);
     Library library(context.host, services);
-    const bool converted = ConvertFiles(options, arguments, library, log);
-    const std::string_view loss = WriteWhatWaits(library.tables());
-    if (!loss.empty()) TellError(context, loss);
-    const bool result = converted && loss.empty();
-    log.Finish(result, loss);
+    library.tables().SaveAllOrNone();
+    const bool result = ConvertFiles(options, arguments, context, library, log);
+    log.Finish(result, {});
     return result ? ExitStatus::kDone : ExitStatus::kNegative;
+  } catch (const Interrupted&) {
+    log.Interrupt();
+    throw;
   } catch (const Error& error) {
-    log.EndFile(error.text());
     log.Finish(false, error.text());
     TellError(context, error.text());
     return ExitStatus::kError;

@@ -44,12 +44,13 @@ class JsonWriter {
   void Bool(bool value);
   // A line end behind the whole result.
   void Finish();
+  // Hands on what was written so far.
+  void Flush();
 
  private:
   void Begin(char bracket);
   void End(char bracket);
   void Separate();
-  void Flush();
 
   Output& output_;
   std::string buffer_;

@@ -22,6 +22,8 @@ class Output {
   virtual ~Output() = default;
   virtual void Result(std::string_view bytes) = 0;
   virtual void Remark(std::string_view bytes) = 0;
+  // What was printed is on its way now, whatever becomes of the program.
+  virtual void Flush() {}
   // A person looks at the remarks and can answer.
   [[nodiscard]] virtual bool IsTerminal() const = 0;
   // One line of the person's answer, without its end; empty at the end of the input.

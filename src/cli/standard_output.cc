@@ -16,6 +16,9 @@ void StandardOutput::Remark(std::string_view bytes) {
   std::fwrite(bytes.data(), 1, bytes.size(), stderr);
 }
 
+// Finish tells whether that went well.
+void StandardOutput::Flush() { std::fflush(stdout); }
+
 bool StandardOutput::IsTerminal() const { return isatty(STDERR_FILENO) == 1; }
 
 bool StandardOutput::ReadAnswer(std::string& line) {

@@ -10,6 +10,7 @@ class StandardOutput : public Output {
  public:
   void Result(std::string_view bytes) override;
   void Remark(std::string_view bytes) override;
+  void Flush() override;
   [[nodiscard]] bool IsTerminal() const override;
   bool ReadAnswer(std::string& line) override;
   // False when results could not be written (a full disk, a closed pipe).

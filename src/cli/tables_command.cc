@@ -12,6 +12,8 @@
 #include "cli/table_view.h"
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_file.h"
+#include "dbf/transaction.h"
+#include "services/exchange_lock.h"
 #include "text/numbers.h"
 
 namespace customsconv::cli {
@@ -155,6 +157,48 @@ ExitStatus CreateTables(const TablesOptions& options, CommandContext& context) {
   return ExitStatus::kDone;
 }
 
+void RecoveryJson(const Recovery& recovery, const ShortText& folder, JsonWriter& json) {
+  using enum Recovery::Outcome;
+  json.Key("folder").WinText(folder);
+  json.Key("outcome").Text(recovery.outcome == kNone     ? "nothing to do"
+                           : recovery.outcome == kUndone ? "undone"
+                                                         : "changed by another program");
+  if (recovery.outcome == kNone) return;
+  json.Key("begun").WinText(recovery.moment);
+  json.Key("save").WinText(recovery.note);
+  if (recovery.outcome == kUndone) return;
+  json.Key("table").WinText(recovery.table);
+  json.Key("journal").WinText(recovery.kept_as);
+}
+
+// Undoes the save that a dead process left; waits for a living one.
+ExitStatus RecoverTables(const TablesOptions& options, CommandContext& context) {
+  const ShortText folder = FolderArgument(options.folder);
+  if (!context.host.files.FolderExists(folder)) {
+    throw UsageError("no such folder: " + options.folder);
+  }
+  Recovery recovery;
+  std::string failure;
+  try {
+    const SaveLock lock(context.host, folder.str());
+    recovery = Recover(context.host, folder.str());
+  } catch (const Error& error) {
+    failure = error.text();
+  }
+  if (recovery.outcome == Recovery::Outcome::kForeign) failure = Told(recovery, folder);
+  if (!failure.empty()) TellError(context, failure);
+  if (context.json) {
+    JsonWriter json(context.output);
+    json.BeginObject();
+    if (failure.empty() || !recovery.moment.empty()) RecoveryJson(recovery, folder, json);
+    FinishJson(json, context.dialogs, failure);
+  } else if (failure.empty()) {
+    const std::string told = Told(recovery, folder);
+    context.output.Result((told.empty() ? "nothing to do" : Utf8FromWin(told)) + "\n");
+  }
+  return failure.empty() ? ExitStatus::kDone : ExitStatus::kError;
+}
+
 // Makes `run` what is chosen when the arguments name `action`; its errors are told.
 using Run = ExitStatus (*)(const TablesOptions& options, CommandContext& context);
 void RunAsChosen(CLI::App& action, Command& chosen,
@@ -175,7 +219,7 @@ void RunAsChosen(CLI::App& action, Command& chosen,
 
 void AddTablesCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<TablesOptions>();
-  CLI::App* command = app.add_subcommand("tables", "List, show and create dBase tables");
+  CLI::App* command = app.add_subcommand("tables", "List, show, create and recover dBase tables");
   command->require_subcommand(1);
 
   CLI::App* list = command->add_subcommand("list", "Row count and fields of tables");
@@ -197,6 +241,10 @@ void AddTablesCommand(CLI::App& app, Command& chosen) {
   create->add_option("--output", options->folder, "folder for the tables")->required();
   create->add_option("TABLE", options->only, "only these tables of the description");
   RunAsChosen(*create, chosen, options, CreateTables);
+
+  CLI::App* recover = command->add_subcommand("recover", "Undo a save that was interrupted");
+  recover->add_option("FOLDER", options->folder, "folder of the tables")->required();
+  RunAsChosen(*recover, chosen, options, RecoverTables);
 }
 
 }  // namespace customsconv::cli

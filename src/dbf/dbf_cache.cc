@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/cp1251_literal.h"
 #include "dbf/dbf_file.h"
 #include "dbf/dbf_image.h"
 #include "text/blanks.h"
@@ -11,10 +12,17 @@
 #include "text/words.h"
 
 namespace customsconv {
+namespace {
+
+constexpr std::string_view kChanged = "файл с тех пор изменился"_cp1251;
+
+}  // namespace
 
 TDbfCache::TDbfCache(Host& host) : host_(host) {}
 
-TDbfCache::~TDbfCache() { Flush(); }
+TDbfCache::~TDbfCache() {
+  if (!all_or_none_) Flush();
+}
 
 void TDbfCache::DropCachedFile(std::string_view file_name) {
   if (TDbfMemoryStream* image = HeldImage(PathOf(file_name))) Drop(*image);
@@ -31,7 +39,7 @@ std::string TDbfCache::FolderIdentity(std::string_view folder) const {
 TDbfMemoryStream* TDbfCache::FindImage(const std::string& path) {
   TDbfMemoryStream* image = HeldImage(path);
   if (image == nullptr || host_.files.Stamp(path) == image->file_age) return image;
-  Drop(*image);
+  image->changed ? Lose(*image, kChanged) : Drop(*image);
   return nullptr;
 }
 
@@ -67,7 +75,10 @@ void TDbfCache::Drop(TDbfMemoryStream& image) {
 }
 
 void TDbfCache::NoteChange(TDbfMemoryStream& image) {
-  if (!note_.empty() && image.note != note_) image.note = note_;
+  if (all_or_none_ && std::exchange(image.save, save_) != save_) image.StartUndo();
+  if (!note_.empty() && image.note.find(note_) == std::string::npos) {
+    image.note.append(image.note.empty() ? "" : ", ").append(note_);
+  }
   if (std::exchange(image.changed, true)) return;
   changed_.push_back(&image);
 }

@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_DBF_DBF_CACHE_H_
 #define CUSTOMSCONV_DBF_DBF_CACHE_H_
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,7 +36,7 @@ class TDbfCache {
   // `host` must outlive the cache.
   explicit TDbfCache(Host& host);
   // Flushes everything, without progress; failures go to the exception display.
-  ~TDbfCache();
+  ~TDbfCache();  // (or forgets it, see SaveAllOrNone)
   TDbfCache(const TDbfCache&) = delete;
   TDbfCache& operator=(const TDbfCache&) = delete;
 
@@ -54,8 +55,18 @@ class TDbfCache {
   void BeginSave(std::string_view folder);
   // Flushes and lets the locks go.
   void EndSave();
-  // Only lets the locks go.
-  void AbandonSave() { held_.reset(); }
+  // The save has failed: only lets the locks go.
+  void AbandonSave();
+
+  // From now on a save writes all its tables or none: EndSave sees to it that they can be written,
+  // else it forgets the save's rows and throws Error. Saves that follow each other wait for one
+  // transaction, under the locks of the first one, until Commit. What is not committed is
+  // forgotten in the end.
+  void SaveAllOrNone() { all_or_none_ = true; }
+  // Writes what waits. When that fails nothing is written, all is forgotten, and Error is thrown.
+  void Commit();
+  // Saves wait to be committed.
+  [[nodiscard]] bool HoldsSaves() const { return held_.has_value(); }
 
   // Undoes, in a folder that is about to be read, the save that a dead process left half done;
   // waits for a living one. Throws DbfError naming the command for that where it may not be done.
@@ -110,6 +121,9 @@ class TDbfCache {
                                                         const Images& images);
   void Written(TDbfMemoryStream& image);
   [[nodiscard]] bool RetryAtOnce(TDbfMemoryStream& image) const;
+  void PrepareOwn(TDbfMemoryStream& image);
+  // Takes what is not changed any more out of the changed list.
+  void ForgetWritten();
   void UndoAndTell(const std::string& folder);
   void Lose(TDbfMemoryStream& image, std::string_view why);
   void ShowFailure(const std::exception& failure) const;
@@ -130,6 +144,9 @@ class TDbfCache {
   std::unordered_set<TFileDbfFile*> tables_;
   std::optional<Held> held_;
   std::string note_;
+  bool all_or_none_ = false;
+  std::string lost_;  // a table whose rows were forgotten
+  std::uint64_t save_ = 0;  // number of the save at hand
 };
 
 }  // namespace customsconv

@@ -45,17 +45,72 @@ bool MayBeBusy(const FileError& failure) {
 // ---- saves
 
 void TDbfCache::BeginSave(std::string_view folder) {
-  held_.reset();
   const std::string path = host_.files.FullName(std::string(folder).append(kSaveLockFile));
   const std::string own_folder(FolderPart(path));
+  std::string identity = FolderIdentity(own_folder);
+  ++save_;
+  if (held_ && held_->folder == identity) return;
+  Commit();
   SaveLock own(host_, own_folder);
   UndoAndTell(own_folder);
-  held_.emplace(host_, FolderIdentity(own_folder), std::move(own), folder);
+  held_.emplace(host_, std::move(identity), std::move(own), folder);
 }
 
 void TDbfCache::EndSave() {
+  if (all_or_none_) {
+    try {
+      for (TDbfMemoryStream* image : changed_) {
+        if (image->save == save_) PrepareOwn(*image);
+      }
+    } catch (const Error&) {
+      AbandonSave();
+      throw;
+    }
+    return;
+  }
   Flush({}, /*show_progress=*/true);
   held_.reset();
+}
+
+void TDbfCache::AbandonSave() {
+  if (all_or_none_) {
+    for (TDbfMemoryStream* image : changed_) {
+      if (image->save == save_) image->Undo();
+    }
+    ForgetWritten();
+    if (!changed_.empty()) return;  // of earlier saves
+  }
+  held_.reset();
+}
+
+void TDbfCache::Commit() {
+  if (!all_or_none_ || !held_) return held_.reset();
+  Images images = changed_;
+  if (!lost_.empty()) {
+    for (TDbfMemoryStream* image : images) Drop(*image);
+    held_.reset();
+    throw FileError(FileError::Kind::kWrite, std::exchange(lost_, {}),
+                    "файл изменила другая программа"_cp1251);
+  }
+  std::sort(images.begin(), images.end(), ByName);
+  std::optional<TransactionFailure> failure;
+  if (!images.empty()) failure = Write(std::string(FolderPart(images.front()->path)), images);
+  for (TDbfMemoryStream* image : images) failure ? Drop(*image) : Written(*image);
+  ForgetWritten();
+  held_.reset();
+  if (failure) std::rethrow_exception(failure->cause);
+}
+
+// Others may have written the file since it was loaded only if they do not mind our lock.
+void TDbfCache::PrepareOwn(TDbfMemoryStream& image) {
+  Prepare(image);
+  if (!image.replaces || image.file.stream() == nullptr) return;
+  throw FileError(FileError::Kind::kWrite, image.path, "файл изменила другая программа"_cp1251);
+}
+
+void TDbfCache::ForgetWritten() {
+  const auto settled = [](const TDbfMemoryStream* image) { return !image->changed; };
+  changed_.erase(std::remove_if(changed_.begin(), changed_.end(), settled), changed_.end());
 }
 
 void TDbfCache::UndoBrokenSave(std::string_view folder) {
@@ -67,8 +122,8 @@ void TDbfCache::UndoBrokenSave(std::string_view folder) {
     UndoAndTell(path);
   } catch (const FileError& failure) {
     std::string text("Прерванное сохранение таблиц не отменено: "_cp1251);
-    text.append(failure.text()).append(". Команда: customsconv tables list "_cp1251);
-    throw DbfError(text.append(path).append("*.DBF"));
+    text.append(failure.text()).append(". Команда: customsconv tables recover "_cp1251);
+    throw DbfError(text.append(path));
   }
 }
 
@@ -91,8 +146,7 @@ void TDbfCache::Flush(std::string_view table_names, bool show_progress) {
     by_folder[image->folder].push_back(image);
   }
   for (const auto& [folder, images] : by_folder) WriteFolder(images, progress.get());
-  const auto settled = [](const TDbfMemoryStream* image) { return !image->changed; };
-  changed_.erase(std::remove_if(changed_.begin(), changed_.end(), settled), changed_.end());
+  ForgetWritten();
 }
 
 // The changed images that this flush writes, in the order of their names. An image whose folder
@@ -180,7 +234,18 @@ void TDbfCache::Prepare(TDbfMemoryStream& image) {
     image.file = BufferedFile(host_.files.Open(image.path, kModeReadWrite | kShareDenyNone));
     image.writable = true;
   }
-  image.file.stream()->Reserve(image.size());
+  // Room, even if there is not enough, may be a change of the file to the system.
+  FileStream& file = *image.file.stream();
+  const auto take_stamp = [&] {
+    if (!image.replaces) image.file_age = file.Stamp();
+  };
+  try {
+    file.Reserve(image.size());
+  } catch (const FileError&) {
+    take_stamp();
+    throw;
+  }
+  take_stamp();
 }
 
 void TDbfCache::WriteTogether(const std::string& folder, Images& images) {
@@ -249,6 +314,7 @@ bool TDbfCache::RetryAtOnce(TDbfMemoryStream& image) const {
 }
 
 void TDbfCache::Lose(TDbfMemoryStream& image, std::string_view why) {
+  lost_ = image.path;
   std::string text("Несохраненные строки таблицы "_cp1251);
   text.append(image.name);
   if (!image.note.empty()) text.append(" (").append(image.note).append(")");

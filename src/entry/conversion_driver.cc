@@ -51,6 +51,7 @@ class ConversionRun {
   void Run() {
     run_.registration_number =
         RegistrationNumberOf(container_.FileName(), container_.Text(), tables_, run_.environment);
+    tables_.NoteSaves(run_.registration_number);
     if (observer_ != nullptr) observer_->RegistrationNumber(run_.registration_number);
     container_.ClearUnknownIds();
     while (const std::unique_ptr<TDocument> source = container_.Next()) Convert(*source);

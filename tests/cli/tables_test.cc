@@ -76,6 +76,34 @@ TEST_F(TablesTest, ATableThatCannotBeOpenedIsAnError) {
   EXPECT_TRUE(Printed("}],\"messages\":[],\"error\":\"DBF not DBF: C:\\\\OUT\\\\BAD.DBF\"}\n"));
 }
 
+TEST_F(TablesTest, RecoverUndoesAnInterruptedSave) {
+  const char* recover = R"(tables recover --json C:\OUT)";
+  EXPECT_EQ(RunProgram(recover), kDone);
+  EXPECT_TRUE(Printed(R"({"folder":"C:\\OUT/","outcome":"nothing to do","messages":[]})"));
+  const std::string before = Table("DBRHEAD.DBF") + Table("DBRTOV.DBF");
+  const auto die = [this] {
+    for (int change = 8; !host.files.Has("C:\\OUT\\~ccsave.jnl"); ++change) {
+      host.files.DieAtChange(change);
+      EXPECT_THROW(Convert(), SuddenDeath);
+      host.files.Revive();
+    }
+  };
+  die();
+  EXPECT_EQ(RunProgram(recover), kDone);
+  EXPECT_TRUE(Printed(R"("outcome":"undone","begun":"2024-03-15 10:30:00",)"
+                      R"("save":"10702020/110615/0001234")"));
+  EXPECT_EQ(Table("DBRHEAD.DBF") + Table("DBRTOV.DBF"), before);
+  die();
+  const std::string rows = host.files["C:\\OUT\\DBRTOV.DBF"];
+  host.files["C:\\OUT\\DBRTOV.DBF"] = rows + "rows of another program";
+  EXPECT_EQ(RunProgram(R"(tables recover C:\OUT)"), kError);
+  EXPECT_NE(output.remarks.find("таблицу DBRTOV.DBF"), std::string::npos) << output.remarks;
+  host.files["C:\\OUT\\DBRTOV.DBF"] = rows;
+  host.files.SetReadOnly("C:\\OUT");
+  host.files.Remove("C:\\OUT\\~ccsave.lck");
+  EXPECT_EQ(RunProgram(R"(tables recover C:\OUT)"), kError);
+}
+
 TEST_F(TablesTest, CreateMakesADescribedSet) {
   host.files["C:\\IN\\set.txt"] = Win(
       "; набор\r\n# тоже\r\n\r\na  g1 c 10\r\nB.DBF KEY N 8 2\r\nA\tG2 D 8\r\nB LONG C 300\r\n");

@@ -226,7 +226,7 @@ TEST_F(SaveTest, ABrokenOneInAFolderThatMayNotBeWrittenNamesTheCommand) {
   TFileDbfFile table(cache);
   const std::string told = Utf8(
       ErrorOf([&] { table.Open(kFolder + "A", kModeRead | kShareDenyNone, OnError::kReturn); }));
-  EXPECT_NE(told.find("customsconv tables list C:\\OUT\\"), std::string::npos) << told;
+  EXPECT_NE(told.find("customsconv tables recover C:\\OUT\\"), std::string::npos) << told;
 }
 
 TEST_F(SaveTest, WaitsForALivingOne) {

@@ -61,7 +61,7 @@ class FakeFiles::MemoryStream : public FileStream {
   }
 
   void Reserve(std::int64_t) override {
-    files_.Change(FileOp::kReserve, node_->name, [] {});
+    files_.Change(FileOp::kReserve, node_->name, [&] { node_->stamp = ++files_.last_stamp_; });
   }
 
   void Resize(std::int64_t size) override {

@@ -91,6 +91,7 @@ class FakeFiles : public Files {
   // are then, whatever destructors still try, until Revive.
   void DieAtChange(int n);
   void Revive() { DieAtChange(0); }
+  [[nodiscard]] bool dead() const { return dead_; }
   // Of what was written, made or deleted and not synced, nothing is left (0), all of it (1), or
   // some of it, by sectors and in any order (a case of its own for each higher number).
   void LosePower(unsigned order);
