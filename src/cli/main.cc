@@ -1,3 +1,5 @@
+// The program: the real world handed to the command line.
+
 #include "cli/interrupt.h"
 #include "cli/run.h"
 #include "cli/standard_output.h"

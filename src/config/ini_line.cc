@@ -1,3 +1,5 @@
+// What a line of an ini file is: section, key with value, or a key that a ";" switches off.
+
 #include "config/ini_line.h"
 
 #include <cstddef>

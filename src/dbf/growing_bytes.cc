@@ -1,3 +1,5 @@
+// Bytes that grow by realloc, which moves large memory without copying it.
+
 #include "dbf/growing_bytes.h"
 
 #include <algorithm>

@@ -32,7 +32,7 @@ void AppendProcessingProduct(RecordScope& record, std::string_view expression) {
   if (record.PathHolds("Heels")) record.Set("TYPEINFO", "3");
   if (record.PathHolds("Waste")) record.Set("TYPEINFO", "2");
   record.Set("GU03", ExtractWord(2, expression, CharSet("\\_")));
-  record.Set("G32", record.source.GetField("GoodsNumeric"));
+  record.Set("G32", ShortText::Cut(record.source.GetField("GoodsNumeric")));
 }
 
 // Column 30 stands in one of several places of a declaration; the first that is

@@ -24,8 +24,8 @@ inline constexpr CharSet kPathSeparator{"\\"};
 //   record.SelectTargetRoot();
 //
 // Every text that a rule works on is short: values of the source are cut at 255 bytes where they
-// are read. Only joined block texts and the goods description that is split over several rows
-// (FieldValue) may be longer.
+// are read. Only joined block texts, the goods description that is split over several rows
+// (FieldValue) and what moves from one field of the source to another may be longer.
 class RecordScope {
  public:
   // `source_path` is empty for the source's root, `target_block` for the

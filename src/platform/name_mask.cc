@@ -1,3 +1,5 @@
+// Masks of file names, matched by going back to the last "*" when the rest does not fit.
+
 #include "platform/name_mask.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// Waits for another process of ours, and says so when a person could notice it.
+
 #include "platform/wait_for_lock.h"
 
 #include "base/cp1251_literal.h"

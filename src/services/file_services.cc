@@ -1,3 +1,5 @@
+// Small services around files that several folders above need.
+
 #include "services/file_services.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// Starts programs of the host system; those without a folder are looked for in the base folder.
+
 #include "services/program_start.h"
 
 #include <string>

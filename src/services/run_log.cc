@@ -1,3 +1,5 @@
+// The log of a run: one line an event, with the local time in front.
+
 #include "services/run_log.h"
 
 #include <string>

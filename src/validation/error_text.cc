@@ -1,3 +1,5 @@
+// The line that tells of a document which its schema refuses.
+
 #include "validation/error_text.h"
 
 #include "base/cp1251_literal.h"

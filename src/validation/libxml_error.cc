@@ -1,3 +1,5 @@
+// Keeps the first error of what libxml2 does while an object of the class lives.
+
 #include "validation/libxml_error.h"
 
 #include <libxml/globals.h>

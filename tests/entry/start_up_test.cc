@@ -36,6 +36,22 @@ TEST_F(StartUpTest, EachStartReadsTheFoldersOfItsArguments) {
   EXPECT_EQ(state.environment().config, nullptr);
 }
 
+// The former configuration writes what it still has to before the file is read anew; over other
+// people's changes it writes nothing.
+TEST_F(StartUpTest, AWaitingChangeIsInTheConfigurationThatFollows) {
+  for (const bool others_wrote : {false, true}) {
+    SCOPED_TRACE(others_wrote);
+    host.files["C:\\PROG\\kord.ini"] = "[Tmr]\r\nArcNum=5\r\n";
+    ASSERT_TRUE(state.StartUp(kProgram, ""));
+    host.files.FailPath("C:\\PROG\\kord.ini", FileOp::kCommit, FileError::Kind::kWrite);
+    EXPECT_NE(ErrorOf([&] { state.environment().config->SetInteger("Tmr", "ArcNum", 6); }), "");
+    host.files.StopFailing();
+    if (others_wrote) host.files["C:\\PROG\\kord.ini"] = "[Tmr]\r\nArcNum=9\r\n";
+    ASSERT_TRUE(state.StartUp(kProgram, ""));
+    EXPECT_EQ(state.environment().config->GetInteger("Tmr", "ArcNum", 0), others_wrote ? 9 : 6);
+  }
+}
+
 TEST_F(StartUpTest, AMissingConfigurationReachesTheHost) {
   EXPECT_EQ(Utf8(ErrorOf([&] { (void)state.StartUp("C:\\PROG", ""); })),
             "Не найден файл C:\\PROGKord.ini");

@@ -71,8 +71,10 @@ void WritePaymentDocument(RecordScope& record) {
   if (source.RecordCount("PaymentDocument") < 1) return;
   const SavedPosition saved(record.target);
   record.Append("\\\\SUMPP");
-  record.Set("NUMPDOK", source.GetFieldEx(".\\PaymentDocument\\1\\PrDocumentNumber"));
-  record.Set("DATPDOK", source.GetFieldEx(".\\PaymentDocument\\1\\PrDocumentDate"));
+  record.Set("NUMPDOK",
+             ShortText::Cut(source.GetFieldEx(".\\PaymentDocument\\1\\PrDocumentNumber")));
+  record.Set("DATPDOK",
+             ShortText::Cut(source.GetFieldEx(".\\PaymentDocument\\1\\PrDocumentDate")));
 }
 
 }  // namespace customsconv

@@ -1,3 +1,5 @@
+// Local time as days since 30 December 1899, ticks and pauses.
+
 #include "platform/posix/posix_clock.h"
 
 #include <time.h>

@@ -1,3 +1,5 @@
+// Gathers what is written into large pieces on its way to the file.
+
 #include "platform/posix/posix_output_file.h"
 
 namespace customsconv::posix {

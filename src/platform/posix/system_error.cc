@@ -1,3 +1,5 @@
+// The system's error numbers in the words of messages.
+
 #include "platform/posix/system_error.h"
 
 #include <cerrno>
