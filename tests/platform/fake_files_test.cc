@@ -2,8 +2,6 @@
 #include "support/fake_files.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <functional>
 #include <set>
@@ -129,22 +127,6 @@ TEST(FakeFiles, LosesWhatWasNotSynced) {
     seen.insert(state);
   }
   EXPECT_EQ(seen.size(), 8u) << "each sector and the name on its own";
-}
-
-// A process that was killed holds nothing.
-TEST(PosixFiles, AHeldFileOfADeadProcessIsFree) {
-  const TempFolder folder;
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const auto held = posix::PosixFiles().HoldFile(folder.Win("held"));
-    ::_exit(held == nullptr ? 1 : 0);
-  }
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
-  EXPECT_EQ(folder.Listing(), "held");
-  EXPECT_NE(posix::PosixFiles().HoldFile(folder.Win("held")), nullptr);
-  EXPECT_EQ(folder.Listing(), "");
 }
 
 TEST(FakeFiles, BehavesAsTheRealFilesDo) {
