@@ -4,13 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
-#include "base/error.h"
-#include "entry/start_up.h"
-#include "support/fake_host.h"
+#include "catalogue/doc_type_list.h"
+#include "support/catalogue_builder.h"
 #include "support/schemas/document_generator.h"
+#include "support/temp_folder.h"
 #include "validation/formats/type_draft.h"
 #include "validation/libxml_parse.h"
 #include "validation/libxml_services.h"
@@ -29,11 +27,6 @@ const fs::path kExamples = fs::path(CUSTOMSCONV_SOURCE_DIR) / "examples";
 constexpr const char* kRoots[] = {"ESADout_CU",         "DTSout_CU",           "DTSout",
                                   "KTSout_CU",          "KDTout_CU",           "Inventory",
                                   "GoodsComponentList", "TransportMeanCardOut"};
-
-std::string Bytes(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 // The one element of the album that is required although all inside may be empty and one of
 // several must stand in it: what has no text at all is not written back.
@@ -64,27 +57,21 @@ std::string Leaves(std::string_view text) {
 class AlbumTest : public testing::Test {
  protected:
   AlbumTest() {
-    host_.files["C:\\PROG\\kord.ini"] = "";
-    host_.files["C:\\PROG\\DOCUMENT.INI"] = "";
-    host_.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
     for (const auto& entry : fs::directory_iterator(kExamples / "album")) {
       if (entry.path().extension() != ".xsd") continue;
-      host_.files["C:\\ALBUM\\" + entry.path().filename().string()] = Bytes(entry.path());
+      files_["C:\\ALBUM\\" + entry.path().filename().string()] = FileBytes(entry.path());
     }
+    std::string drafts;
+    for (const std::string root : kRoots) {
+      schema::SchemaSet schemas(files_, SchemaFile(root));
+      drafts += DraftType(schemas, {});
+    }
+    files_["C:\\PROG\\Data\\Kordwin.dcf"] = drafts;
+    world_.DosDcf("[OLD.HEADER]\nFullName=x\n");
+    types_ = std::make_unique<TDocTypeList>("C:\\PROG\\Data\\Kordwin.dcf", true, world_);
   }
 
   static std::string SchemaFile(const std::string& root) { return "C:\\ALBUM\\" + root + ".xsd"; }
-
-  // A program whose catalogue are the drafts of all roots.
-  void StartDrafts() {
-    std::string catalogue;
-    for (const std::string root : kRoots) {
-      schema::SchemaSet schemas(host_.files, SchemaFile(root));
-      catalogue += DraftType(schemas, {});
-    }
-    host_.files["C:\\PROG\\Data\\Kordwin.dcf"] = catalogue;
-    ASSERT_TRUE(state_.StartUp("C:\\PROG\\", "C:\\PROG\\Data\\"));
-  }
 
   // Why the text (code page 1251) is not valid against the root's schema; empty when it is.
   std::string Fault(const std::string& root, std::string_view text) {
@@ -94,37 +81,28 @@ class AlbumTest : public testing::Test {
 
   // Fills the only document of a file from its text (UTF-8), and writes it back.
   std::string ThereAndBack(const std::string& xml) {
-    host_.files["C:\\IN\\document.xml"] = xml;
-    TXMLContainer container("C:\\IN\\document.xml", state_.types(), state_.environment());
+    files_["C:\\IN\\document.xml"] = xml;
+    TXMLContainer container("C:\\IN\\document.xml", *types_, world_);
     const std::unique_ptr<TDocument> document = container.Next();
-    EXPECT_NE(document, nullptr);
-    if (document == nullptr) return {};
+    if (document == nullptr) return "no document";
     EXPECT_FALSE(container.UnknownIdsFound());
     return Win(DocumentWriter().Text(*document));
   }
 
-  FakeHost host_;
-  StartUpState state_{host_};
-  LibXmlServices services_{host_.files};
+  CatalogueWorld world_;
+  FakeFiles& files_ = world_.host.files;
+  std::unique_ptr<TDocTypeList> types_;
+  LibXmlServices services_{files_};
 };
-
-TEST_F(AlbumTest, DraftsLoadWithoutAMessage) {
-  StartDrafts();
-  for (const std::string root : kRoots) {
-    const TBasis& basis = state_.types().GetDocInfo(root).GetBasis(state_.environment());
-    EXPECT_GE(basis.Count(), 10) << root;
-  }
-  EXPECT_EQ(host_.dialogs.log, std::vector<std::string>());
-}
 
 // Full documents show every element and every branch of each choice, lean ones what is left when
 // nothing optional stands; mixed ones leave out this and that.
 TEST_F(AlbumTest, DraftsCarryEveryDocumentThereAndBack) {
   constexpr int kMixtures = 20;
   constexpr int kBranches = 5;  // no choice of the album has more
-  StartDrafts();
   for (const std::string root : kRoots) {
-    schema::SchemaSet schemas(host_.files, SchemaFile(root));
+    EXPECT_GE(types_->GetDocInfo(root).GetBasis(world_).Count(), 10) << root;
+    schema::SchemaSet schemas(files_, SchemaFile(root));
     for (const Fullness fullness : {Fullness::kFull, Fullness::kLean, Fullness::kMixed}) {
       for (int i = 0; i < (fullness == Fullness::kMixed ? kMixtures : kBranches); ++i) {
         SCOPED_TRACE(root + ", fullness " + std::to_string(static_cast<int>(fullness)) + ", " +
@@ -140,6 +118,7 @@ TEST_F(AlbumTest, DraftsCarryEveryDocumentThereAndBack) {
       }
     }
   }
+  EXPECT_EQ(world_.host.dialogs.log, std::vector<std::string>());
 }
 
 }  // namespace

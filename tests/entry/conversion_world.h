@@ -6,10 +6,8 @@
 #include <vector>
 
 #include "entry/library.h"
-#include "support/environment_builder.h"
+#include "support/catalogue_builder.h"
 #include "support/fake_host.h"
-#include "support/table_image.h"
-#include "support/text.h"
 
 namespace customsconv {
 
@@ -28,9 +26,14 @@ class ConversionWorld {
     host.files["C:\\PROG\\kord.ini"] = "";
     host.files["C:\\PROG\\DOCUMENT.INI"] = "";
     host.files["C:\\PROG\\document.dcf"] = "[OLD.HEADER]\r\nFullName=x\r\n";
-    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(
-        KindOf("ESADout") + KindOf("KTDout") + KindOf("DTSout") + KindOf("Letter") + kTableSets);
-    host.files["C:\\RULES\\armti.txt"] = WinLines(kRules);
+    std::string catalogue = LinesOf(kTableSets);
+    for (const std::string kind : {"ESADout", "KTDout", "DTSout", "Letter"}) {
+      catalogue += LinesOf("[" + kind + ".HEADER], Prefix=<" + kind + " a=\"1\">" + kHeader + "[" +
+                           kind + ".Fields]\n" + kFields);
+    }
+    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(catalogue);
+    Rules(
+        "[DBRHEAD], =ESADout,KTDout, G011=Proc, [DBRTOV], Goods{, G33=Code, [SBRHEAD], =DTSout_CU");
     Put("SBRHEAD", TableImage("G073 C7"));
     Put("DBRHEAD", TableImage("G073 C7, G071 C8, G011 C4, G19 L1"));
     Put("DBRTOV", TableImage("G073 C7, G32 N5, G33 C10"));
@@ -48,59 +51,38 @@ class ConversionWorld {
                              "C:\\OUT\\", observer);
   }
 
-  std::string Table(std::string_view name) {
-    return TableDump(host.files["C:\\OUT\\" + std::string(name)].bytes());
+  // The lines of the rules file, with ", " between them.
+  void Rules(const std::string& lines) {
+    host.files["C:\\RULES\\armti.txt"] = WinLines(LinesOf(lines));
   }
-
   void Put(const std::string& table, const TableImage& image) {
     host.files["C:\\OUT\\" + table + ".DBF"] = image.Bytes();
   }
-
-  static std::string Declaration(std::string_view codes, std::string_view root = "ESADout") {
-    std::string goods;
-    for (const char code : codes) {
-      goods += "<Goods><Code>" + std::string(1, code) + "</Code></Goods>";
-    }
-    return "<" + std::string(root) + " a=\"1\"><Proc>IM</Proc>" + goods + "</" + std::string(root) +
-           ">";
+  std::string Table(const std::string& name) {
+    return TableDump(host.files["C:\\OUT\\" + name + ".DBF"].bytes());
+  }
+  std::string Rows(const std::string& name) {
+    return Table(name).substr(Table(name).find('\n') + 1);
   }
 
-  // A kind of documents from XML.
-  static std::string KindOf(const std::string& code) {
-    return "[" + code + ".HEADER]\nXmlType=x\nMainBlock=Goods\nPrefix=<" + code + " a=\"1\">\n[" +
-           code + R"(.Fields]
-Proc=C2 | NAMESPACE="Proc"
-Text=C10 | NAMESPACE="Text"
-Goods { NAMESPACE="Goods"
-  Code=C10 | NAMESPACE="Code"
-}
+  static std::string Declaration(std::string_view codes, const std::string& root = "ESADout") {
+    std::string xml = "<" + root + " a=\"1\"><Proc>IM</Proc>";
+    for (const char code : codes) xml += "<Goods><Code>" + std::string(1, code) + "</Code></Goods>";
+    return xml + "</" + root + ">";
+  }
+
+  // Of all kinds of documents from XML.
+  static constexpr const char* kHeader = ", XmlType=x, MainBlock=Goods, ";
+  static constexpr const char* kFields = R"(Proc=C2 | NAMESPACE="Proc", Text=C10 | NAMESPACE="Text"
+Goods { NAMESPACE="Goods", Code=C10 | NAMESPACE="Code", }
 )";
-  }
-
-  static constexpr const char* kTableSets = R"([TD1.HEADER]
-DbfName=dbrhead.dbf
-[TD1.Files]
-HEAD = DBRHEAD.DBF
-[TD5.HEADER]
-MainBlock=TOVAR
-DbfName=DBRHEAD.DBF
-[TD5.Files]
+  static constexpr const char* kTableSets =
+      R"([TD1.HEADER], DbfName=dbrhead.dbf, [TD1.Files], HEAD = DBRHEAD.DBF
+[TD5.HEADER], MainBlock=TOVAR, DbfName=DBRHEAD.DBF, [TD5.Files]
 HEAD = DBRHEAD.DBF [G073]
   TOVAR = DBRTOV.DBF [G073]
   COMP = DBRCMP.DBF [G073]
-[TS.HEADER]
-DbfName=SBRHEAD.DBF
-[TS.Files]
-HEAD = SBRHEAD.DBF [G073]
-)";
-  static constexpr const char* kRules = R"([DBRHEAD]
-=ESADout,KTDout
-G011=Proc
-[DBRTOV]
-Goods{
-G33=Code
-[SBRHEAD]
-=DTSout_CU
+[TS.HEADER], DbfName=SBRHEAD.DBF, [TS.Files], HEAD = SBRHEAD.DBF [G073]
 )";
 
   FakeHost host;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -75,11 +73,8 @@ class ExamplesTest : public testing::Test {
   std::string Table(const std::string& name) {
     return TableDump(folder_.Read("out/" + name + ".DBF"));
   }
-
   static std::string Expected(const std::string& name) {
-    std::ifstream file(kExpected / (name + ".txt"), std::ios::binary);
-    EXPECT_TRUE(file) << "no expected rows for " << name;
-    return {std::istreambuf_iterator<char>(file), {}};
+    return FileBytes(kExpected / (name + ".txt"));
   }
 
   TempFolder folder_;
@@ -108,10 +103,8 @@ TEST_F(ExamplesTest, ASecondConversionAppendsAndLeavesEarlierRows) {
     const std::string first = Expected(name);
     const std::string both = Table(name);
     EXPECT_EQ(both.substr(0, first.size()), first);
-    const auto rows = [](const std::string& dump) {
-      return std::count(dump.begin(), dump.end(), '\n') - 1;
-    };
-    EXPECT_EQ(rows(both), 2 * rows(first));
+    EXPECT_EQ(std::count(both.begin(), both.end(), '\n') - 1,
+              2 * (std::count(first.begin(), first.end(), '\n') - 1));
   }
 }
 

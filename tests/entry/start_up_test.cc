@@ -52,12 +52,9 @@ TEST_F(StartUpTest, AWaitingChangeIsInTheConfigurationThatFollows) {
   }
 }
 
-TEST_F(StartUpTest, AMissingConfigurationReachesTheHost) {
+TEST_F(StartUpTest, OnlyAMissingConfigurationReachesTheHost) {
   EXPECT_EQ(Utf8(ErrorOf([&] { (void)state.StartUp("C:\\PROG", ""); })),
             "Не найден файл C:\\PROGKord.ini");
-}
-
-TEST_F(StartUpTest, ACatalogueThatCannotBeLoadedIsAQuietNo) {
   host.files.Delete("C:\\PROG\\DOCUMENT.DCF");
   EXPECT_FALSE(state.StartUp(kProgram, "C:\\RULES\\"));
   EXPECT_EQ(state.environment().config, nullptr);

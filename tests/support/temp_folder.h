@@ -15,6 +15,13 @@
 
 namespace customsconv {
 
+// All bytes of a file of the real file system.
+[[nodiscard]] inline std::string FileBytes(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw std::runtime_error("no such file: " + path.string());
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 // A folder of the real file system, removed with all its content at the end.
 class TempFolder {
  public:
@@ -43,11 +50,7 @@ class TempFolder {
     std::filesystem::create_directories((path_ / name).parent_path());
     std::ofstream(path_ / name, std::ios::binary) << bytes;
   }
-  [[nodiscard]] std::string Read(std::string_view name) const {
-    std::ifstream file(path_ / name, std::ios::binary);
-    if (!file) throw std::runtime_error("no such file: " + std::string(name));
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  [[nodiscard]] std::string Read(std::string_view name) const { return FileBytes(path_ / name); }
   // Names of everything in the folder, sorted.
   [[nodiscard]] std::string Listing() const {
     std::set<std::string> names;
