@@ -21,10 +21,10 @@ HEAD = DBRHEAD [NOMER]               : NOMER C4, G011 C20, DAY D8
     DOCS = DBRDOCS [NOMER,NUMTOV]    : NOMER C4, NUMTOV N3, NAME C9
     PARTS = DBRPARTS [GOODSNUM|NUMTOV] : GOODSNUM N3, WHAT C5
 )");
-    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
   }
   std::string Rows(const std::string& name) { return world.Rows(name); }
   std::unique_ptr<TDbfDocument> Create(std::string_view code = "set") {
+    types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
     return CreateDbfDocument(code, "C:\\OUT\\", *types, cache, world);
   }
   std::unique_ptr<TDbfDocument> Loaded(const std::string& row) {
@@ -37,7 +37,7 @@ HEAD = DBRHEAD [NOMER]               : NOMER C4, G011 C20, DAY D8
   TableImage goods{"NOMER C4, NUMTOV N3, G31 C300"};
   TableImage docs{"NOMER C4, NUMTOV N3, NAME C9"};
   TableImage parts{"GOODSNUM N3, WHAT C5"};
-  CatalogueWorld world{"[PLAIN.HEADER]\nFullName=x\n[PLAIN.Fields]\nG01=C10 | x\n"};
+  CatalogueWorld world{TypeText("PLAIN", "FullName=x", "G01=C10 | x")};
   TDbfCache cache{world.host};
   std::unique_ptr<TDocTypeList> types;
 };
@@ -53,12 +53,10 @@ TEST_F(TDbfDocumentTest, LoadsAHeadRowWithTheRowsOfItsKey) {
   world.Table("DBRPARTS", parts.Row({"2", "p2"}).Row({"3", "p3"}).Row({"1", "p1"}));
   const auto document = Loaded("2");
   EXPECT_EQ(Dump(document->RootRecord()),
-            "NOMER=\"B\" G011=\"второй\" DAY=\"17.03.26\" "
-            "TOVAR{NOMER=\"B\" NUMTOV=\"1\" G31=\"" +
-                text +
-                "\" DOCS{NOMER=\"B\" NUMTOV=\"1\" NAME=\"d3\"} PARTS{GOODSNUM=\"1\" WHAT=\"p1\"}}"
-                "{NOMER=\"B\" NUMTOV=\"2\" DOCS{NOMER=\"B\" NUMTOV=\"2\" NAME=\"d1\"}"
-                "{NOMER=\"B\" NUMTOV=\"2\" NAME=\"d2\"} PARTS{GOODSNUM=\"2\" WHAT=\"p2\"}}");
+            R"(NOMER="B" G011="второй" DAY="17.03.26" TOVAR{NOMER="B" NUMTOV="1" G31=")" + text +
+                R"(" DOCS{NOMER="B" NUMTOV="1" NAME="d3"} PARTS{GOODSNUM="1" WHAT="p1"}})"
+                R"({NOMER="B" NUMTOV="2" DOCS{NOMER="B" NUMTOV="2" NAME="d1"})"
+                R"({NOMER="B" NUMTOV="2" NAME="d2"} PARTS{GOODSNUM="2" WHAT="p2"}})");
   EXPECT_EQ(document->RootRecNo(), 2);
   EXPECT_EQ(document->RowCount(), 2);
   EXPECT_EQ(document->DocKey(), "B");
@@ -96,21 +94,26 @@ TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
   }
   document->Save("C:\\OUT\\");
   EXPECT_FALSE(document->Modified);
-  EXPECT_EQ(Rows("DBRHEAD"), "1: NOMER=\"A\" G011=\"first\"\n2: NOMER=\"B\" DAY=\"20260317\"\n");
-  EXPECT_EQ(Rows("DBRTOV"),
-            "1: NOMER=\"A\" NUMTOV=\"  1\"\n2: NOMER=\"B\" NUMTOV=\"  1\" G31=\"long text\"\n"
-            "3: NOMER=\"B\" NUMTOV=\"  2\" G31=\"long text\"\n");
-  EXPECT_EQ(Rows("DBRPARTS"), "1: GOODSNUM=\"  1\"\n2: GOODSNUM=\"  2\"\n");
+  EXPECT_EQ(Rows("DBRHEAD") + Rows("DBRTOV") + Rows("DBRPARTS"), R"(1: NOMER="A" G011="first"
+2: NOMER="B" DAY="20260317"
+1: NOMER="A" NUMTOV="  1"
+2: NOMER="B" NUMTOV="  1" G31="long text"
+3: NOMER="B" NUMTOV="  2" G31="long text"
+1: GOODSNUM="  1"
+2: GOODSNUM="  2"
+)");
   EXPECT_EQ(world.host.dialogs.progress_titles, (std::vector<std::string>{Win("Сохраняю файлы")}));
 
   document->SetFieldEx("\\\\TOVAR\\1\\G31", "short");
   document->SetFieldEx("\\\\TOVAR\\2\\G31", "");
   document->SetFieldEx("\\\\NOMER", "C");
   document->Save("C:\\OUT\\");
-  EXPECT_EQ(Rows("DBRHEAD"), "1: NOMER=\"A\" G011=\"first\"\n2: NOMER=\"C\" DAY=\"20260317\"\n");
-  EXPECT_EQ(Rows("DBRTOV"),
-            "1: NOMER=\"A\" NUMTOV=\"  1\"\n2: NOMER=\"C\" NUMTOV=\"  1\" "
-            "G31=\"short\"\n3: NOMER=\"C\" NUMTOV=\"  2\"\n");
+  EXPECT_EQ(Rows("DBRHEAD") + Rows("DBRTOV"), R"(1: NOMER="A" G011="first"
+2: NOMER="C" DAY="20260317"
+1: NOMER="A" NUMTOV="  1"
+2: NOMER="C" NUMTOV="  1" G31="short"
+3: NOMER="C" NUMTOV="  2"
+)");
 }
 
 // What a text fills of the fields that continue it is its own, whatever their own values say; the
@@ -118,7 +121,6 @@ TEST_F(TDbfDocumentTest, SavesANewDocumentAndThenTheSameRowsAgain) {
 TEST_F(TDbfDocumentTest, KeepsTheRestOfALongTextInEverySave) {
   const std::string first(255, 'a'), second(20, 'b');
   world.TableSet("LONG", "HEAD = DBRLONG : G313 C20, G31 C255, G312 C20, G314 C20");
-  types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
   const auto document = Create("LONG");
   document->OpenBlock("");
   document->SetField("G31", first + second + "ccc");
@@ -195,7 +197,6 @@ HEAD = DBRHEAD [NOMER]
   NOKEY = DBRDOCS
   BOTH = DBRTOV [NOMER+NUMTOV]
 )");
-  types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
   world.Table("DBRHEAD", head.Row({"A"}));
   world.Table("DBRODD", TableImage("CODE C4").Row({"B"}).Row({"A"}));
   world.Table("DBRDOCS", docs.Row({"A"}));

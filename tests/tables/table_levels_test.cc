@@ -87,9 +87,8 @@ TEST(TableLevels, LeavesOutBlocksWhoseTableCannotBeOpened) {
   GOODS = DBRTOV : G32 N5
 )");
   EXPECT_EQ(Describe(world.Load()), "DBRHEAD[|]: NOMER=C7.0x1 GOODS{DBRTOV[|]: G32=N5.0x1}");
-  EXPECT_EQ(
-      world.host.dialogs.log,
-      std::vector<std::string>{"message: Не могу открыть:\r\nC:\\OUT\\LOST\r\nC:\\OUT\\GONE"});
+  EXPECT_EQ(Utf8(world.host.dialogs.messages.at(0)),
+            "Не могу открыть:\r\nC:\\OUT\\LOST\r\nC:\\OUT\\GONE");
 }
 
 TEST(TableLevels, LoadsAgainAndKeepsTheNumberingRight) {

@@ -11,27 +11,17 @@
 namespace customsconv {
 namespace {
 
-constexpr const char* kFiles = R"(
-[DT4.HEADER]
-ShortName=ДТ 4
-DbfName=HEAD.DBF
-[DT4.Files]
-HEAD = HEAD.DBF [OLD]
-[DT5.HEADER]
-ShortName=ДТ 5
-DbfName=HEAD.DBF
-[DT5.Files]
-HEAD = HEAD.DBF [G071+G072+G073]
+constexpr const char* kFiles = R"([DT4.HEADER], ShortName=ДТ 4, DbfName=HEAD.DBF
+[DT4.Files], HEAD = HEAD.DBF [OLD]
+[DT5.HEADER], ShortName=ДТ 5, DbfName=HEAD.DBF
+[DT5.Files], HEAD = HEAD.DBF [G071+G072+G073]
   LIST = LIST.DBF [UID|DOCID]
   KMPK = KMP [G071+G072+G073]
-  TOVAR = TOVAR.DBF [G071+G072, G073]
+  TOVAR = TOVAR.DBF [G071+G072,G073]
     DOK = DOK.DBF [G071+G072+G073+G32]
     KMPK = KMP [G071+G072+G073+G32]
   ALL = ALL.DBF
-[DTS.HEADER]
-DbfName=OTHER.DBF
-[DTS.Files]
-OTHER = OTHER.DBF [G073]
+[DTS.HEADER], DbfName=OTHER.DBF, [DTS.Files], OTHER = OTHER.DBF [G073]
 )";
 
 class SetLevelsTest : public testing::Test {
@@ -41,7 +31,7 @@ class SetLevelsTest : public testing::Test {
   }
 
   CatalogueWorld world;
-  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(kFiles), world)};
+  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(LinesOf(kFiles)), world)};
 };
 
 std::string Joined(const std::vector<std::string>& names) {
@@ -58,25 +48,26 @@ TEST_F(SetLevelsTest, DrawTheTreeOfTheNewestTypeOverEachHead) {
       text += " in " + std::to_string(level.parent) + " " + Joined(level.parent_keys);
     text += "\n";
   }
-  EXPECT_EQ(text,
-            "DT5  HEAD.DBF G071+G072+G073\n"
-            "DT5 LIST LIST.DBF UID in 0 DOCID\n"
-            "DT5 KMPK KMP.DBF G071+G072+G073 in 0 G071+G072+G073\n"
-            "DT5 TOVAR TOVAR.DBF G071+G072+G073 in 0 G071+G072+G073\n"
-            "DT5 TOVAR\\DOK DOK.DBF G071+G072+G073+G32 in 3 G071+G072+G073+G32\n"
-            "DT5 TOVAR\\KMPK KMP.DBF G071+G072+G073+G32 in 3 G071+G072+G073+G32\n"
-            "DT5 ALL ALL.DBF  in 0 \n");
+  EXPECT_EQ(text, R"(DT5  HEAD.DBF G071+G072+G073
+DT5 LIST LIST.DBF UID in 0 DOCID
+DT5 KMPK KMP.DBF G071+G072+G073 in 0 G071+G072+G073
+DT5 TOVAR TOVAR.DBF G071+G072+G073 in 0 G071+G072+G073
+DT5 TOVAR\DOK DOK.DBF G071+G072+G073+G32 in 3 G071+G072+G073+G32
+DT5 TOVAR\KMPK KMP.DBF G071+G072+G073+G32 in 3 G071+G072+G073+G32
+DT5 ALL ALL.DBF  in 0 
+)");
   EXPECT_TRUE(Levels({"TOVAR.DBF"}).empty());
   EXPECT_EQ(Levels({"HEAD.DBF", "OTHER.DBF"}).back().type, "DTS");
 }
 
 TEST_F(SetLevelsTest, KnowWhatTellsRowsApart) {
   const SetLevels levels = Levels({"HEAD.DBF"});
-  EXPECT_EQ(Joined(RowKeyOf(levels, "tovar.dbf")), "G071+G072+G073+G32")
-      << "found from below by it";
-  EXPECT_EQ(Joined(RowKeyOf(levels, "HEAD.DBF")), "G071+G072+G073");
-  EXPECT_EQ(Joined(RowKeyOf(levels, "LIST.DBF")), "UID");
-  EXPECT_EQ(Joined(RowKeyOf(levels, "X.DBF")), "");
+  // Goods are found from below by G32 as well.
+  const std::pair<const char*, const char*> cases[] = {{"tovar.dbf", "G071+G072+G073+G32"},
+                                                       {"HEAD.DBF", "G071+G072+G073"},
+                                                       {"LIST.DBF", "UID"},
+                                                       {"X.DBF", ""}};
+  for (const auto& [table, key] : cases) EXPECT_EQ(Joined(RowKeyOf(levels, table)), key) << table;
 }
 
 TEST(DeclarationNumber, ComesInManyForms) {
@@ -123,11 +114,9 @@ TEST_F(SetLevelsTest, LeadToAllRowsOfADeclaration) {
                           const std::vector<std::array<const char*, 2>>& rows) {
     TableImage image("G071 C8, G072 D8, G073 C7, " + field);
     for (const auto& [number, value] : rows) {
-      if (*number == '-') {
-        image.DeletedRow({"1", "20150611", number + 1, value});
-      } else {
-        image.Row({"1", "20150611", number, value});
-      }
+      const bool deleted = *number == '-';
+      const std::vector<std::string> row{"1", "20150611", number + deleted, value};
+      deleted ? image.DeletedRow(row) : image.Row(row);
     }
     world.Table(name, image);
   };
