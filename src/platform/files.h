@@ -3,13 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <exception>
 #include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/error.h"
@@ -60,26 +58,12 @@ class FileStream {
 };
 
 // New content of a file, written beside its target but not yet in its place. Discarded on
-// destruction unless placed. The steps come in this order; several files go through each
-// step together, so that the disk works on all of them at once.
+// destruction unless placed. The steps come in this order.
 class PendingFile {
  public:
   virtual ~PendingFile() = default;
   // Waits until the content would outlast a power cut. Throws FileError (kWrite).
-  void Harden() {
-    TryToHarden();
-    if (hardening_failure_) std::rethrow_exception(hardening_failure_);
-  }
-  // The same, but trouble is kept for Harden, which then does nothing more. Several files
-  // may be hardened by threads of their own.
-  void TryToHarden() noexcept {
-    if (std::exchange(hardened_, true)) return;
-    try {
-      WaitForDisk();
-    } catch (...) {
-      hardening_failure_ = std::current_exception();
-    }
-  }
+  virtual void Harden() = 0;
   // Puts the content in place in one step. Throws FileError (kCreate); the old
   // file then stays whole.
   virtual void Place() = 0;
@@ -91,35 +75,10 @@ class PendingFile {
     Place();
     Settle();
   }
-
- private:
-  virtual void WaitForDisk() = 0;
-
-  bool hardened_ = false;
-  std::exception_ptr hardening_failure_;
 };
 
 // The bytes of a file in pieces that follow each other.
 using FilePieces = std::span<const std::string_view>;
-
-// What a new content of a file has in common with the one that was placed before it: the bytes
-// from `begin` to `end`.
-struct SameBytes {
-  std::size_t begin = 0;
-  std::size_t end = 0;
-};
-
-// Replaces one file again and again. Where bytes were only added, the file system may keep a
-// copy beside the file to write no more than those. What it keeps goes with the object. Nobody
-// who has the file open sees it change, as with any other replacing.
-class FileSeries {
- public:
-  virtual ~FileSeries() = default;
-  // As Files::Stage. `same` speaks of what was placed last through this object; it does not
-  // count for the first time. The result must not outlive the object.
-  [[nodiscard]] virtual std::unique_ptr<PendingFile> Stage(std::string_view content,
-                                                           SameBytes same) = 0;
-};
 
 class OutputFile;  // platform/output_file.h
 
@@ -155,8 +114,7 @@ class Files {
   // a file that is not to be had); the old file then stays whole.
   void Replace(std::string_view path, std::string_view content) { Stage(path, content)->Commit(); }
   void Replace(std::string_view path, FilePieces content) { StagePieces(path, content)->Commit(); }
-  // First step of Replace: the temporary file. Several files are replaced with a tiny window
-  // between them by staging and hardening all before the first one is placed.
+  // First step of Replace: the temporary file.
   [[nodiscard]] std::unique_ptr<PendingFile> Stage(std::string_view path,
                                                    std::string_view content) {
     return StagePieces(path, {&content, 1});
@@ -167,16 +125,6 @@ class Files {
   // The first step of Replace for content that does not fit into memory. Throws FileError
   // (kCreate).
   [[nodiscard]] virtual std::unique_ptr<OutputFile> StartOutput(std::string_view path) = 0;
-
-  // Hardens them with one wait, as far as the disk can; trouble shows when they are
-  // hardened one by one.
-  virtual void HardenTogether(std::span<PendingFile* const> /*files*/) {}
-
-  // For a file that will be replaced many times; null where the file system has nothing
-  // better than Replace.
-  [[nodiscard]] virtual std::unique_ptr<FileSeries> StartSeries(std::string_view /*path*/) {
-    return nullptr;
-  }
 
   // Makes an empty file and returns true, or returns false when one exists; of
   // two processes that try at the same moment exactly one gets true. Throws

@@ -111,11 +111,10 @@ class FakeFiles::MemoryPendingFile : public PendingFile {
   void Place() override {
     files_.Change(FileOp::kCommit, path_, [this] { files_.Put(path_, content_); });
   }
+  void Harden() override {}
   bool Settle() override { return true; }
 
  private:
-  void WaitForDisk() override {}
-
   FakeFiles& files_;
   std::string path_;
   std::string content_;
@@ -127,12 +126,11 @@ class FakeFiles::MemoryOutputFile : public OutputFile {
   MemoryOutputFile(FakeFiles& files, std::string_view path) : files_(files), path_(path) {}
   void Write(std::string_view bytes) override { content_ += bytes; }
   [[nodiscard]] std::string SystemName() const override { return {}; }
+  void Harden() override { pending_ = files_.Stage(path_, content_); }
   void Place() override { pending_->Place(); }
   bool Settle() override { return true; }
 
  private:
-  void WaitForDisk() override { pending_ = files_.Stage(path_, content_); }
-
   FakeFiles& files_;
   std::string path_;
   std::string content_;

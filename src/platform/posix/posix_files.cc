@@ -2,29 +2,23 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <climits>
 #include <cstdlib>
 #include <new>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
-#include <thread>
 
 #include "platform/full_path.h"
 #include "platform/name_mask.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/folder_listing.h"
-#include "platform/posix/posix_file_series.h"
 #include "platform/posix/posix_output_file.h"
 #include "platform/posix/posix_pending_file.h"
 #include "platform/posix/posix_stream.h"
@@ -84,23 +78,6 @@ std::string ReadFile(const std::string& name, std::size_t limit, std::string_vie
   if (S_ISCHR(status.st_mode)) throw SystemFileError(Kind::kOpen, path, EINVAL);
   if (!MayRead(file.number())) throw SystemFileError(Kind::kOpen, path, EBUSY);
   return ReadAll(file, static_cast<std::size_t>(status.st_size), limit, path);
-}
-
-// A thread that leaves the process's signals to those who are prepared for them; empty when
-// the system has none left.
-template <class Work>
-std::optional<std::thread> StartWithoutSignals(const Work& work) {
-  sigset_t all;
-  sigset_t before;
-  ::sigfillset(&all);
-  ::pthread_sigmask(SIG_SETMASK, &all, &before);
-  std::optional<std::thread> thread;
-  try {
-    thread.emplace(work);
-  } catch (const std::system_error&) {
-  }
-  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  return thread;
 }
 
 class FolderLock : public FileLock {
@@ -207,28 +184,6 @@ std::unique_ptr<OutputFile> PosixFiles::StartOutput(std::string_view path) {
   const std::string name = SystemName(path);
   ClearOnce(FolderOf(name));
   return std::make_unique<PosixOutputFile>(PosixPendingFile::Create(name, path));
-}
-
-// The system writes its journal once for all who wait for it at the same time, so two
-// threads wait less than half as often as one would.
-void PosixFiles::HardenTogether(std::span<PendingFile* const> files) {
-  std::atomic<std::size_t> next = 0;
-  const auto harden = [&next, files] {
-    for (std::size_t i = next++; i < files.size(); i = next++) files[i]->TryToHarden();
-  };
-  const auto start = std::chrono::steady_clock::now();
-  if (const std::size_t first = next++; first < files.size()) files[first]->TryToHarden();
-  // Where nothing is waited for, a thread would cost more than it saves.
-  constexpr std::chrono::microseconds kNoWait(50);
-  const bool waits = std::chrono::steady_clock::now() - start > kNoWait;
-  std::optional<std::thread> helper;
-  if (waits && files.size() > 2) helper = StartWithoutSignals(harden);
-  harden();
-  if (helper) helper->join();
-}
-
-std::unique_ptr<FileSeries> PosixFiles::StartSeries(std::string_view path) {
-  return std::make_unique<PosixFileSeries>(path);
 }
 
 void PosixFiles::ClearOnce(const std::string& folder) {

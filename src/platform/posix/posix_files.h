@@ -27,8 +27,6 @@ class PosixFiles : public Files {
   [[nodiscard]] std::unique_ptr<PendingFile> StagePieces(std::string_view path,
                                                          FilePieces content) override;
   [[nodiscard]] std::unique_ptr<OutputFile> StartOutput(std::string_view path) override;
-  void HardenTogether(std::span<PendingFile* const> files) override;
-  [[nodiscard]] std::unique_ptr<FileSeries> StartSeries(std::string_view path) override;
   [[nodiscard]] bool CreateNew(std::string_view path, std::string_view twin = {}) override;
   void Append(std::string_view path, std::string_view content) override;
   bool Delete(std::string_view path) override;

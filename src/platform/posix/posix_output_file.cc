@@ -26,7 +26,7 @@ void PosixOutputFile::Pass(std::string_view bytes) {
   written_ += bytes.size();
 }
 
-void PosixOutputFile::WaitForDisk() {
+void PosixOutputFile::Harden() {
   Pass(gathered_);
   gathered_.clear();
   file_->Harden();

@@ -17,11 +17,11 @@ class PosixOutputFile : public OutputFile {
 
   void Write(std::string_view bytes) override;
   [[nodiscard]] std::string SystemName() const override { return file_->temporary(); }
+  void Harden() override;
   void Place() override { file_->Place(); }
   bool Settle() override { return file_->Settle(); }
 
  private:
-  void WaitForDisk() override;
   void Pass(std::string_view bytes);
 
   std::unique_ptr<PosixPendingFile> file_;

@@ -83,6 +83,16 @@ bool IsOld(const FileDescriptor& file) {
   return ::fstat(file.number(), &status) == 0 && ::time(nullptr) - status.st_mtime > kOld;
 }
 
+// Invalid when somebody else holds it, and for what is no plain file.
+FileDescriptor HoldTemporary(const std::string& name) {
+  // Whoever guards the file against opening is not waited for.
+  FileDescriptor file = FileDescriptor::Open(name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+  struct stat status {};
+  const bool ours =
+      file.valid() && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && Hold(file);
+  return ours ? std::move(file) : FileDescriptor();
+}
+
 }  // namespace
 
 PosixPendingFile::PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
@@ -107,16 +117,6 @@ std::unique_ptr<PosixPendingFile> PosixPendingFile::Create(const std::string& sy
   return pending;
 }
 
-std::unique_ptr<PosixPendingFile> PosixPendingFile::GoOn(FileDescriptor file, std::string temporary,
-                                                         const std::string& system_name,
-                                                         std::string_view path) {
-  std::unique_ptr<PosixPendingFile> pending(
-      new PosixPendingFile(std::move(file), std::move(temporary), BehindLinks(system_name), path));
-  const std::optional<struct stat> old = OldFile(pending->target_, path);
-  if (old) pending->TakeAfter(*old);
-  return pending;
-}
-
 void PosixPendingFile::TakeAfter(const struct stat& old) {
   // Another owner may be beyond our rights; the permissions are what counts.
   static_cast<void>(::fchown(file_.number(), old.st_uid, old.st_gid) != 0);
@@ -134,30 +134,17 @@ void PosixPendingFile::StartWriting() {
   static_cast<void>(::sync_file_range(file_.number(), 0, 0, SYNC_FILE_RANGE_WRITE));
 }
 
-void PosixPendingFile::WaitForDisk() {
+void PosixPendingFile::Harden() {
   if (::fsync(file_.number()) != 0) throw SystemFileError(Kind::kWrite, path_, errno);
 }
 
-void PosixPendingFile::Close() {
-  struct stat status {};
-  if (::fstat(file_.number(), &status) == 0) placed_stamp_ = StampOf(status);
-  if (!file_.Close()) throw SystemFileError(Kind::kWrite, path_, errno);
-}
-
 void PosixPendingFile::Place() {
-  if (file_.valid()) Close();
+  // What only closing reports is not lost.
+  if (file_.valid() && !file_.Close()) throw SystemFileError(Kind::kWrite, path_, errno);
   if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
     throw SystemFileError(Kind::kCreate, path_, errno);  // a server's file that others hold
   }
   temporary_.clear();
-}
-
-std::string PosixPendingFile::Exchange() {
-  if (file_.valid()) Close();
-  if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_EXCHANGE) != 0) {
-    return {};
-  }
-  return std::exchange(temporary_, {});
 }
 
 // A file system that cannot do so is no failure: the file is in place.
@@ -186,15 +173,6 @@ void RemoveAbandonedFiles(const std::string& folder) {
     const FileDescriptor file = HoldTemporary(name);
     if (file.valid() && IsOld(file)) ::unlink(name.c_str());
   }
-}
-
-FileDescriptor HoldTemporary(const std::string& name) {
-  // Whoever guards the file against opening is not waited for.
-  FileDescriptor file = FileDescriptor::Open(name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
-  struct stat status {};
-  const bool ours =
-      file.valid() && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && Hold(file);
-  return ours ? std::move(file) : FileDescriptor();
 }
 
 }  // namespace customsconv::posix

@@ -20,11 +20,6 @@ class PosixPendingFile : public PendingFile {
   // that may not be replaced.
   static std::unique_ptr<PosixPendingFile> Create(const std::string& system_name,
                                                   std::string_view path);
-  // Goes on with `temporary`, a file that is there and open as `file`. Throws as Create; the
-  // file is gone then.
-  static std::unique_ptr<PosixPendingFile> GoOn(FileDescriptor file, std::string temporary,
-                                                const std::string& system_name,
-                                                std::string_view path);
   ~PosixPendingFile() override;
   PosixPendingFile(const PosixPendingFile&) = delete;
   PosixPendingFile& operator=(const PosixPendingFile&) = delete;
@@ -34,35 +29,24 @@ class PosixPendingFile : public PendingFile {
   // The disk begins to write while the program goes on.
   void StartWriting();
 
+  void Harden() override;
   void Place() override;
   bool Settle() override;
-  // Like Place, but the file that stood there gets the temporary name and stays; the
-  // name, or empty text where that cannot be done and nothing happened.
-  [[nodiscard]] std::string Exchange();
-
   // The temporary file; empty once it is in place.
   [[nodiscard]] const std::string& temporary() const CUSTOMSCONV_LIFETIME_BOUND {
     return temporary_;
   }
-  // The file that will be replaced, behind links.
-  [[nodiscard]] const std::string& target() const CUSTOMSCONV_LIFETIME_BOUND { return target_; }
-  // Of the content as it was placed.
-  [[nodiscard]] FileStamp placed_stamp() const { return placed_stamp_; }
 
  private:
   PosixPendingFile(FileDescriptor file, std::string temporary, std::string target,
                    std::string_view path);
-  void WaitForDisk() override;
   // Permissions and owner of the file that is replaced.
   void TakeAfter(const struct stat& old);
-  // Notes the content's stamp. What only closing reports is not lost; throws FileError (kWrite).
-  void Close();
 
   FileDescriptor file_;
   std::string temporary_;
   std::string target_;
   std::string path_;
-  FileStamp placed_stamp_ = kNoStamp;
 };
 
 // Writes `content` beside `system_name`, on the disk's way at once.
@@ -73,9 +57,6 @@ class PosixPendingFile : public PendingFile {
 // Removes the temporary files that processes left in `folder` when they died: those that are
 // ten minutes old and that nobody holds.
 void RemoveAbandonedFiles(const std::string& folder);
-// Opens a temporary file and holds it until the descriptor is closed. Invalid when somebody else
-// holds it, or for what is no plain file.
-[[nodiscard]] FileDescriptor HoldTemporary(const std::string& name);
 
 }  // namespace customsconv::posix
 
