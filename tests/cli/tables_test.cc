@@ -31,24 +31,28 @@ TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
 TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
   const std::string head = "G32,SUM,NAME,DAY\n";
   const std::string first = "1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n";
+  const std::string filled =
+      "GOODS.DBF  3 rows\n"
+      "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n";
+  const std::string x(80, 'x');
+  host.files["C:\\OUT\\WIDE.DBF"] = TableImage("A C80, B C80, C C5").Row({x, x, "5"}).Bytes();
   const std::pair<std::string, std::string> cases[] = {
+      {"--filled C:\\OUT\\WIDE.DBF --rows 1 ",
+       "WIDE.DBF  1 rows\n     1  A=" + x + "\n        B=" + x + " | C=5\n" + filled},
       {"",
        " # | G32 |  SUM | NAME           | DAY\n"
        " 1 |   1 | 3.50 | Сахар, \"песок\" | 17.03.26\n"
        "*2 |   2 |      | Соль           |\n"
        " 3 |   3 |      |                |\n"},
-      {"--filled",
-       "GOODS.DBF  3 rows\n"
-       "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n"
-       "    *2  G32=2 | NAME=Соль\n"
-       "     3  G32=3\n"},
+      {"--filled", filled + "    *2  G32=2 | NAME=Соль\n"
+                            "     3  G32=3\n"},
       {"--csv", head + first + "3,,,\n"},
       {"--csv --rows 1", head + first},
       {"--csv --rows 2-", head + "3,,,\n"},
       {"--csv --rows 3-900", head + "3,,,\n"},
       {"--csv --rows 4", head}};
   for (const auto& [options, printed] : cases) {
-    EXPECT_EQ(RunProgram(R"(tables show C:\OUT\GOODS.DBF )" + options), kDone);
+    EXPECT_EQ(RunProgram("tables show " + options + R"( C:\OUT\GOODS.DBF)"), kDone);
     EXPECT_EQ(output.results, printed);
   }
   EXPECT_EQ(RunProgram(R"(tables show --json --rows 1-2 C:\OUT\GOODS.DBF)"), kDone);
@@ -57,15 +61,6 @@ TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
                      R"("values":["1","3.50","Сахар, \"песок\"","17.03.26"]},)"
                      R"({"number":2,"deleted":true,"values":["2","","Соль",""]}]}],"messages":[]})"
                      "\n");
-}
-
-TEST_F(TablesTest, ShowFilledBreaksLongRows) {
-  const std::string x(80, 'x');
-  TableImage wide = TableImage("A C80, B C80, C C5");
-  host.files["C:\\OUT\\WIDE.DBF"] = wide.Row({x, x, "5"}).Bytes();
-  EXPECT_EQ(RunProgram(R"(tables show --filled C:\OUT\WIDE.DBF)"), kDone);
-  EXPECT_EQ(output.results.substr(output.results.find('\n') + 1),
-            "     1  A=" + x + "\n        B=" + x + " | C=5\n");
 }
 
 TEST_F(TablesTest, ATableThatCannotBeOpenedIsAnError) {

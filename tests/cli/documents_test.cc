@@ -5,10 +5,10 @@
 namespace customsconv::cli {
 namespace {
 
-// The declaration's own schema: one procedure code of two letters.
-class ValidateTest : public CliWorld, public testing::Test {
+// Commands that show or check documents; the schema wants a procedure code of two letters.
+class DocumentsTest : public CliWorld, public testing::Test {
  protected:
-  ValidateTest() {
+  DocumentsTest() {
     host.files["C:\\XSD\\ESADout.xsd"] = R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema">
         <xs:element name="ESADout"><xs:complexType>
           <xs:sequence><xs:element name="Proc"><xs:simpleType>
@@ -26,7 +26,7 @@ class ValidateTest : public CliWorld, public testing::Test {
   }
 };
 
-TEST_F(ValidateTest, CountsDocumentsWithoutASchema) {
+TEST_F(DocumentsTest, CountsDocumentsWithoutASchema) {
   EXPECT_EQ(Validate("C:\\IN\\2.xml"), kNegative);
   EXPECT_EQ(output.remarks, "2 documents, 0 without a schema, 1 failing\n");
   host.files.Remove("C:\\XSD\\ESADout.xsd");
@@ -34,7 +34,7 @@ TEST_F(ValidateTest, CountsDocumentsWithoutASchema) {
   EXPECT_EQ(output.remarks, "2 documents, 2 without a schema, 0 failing\n");
 }
 
-TEST_F(ValidateTest, TellsThatTheCheckIsSwitchedOff) {
+TEST_F(DocumentsTest, TellsThatTheCheckIsSwitchedOff) {
   host.files["C:\\PROG\\kord.ini"] = "[ED]\r\nCheckXSD=0\r\n";
   EXPECT_EQ(Validate("C:\\IN\\2.xml"), kDone);
   EXPECT_EQ(output.remarks,
@@ -43,7 +43,7 @@ TEST_F(ValidateTest, TellsThatTheCheckIsSwitchedOff) {
   EXPECT_TRUE(Printed(R"("documents":2,"without_schema":0,"switched_off":2,"lines":[])"));
 }
 
-TEST_F(ValidateTest, JsonNamesDocumentLineAndText) {
+TEST_F(DocumentsTest, JsonNamesDocumentLineAndText) {
   EXPECT_EQ(Validate("--json C:\\IN\\2.xml"), kNegative);
   for (const char* member :
        {R"({"result":false,"documents":2,"without_schema":0,"switched_off":0,"lines":["ЭД ДТ:)",
@@ -54,13 +54,42 @@ TEST_F(ValidateTest, JsonNamesDocumentLineAndText) {
   EXPECT_EQ(output.remarks, "");
 }
 
-TEST_F(ValidateTest, ExportPrintsOneDocument) {
+TEST_F(DocumentsTest, ExportPrintsOneDocument) {
   EXPECT_EQ(RunProgram(R"(export --program C:\PROG --document 2 C:\IN\2.xml)"), kDone);
   EXPECT_TRUE(Printed("<Proc>ABC</Proc>\r\n"));
   EXPECT_EQ(output.results.find("<Proc>AB</Proc>"), std::string::npos);
   EXPECT_EQ(RunProgram(R"(export --program C:\PROG --document 3 C:\IN\2.xml)"), kNegative);
   EXPECT_EQ(output.results, "");
   EXPECT_EQ(output.remarks, "error: C:\\IN\\2.xml holds 2 documents, there is no document 3\n");
+}
+
+TEST_F(DocumentsTest, JsonHoldsWhatIsFilledInFieldOrder) {
+  Xml("1",
+      "<Goods><Code>a\"\\\t\x01</Code><Part><Sum>1,50</Sum></Part><Part/></Goods><Goods/>"
+      "<Proc>ИМ</Proc><Empty></Empty><Old>x</Old>");
+  EXPECT_EQ(RunProgram(R"(dump --json --program C:\PROG C:\IN\1.xml)"), kDone);
+  EXPECT_EQ(output.results,
+            R"({"documents":[{"code":"ESADout","occurrence":1,"root":{)"
+            R"("values":[["Proc","ИМ"]],"blocks":[["Goods",[)"
+            R"({"values":[["Code","a\"\\\t\u0001"]],"blocks":[["Part",[)"
+            R"({"values":[["Sum","1.50"]],"blocks":[]},{"values":[],"blocks":[]}]]]},)"
+            R"({"values":[],"blocks":[]}]]]}}],"unknown_ids":true,"messages":[]})"
+            "\n");
+  EXPECT_EQ(output.remarks, "");
+}
+
+// What was lost before the error is told as well.
+TEST_F(DocumentsTest, AnErrorFollowsTheDocumentsBeforeIt) {
+  host.files["C:\\IN\\1.xml"] =
+      "<DocBody><ESADout a=\"1\"><Proc>A</Proc><Old>x</Old></ESADout></DocBody>"
+      "<DocBody><ESADout a=\"1\"><Proc>B";
+  EXPECT_EQ(RunProgram(R"(dump --json --program C:\PROG C:\IN\1.xml)"), kError);
+  EXPECT_EQ(output.results,
+            R"({"documents":[{"code":"ESADout","occurrence":1,"root":)"
+            R"({"values":[["Proc","A"]],"blocks":[]}}],"unknown_ids":true,"messages":[],)"
+            R"("error":"Отсутствует окончание документа: </ESADout>"})"
+            "\n");
+  EXPECT_EQ(output.remarks, "error: Отсутствует окончание документа: </ESADout>\n");
 }
 
 }  // namespace
