@@ -67,6 +67,9 @@ class TerminalProcess {
   std::string printed_;
 };
 
+// The exit status of a shell's command line.
+int StatusOf(const std::string& command) { return WEXITSTATUS(std::system(command.c_str())); }
+
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest() {
@@ -140,11 +143,9 @@ TEST_F(ProgramTest, AQuestionIsAnsweredByWhatIsTyped) {
 
 // A file that may not grow is told like a full disk.
 TEST_F(ProgramTest, ALimitOfTheFileSizeEndsNoProgramHalfWay) {
-  std::string command = "ulimit -f 1;";
+  std::string command = "ulimit -f 1; " CUSTOMSCONV_PROGRAM;
   for (const std::string& word : Convert({"transit.xml"})) command += " '" + word + "'";
-  command.insert(command.find(" '"), std::string(" ") + CUSTOMSCONV_PROGRAM);
-  command += " > /dev/null 2>&1 < /dev/null";
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_EQ(StatusOf(command + " > /dev/null 2>&1 < /dev/null"), 1);
   EXPECT_EQ(out_.Listing(), tables_);
 }
 
@@ -153,16 +154,14 @@ TEST_F(ProgramTest, AWaitForAPipeEndsWithTheSignalThatEndsPrograms) {
   const std::string dump = std::string(CUSTOMSCONV_PROGRAM " dump --program ") + in_ / "program " +
                            pipe + " > " + in_ / "log 2>&1";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  EXPECT_EQ(WEXITSTATUS(std::system(("timeout --preserve-status 1 " + dump).c_str())), 130);
+  EXPECT_EQ(StatusOf("timeout --preserve-status 1 " + dump), 130);
   const std::string write = "cat " + in_ / "xml/transit.xml > " + pipe + " & ";
-  EXPECT_EQ(WEXITSTATUS(std::system((write + "timeout 60 " + dump).c_str())), 0) << in_.Read("log");
+  EXPECT_EQ(StatusOf(write + "timeout 60 " + dump), 0) << in_.Read("log");
 }
 
 // A result that does not arrive is no success: scripts look at the status alone.
 TEST_F(ProgramTest, AResultThatCannotBeWrittenIsAnError) {
-  const std::string log = in_ / "log";
-  const std::string command = CUSTOMSCONV_PROGRAM " --help > /dev/full 2> " + log;
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 3);
+  EXPECT_EQ(StatusOf(CUSTOMSCONV_PROGRAM " --help > /dev/full 2> " + (in_ / "log")), 3);
   EXPECT_EQ(in_.Read("log"), "error: the result could not be written\n");
 }
 
