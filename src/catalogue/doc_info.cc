@@ -4,7 +4,7 @@
 #include "base/error.h"
 #include "base/letter_case.h"
 #include "catalogue/type_sections.h"
-#include "config/configuration.h"
+#include "config/settings.h"
 #include "text/blanks.h"
 #include "text/char_set.h"
 #include "text/words.h"
@@ -16,8 +16,8 @@ constexpr CharSet kRootNameDelimiters(" <");
 
 // The settings themselves steer the editor alone; a type without any must fail here, though.
 void ReadFillSettings(const std::string& code, Environment& environment) {
-  const auto is_set = [&code](const TConfiguration& settings) {
-    return !settings.GetString(code, "AG", "").empty();
+  const auto is_set = [&code](const TConfiguration& config) {
+    return settings::HasEditorSetting(config, code);
   };
   if (environment.config != nullptr && is_set(*environment.config)) return;
   (void)is_set(environment.shared.Get(environment.base_path + "DOCUMENT.INI", CodePage::kDos));

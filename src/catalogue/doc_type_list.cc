@@ -11,7 +11,7 @@
 #include "base/short_text.h"
 #include "catalogue/catalogue_reader.h"
 #include "catalogue/type_collection.h"
-#include "config/configuration.h"
+#include "config/settings.h"
 #include "text/char_set.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
@@ -53,8 +53,8 @@ void ReadAllFiles(CatalogueReader& reader, const Environment& environment) {
 void MarkCheckedTypes(const TDocTypeList& types, const Environment& environment) {
   const std::string file_name = environment.base_path + "DOCCHECK.INI";
   if (!environment.host.files.Exists(file_name)) return;
-  const TConfiguration settings(environment.host, file_name, CreateMode::kCreate, CodePage::kDos);
-  const std::string codes = settings.GetString("Common", "CheckedDocs", "");
+  const TConfiguration doc_check(environment.host, file_name, CreateMode::kCreate, CodePage::kDos);
+  const std::string codes = settings::CheckedDocs(doc_check);
   for (const std::string_view code : Words(CutToShort(codes), kCheckedDocsDelimiters)) {
     types.GetDocInfo(code).Checked = true;
   }

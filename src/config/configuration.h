@@ -16,9 +16,11 @@ namespace customsconv {
 // A configuration file: an ini file whose flags may be words ("ДА", "YES") and whose values may be
 // lists, or longer than a line (in continuation keys).
 //
-//   TConfiguration config(host, "C:\\PROG\\kord.ini", CreateMode::kMustExist, CodePage::kDos);
+//   TConfiguration config(host, "C:\\PROG\\kord.ini", CreateMode::kMustExist, CodePage::kWindows);
 //   const bool check = config.GetBool("ED", "CheckXSD", true);
 //   config.SetInteger("Common", "Counter", 7);  // written to the file at once
+//
+// The settings that the system itself reads have functions of their own in config/settings.h.
 class TConfiguration : public TVeltIni {
  public:
   using TVeltIni::TVeltIni;

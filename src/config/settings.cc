@@ -1,7 +1,5 @@
 #include "config/settings.h"
 
-#include <string_view>
-
 namespace customsconv::settings {
 namespace {
 
@@ -25,7 +23,6 @@ constexpr Flag kNdsp{"ED", "NDSp", true};
 constexpr Flag kCheckXsd{"ED", "CheckXSD", true};
 constexpr Flag kNewYearNumber{"Kord.ArmTI", "NewYearNumber", true};
 constexpr Flag kRegNumsYear2Digit{"System", "RegNumsYear2Digit", true};
-constexpr Flag kResetPrinterIndex{"Print", "ResetPrinterIndex", true};
 constexpr Flag kSqlLastNum{"Kord", "SQLLastNum", false};
 
 constexpr Text kCustomHouseCode{"Kord.ArmTI", "CustomHouseCode", "00000000"};
@@ -33,6 +30,7 @@ constexpr Text kRegNumStructure{"Kord.ArmTI", "RegNumStructure", "%CODE/%DATE/%G
 constexpr Text kLastNumsFile{"System", "LastNumsFile", ""};
 constexpr Text kTmrId{"Tmr", "Id", "1"};
 constexpr Text kUpCaseDocs{"Common", "UpCaseDocs", "Kord,DS1,DS2,KTS,KTD,OPN,KUT,NGA,"};
+constexpr Text kCheckedDocs{"Common", "CheckedDocs", ""};
 
 constexpr Number kArcNum{"Tmr", "ArcNum", 1};
 constexpr Number kMinOrdNumber{"Kord.ArmTI", "MinOrdNumber", 1};
@@ -57,15 +55,18 @@ bool NewYearNumber(const TConfiguration& config) { return Read(config, kNewYearN
 bool RegNumsYear2Digit(const TConfiguration& config) { return Read(config, kRegNumsYear2Digit); }
 std::string LastNumsFile(const TConfiguration& config) { return Read(config, kLastNumsFile); }
 bool SqlLastNum(const TConfiguration& config) { return Read(config, kSqlLastNum); }
-bool ResetPrinterIndex(const TConfiguration& config) { return Read(config, kResetPrinterIndex); }
-bool Country31(const TConfiguration& config, bool fitter_mode) {
-  return Read(config, Flag{"Kord.ArmTI", "Country31", !fitter_mode});
-}
 std::int32_t ArcNum(const TConfiguration& config) { return Read(config, kArcNum); }
+void SetArcNum(TConfiguration& config, std::int32_t number) {
+  config.SetInteger(kArcNum.section, kArcNum.key, number);
+}
 std::string ArchiveId(const TConfiguration& config) { return Read(config, kTmrId); }
 std::string UpCaseDocs(const TConfiguration* config) {
   return config != nullptr ? Read(*config, kUpCaseDocs) : std::string(kUpCaseDocs.default_value);
 }
+bool HasEditorSetting(const TConfiguration& config, std::string_view type_code) {
+  return !Read(config, Text{type_code, "AG", ""}).empty();
+}
+std::string CheckedDocs(const TConfiguration& doc_check) { return Read(doc_check, kCheckedDocs); }
 std::int32_t MinOrdNumber(const TConfiguration& store) { return Read(store, kMinOrdNumber); }
 
 }  // namespace customsconv::settings

@@ -3,13 +3,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "config/configuration.h"
 
 namespace customsconv {
 
-// Every setting that the system reads from kord.ini, with its default in one
-// place: section, key, default and kind are in settings.cc.
+// Every setting that the system reads, with its default in one place: section, key, default and
+// kind are in settings.cc. They stand in kord.ini unless the line says otherwise.
 namespace settings {
 
 [[nodiscard]] bool CollapsePatternBlanks(const TConfiguration& config);   // [ED] NDSp
@@ -19,13 +20,16 @@ namespace settings {
 [[nodiscard]] bool NewYearNumber(const TConfiguration& config);
 [[nodiscard]] bool RegNumsYear2Digit(const TConfiguration& config);  // [System]
 [[nodiscard]] std::string LastNumsFile(const TConfiguration& config);
-[[nodiscard]] bool SqlLastNum(const TConfiguration& config);         // [Kord]
-[[nodiscard]] bool ResetPrinterIndex(const TConfiguration& config);  // [Print]
-[[nodiscard]] bool Country31(const TConfiguration& config, bool fitter_mode);
+[[nodiscard]] bool SqlLastNum(const TConfiguration& config);      // [Kord]
 [[nodiscard]] std::int32_t ArcNum(const TConfiguration& config);  // [Tmr]
+void SetArcNum(TConfiguration& config, std::int32_t number);
 [[nodiscard]] std::string ArchiveId(const TConfiguration& config);
 // [Common] UpCaseDocs; a null configuration gives the default.
 [[nodiscard]] std::string UpCaseDocs(const TConfiguration* config);
+// [<type code>] AG, in kord.ini or DOCUMENT.INI.
+[[nodiscard]] bool HasEditorSetting(const TConfiguration& config, std::string_view type_code);
+// [Common] CheckedDocs of DOCCHECK.INI.
+[[nodiscard]] std::string CheckedDocs(const TConfiguration& doc_check);
 // [Kord.ArmTI] MinOrdNumber of the numbering store.
 [[nodiscard]] std::int32_t MinOrdNumber(const TConfiguration& store);
 

@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "base/error.h"
 #include "base/short_text.h"
 #include "customsconv.h"
 #include "entry/exported_functions.h"
+#include "entry/failure_text.h"
 
 // Defined by hosts that are not written in C++; unresolved in all others.
 extern "C" void customsconv_raise(const char* message, size_t size) __attribute__((weak));
@@ -65,10 +65,8 @@ Outcome RunFor(const Call& call) {
   if (customsconv_raise == nullptr) return call() ? Outcome::kTrue : Outcome::kFalse;
   try {
     return call() ? Outcome::kTrue : Outcome::kFalse;
-  } catch (const Error& error) {
-    PendingMessage() = error.text();
   } catch (const std::exception& error) {
-    PendingMessage() = error.what();
+    PendingMessage() = FailureText(error);
   }
   return Outcome::kRaised;
 }

@@ -1,7 +1,7 @@
 #include "entry/library.h"
 
-#include "base/error.h"
 #include "entry/conversion_driver.h"
+#include "entry/failure_text.h"
 #include "text/file_names.h"
 #include "xml/read/xml_container.h"
 #include "xml/write/document_writer.h"
@@ -32,10 +32,8 @@ bool Library::Xml2ArmTi(const ShortText& program_dir, const ShortText& rules_fil
     RunConversion(rules_file, xml_file, output_dir, state_.types(), tables_, state_.environment(),
                   observer);
     return true;
-  } catch (const Error& error) {
-    quiet_failure_ = error.text();
   } catch (const std::exception& error) {
-    quiet_failure_ = error.what();
+    quiet_failure_ = FailureText(error);
   }
   return false;
 }
@@ -63,11 +61,8 @@ bool Library::CheckDocuments(const ShortText& xml_file, LineList& errors, CheckO
       const std::string_view short_name = document->DocInfo().ShortName;
       if (!verdict.error_text.empty()) errors.Append(ErrorLine(short_name, verdict.error_text));
       if (observer != nullptr) observer->Checked(short_name, container.CurOccurrence(), verdict);
-    } catch (const Error& error) {
-      quiet_failure_ = error.text();
-      return false;
     } catch (const std::exception& error) {
-      quiet_failure_ = error.what();
+      quiet_failure_ = FailureText(error);
       return false;
     }
   }

@@ -1,7 +1,5 @@
 #include "entry/library_host.h"
 
-#include <optional>
-
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/posix_host.h"
 #include "platform/quiet_dialogs.h"
@@ -30,6 +28,11 @@ class LogDialogs : public QuietDialogs {
                     const std::vector<std::string>& choices) override {
     Log("choice: ", question);
     return QuietDialogs::Choose(title, question, choices);
+  }
+  // A wait for another station, of unknown length.
+  std::unique_ptr<Progress> StartProgress(std::string_view title, std::size_t steps) override {
+    if (steps == 0) Log("wait: ", title);
+    return QuietDialogs::StartProgress(title, steps);
   }
 
  private:

@@ -2,6 +2,7 @@
 
 #include "base/cp1251_literal.h"
 #include "base/error.h"
+#include "entry/failure_text.h"
 
 namespace customsconv {
 
@@ -29,10 +30,8 @@ bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_di
     const ShortText catalogue_file = JoinShort({environment_.data_path, kDcfFileName});
     types_ = std::make_unique<TDocTypeList>(catalogue_file, true, environment_);
     return true;
-  } catch (const Error& error) {
-    quiet_failure_ = error.text();
   } catch (const std::exception& error) {
-    quiet_failure_ = error.what();
+    quiet_failure_ = FailureText(error);
   }
   environment_.config = nullptr;
   config_.reset();

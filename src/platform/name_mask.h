@@ -6,8 +6,8 @@
 namespace customsconv {
 
 // Whether a file name (code page 1251, without folder) matches `mask`: "*"
-// stands for any characters, "?" for one; letter case does not matter. As the
-// family's masks mean it, "*.*" matches names without a dot too.
+// stands for any characters, "?" for one; letter case does not matter. "*.*" matches
+// names without a dot too.
 [[nodiscard]] bool MatchesMask(std::string_view name, std::string_view mask);
 
 }  // namespace customsconv

@@ -26,7 +26,7 @@ std::string ArchiveName(std::int32_t number, Environment& environment) {
 void StoreArchiveNumber(std::int32_t number, Environment& environment) {
   const NumberingLock lock(environment);
   RereadConfiguration(environment);
-  environment.config->SetInteger("Tmr", "ArcNum", number);
+  settings::SetArcNum(*environment.config, number);
 }
 
 }  // namespace

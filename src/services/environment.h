@@ -24,7 +24,7 @@ struct Environment {
   // schema folder.
   std::string aux_path;
   TConfiguration* config = nullptr;  // kord.ini; null before the start-up published it
-  SharedConfigurations& shared;      // the family's other ini files
+  SharedConfigurations& shared;      // ini files beside kord.ini
   KeptToday& today;                  // the date taken at its first use
 
   [[nodiscard]] int ThisYear() const { return host.clock.ThisYear(); }

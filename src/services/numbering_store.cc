@@ -17,7 +17,7 @@ std::string SharedCounterFile(const Environment& environment) {
   if (settings::SqlLastNum(*environment.config)) return {};
   const std::string name = settings::LastNumsFile(*environment.config);
   if (name.empty()) return {};
-  std::string path = ExpandFamilyPath(name, environment);
+  std::string path = ExpandProgramPath(name, environment);
   if (path.ends_with('\\')) path.pop_back();
   return path;
 }

@@ -26,7 +26,7 @@ std::string BasePath(const Environment& environment) {
   return base;
 }
 
-std::string ExpandFamilyPath(std::string_view path, const Environment& environment) {
+std::string ExpandProgramPath(std::string_view path, const Environment& environment) {
   std::string whole = ReplaceChar(path, '/', '\\');
   const bool from_root = whole.starts_with('\\');
   if (from_root && !whole.starts_with("\\\\")) {

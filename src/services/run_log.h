@@ -8,7 +8,7 @@
 namespace customsconv {
 
 // Appends "yyyy-mm-dd hh:nn:ss - " in local time, `text` and CR LF to the file. An
-// empty name means the family's default log, which is switched off: the line is dropped.
+// empty name means the default log, which is switched off: the line is dropped.
 // A log that cannot be written is told with a message; nothing is thrown.
 void LogLine(std::string_view text, std::string_view file_name, Host& host);
 

@@ -131,7 +131,7 @@ TEST_F(ProgramTest, CtrlCWhileConvertingLeavesWholeTables) {
 
 TEST_F(ProgramTest, AQuestionIsAnsweredByWhatIsTyped) {
   in_.Write("program/kord.ini", "[System]\r\nLastNumsFile=last.ini\r\n");
-  for (const std::string answer : {"\n", "2\n", "1\n"}) {
+  for (const std::string answer : {"\n", "2\n", "\x04", "1\n"}) {  // \x04 ends the input
     EXPECT_FALSE(fs::exists(in_ / "program/last.ini"));
     TerminalProcess program(Convert({"transit.xml"}));
     ASSERT_TRUE(program.WaitFor("2 - No")) << program.printed();

@@ -46,7 +46,7 @@ TEST(ProgramPaths, ExpandAgainstTheBaseFolder) {
   world.host.processes.executable_folder = "C:\\EXE\\";
   for (const auto& [base, path, whole] : cases) {
     world.environment.base_path = base;
-    EXPECT_EQ(ExpandFamilyPath(path, world), whole) << base << " and " << path;
+    EXPECT_EQ(ExpandProgramPath(path, world), whole) << base << " and " << path;
   }
 }
 

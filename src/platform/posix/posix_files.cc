@@ -90,7 +90,8 @@ class FolderLock : public FileLock {
 
 class HeldFile : public FileLock {
  public:
-  HeldFile(FileDescriptor file, std::string name) : file_(std::move(file)), name_(std::move(name)) {}
+  HeldFile(FileDescriptor file, std::string name)
+      : file_(std::move(file)), name_(std::move(name)) {}
   ~HeldFile() override { ::unlink(name_.c_str()); }
   HeldFile(const HeldFile&) = delete;
   HeldFile& operator=(const HeldFile&) = delete;
@@ -191,7 +192,7 @@ void PosixFiles::ClearOnce(const std::string& folder) {
 }
 
 // Exactly one of two that use the same letter case gets the file; all stations
-// of the family spell their marker files alike.
+// spell their marker files alike.
 bool PosixFiles::CreateNew(std::string_view path, std::string_view twin) {
   const std::string name = SystemName(path);
   if (!twin.empty() && ::link(SystemName(twin).c_str(), name.c_str()) == 0) return true;
