@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "catalogue/doc_type_list.h"
 #include "support/catalogue_builder.h"
 
 namespace customsconv {
@@ -15,16 +14,6 @@ std::string Codes(const TDocTypeList& types) {
 }
 
 std::string OneType(std::string_view code) { return "[" + std::string(code) + ".HEADER]\nX=1\n"; }
-
-// The first type of a catalogue that holds these HEADER lines.
-struct HeaderWorld {
-  explicit HeaderWorld(const std::string& header, const std::string& fields = "")
-      : world("[T1.HEADER]\n" + header + "[T1.Fields]\n" + fields),
-        types("Kordwin.dcf", false, world) {}
-  TDocInfo& Info() { return types.GetDocInfo("t1"); }
-  CatalogueWorld world;
-  TDocTypeList types;
-};
 
 TEST(Catalogue, ReadsAllFilesOfItsFolders) {
   CatalogueWorld world(OneType("b1") + OneType("KD"), "[Common]\nUpCaseDocs=xKDy\n");
@@ -79,7 +68,8 @@ TEST(Catalogue, KeepsTheFirstOfTwoTypesWithOneCode) {
 }
 
 TEST(Catalogue, RecognisesKeysByTheBeginningOfTheLine) {
-  HeaderWorld type(
+  TypeWorld type(
+      "",
       "FullNameX = = A b \n\n; shortname=comment\n ShortName=indented\nshortname=B\n"
       "DocFileLabel=abcdef\nBlankColor=#fF0010\nBlocksOnExtraPage=258\nGrouping=x\n"
       "HasBackSide=7x\nScriptRevise=true\nTablePrint=no\nAllUpCase=да\nDoubleSided=\n"
@@ -87,7 +77,7 @@ TEST(Catalogue, RecognisesKeysByTheBeginningOfTheLine) {
   const TDocInfo& info = type.Info();
   EXPECT_EQ(info.FullName, "A b");
   EXPECT_EQ(info.ShortName, "B");
-  EXPECT_EQ(type.world.host.dialogs.log, Lines{"message: DocFileLabel длиннее 5! T1:abcdef"});
+  EXPECT_EQ(type.host.dialogs.log, Lines{"message: DocFileLabel длиннее 5! T:abcdef"});
   EXPECT_EQ(info.BlankColor, 0xFF0010u);
   EXPECT_EQ(info.BlocksOnExtraPage, 2) << "kept in 8 bits";
   EXPECT_EQ(info.MainBlock, "") << "only the DOS catalogue's types get one from the page count";
@@ -103,10 +93,10 @@ TEST(Catalogue, RecognisesKeysByTheBeginningOfTheLine) {
 }
 
 TEST(Catalogue, ReadsValuesThatDependOnTheirForm) {
-  EXPECT_EQ(HeaderWorld("").Info().BlankColor, 0x808080u);
-  EXPECT_EQ(HeaderWorld("BlankColor=\n").Info().BlankColor, 0u);
-  EXPECT_EQ(HeaderWorld("HasBackSide=yes\n").Info().HasBackSide, 1);
-  EXPECT_EQ(ErrorOf([] { HeaderWorld("BlocksOnMainPage=2x\n"); }),
+  EXPECT_EQ(TypeWorld("").Info().BlankColor, 0x808080u);
+  EXPECT_EQ(TypeWorld("", "BlankColor=\n").Info().BlankColor, 0u);
+  EXPECT_EQ(TypeWorld("", "HasBackSide=yes\n").Info().HasBackSide, 1);
+  EXPECT_EQ(ErrorOf([] { TypeWorld("", "BlocksOnMainPage=2x\n"); }),
             "'2x' is not a valid integer value");
 }
 
@@ -129,10 +119,9 @@ TEST(Catalogue, GivesDosTypesTheMainBlockOfTheirSuccessor) {
 }
 
 TEST(Catalogue, FindsFieldNumbersUpToTheFirstEmptyHeaderLine) {
-  HeaderWorld type(
-      "cdatefieldX = d 1\n;x\nUsdRateField=R1\nCRateField=R2/none\n\nEurRateField=R1\n",
-      "R1=N9\nR2=N9\nD=D\n");
-  (void)type.Info().GetBasis(type.world);
+  TypeWorld type("R1=N9\nR2=N9\nD=D\n",
+                 "cdatefieldX = d 1\n;x\nUsdRateField=R1\nCRateField=R2/none\n\nEurRateField=R1\n");
+  (void)type.Basis();
   const TDocInfo& info = type.Info();
   EXPECT_EQ((std::vector<int>{info.DateFieldNo, info.CRateFieldNo1, info.CRateFieldNo2}),
             (std::vector{3, 2, 0}));
@@ -155,17 +144,17 @@ TEST(Catalogue, ReadsTheFirstExactSectionAlsoAfterTheFileChanged) {
 }
 
 TEST(Catalogue, NumbersFieldsOfTheTopAndTheMainBlock) {
-  HeaderWorld type("MainBlock=TOVAR\n", "G01=1\nTOVAR {\nG01=1\nG33=1\n}\nX {\nG44=1\n}\n");
-  const TDocProtect& numbering = type.Info().Numbering(type.world);
+  TypeWorld type("G01=1\nTOVAR {\nG01=1\nG33=1\n}\nX {\nG44=1\n}\n", "MainBlock=TOVAR\n");
+  const TDocProtect& numbering = type.Info().Numbering(type);
   const std::pair<const char*, int> ids[] = {
       {"g01", 1}, {"TOVAR", 2}, {"g33", 1001}, {"G44", 0}, {"", 0}};
   for (const auto& [name, id] : ids) EXPECT_EQ(numbering.FieldIdByName(name), id) << name;
 
-  HeaderWorld without_settings("X=1\n", "A=1\n");
-  without_settings.world.host.files.Remove("C:\\PROG\\DOCUMENT.INI");
-  const auto number = [&] { (void)without_settings.Info().Numbering(without_settings.world); };
+  TypeWorld without_settings("A=1\n");
+  without_settings.host.files.Remove("C:\\PROG\\DOCUMENT.INI");
+  const auto number = [&] { (void)without_settings.Info().Numbering(without_settings); };
   EXPECT_NE(ErrorOf(number), kNoError);
-  without_settings.world.config().SetString("T1", "AG", "1");
+  without_settings.config().SetString("T", "AG", "1");
   EXPECT_EQ(ErrorOf(number), kNoError);
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "catalogue/doc_type_list.h"
 #include "support/catalogue_builder.h"
 
 namespace customsconv {
@@ -29,32 +28,14 @@ std::string Tree(const TBasis& basis) {
   return text;
 }
 
-// A type T whose Fields section is the given text.
-struct TypeWorld {
-  explicit TypeWorld(const std::string& fields, const std::string& header = "FullName=T\n")
-      : world("[T.HEADER]\n" + header + "[T.Fields]\n" + fields),
-        types("Kordwin.dcf", false, world) {}
-  TBasis& Basis() { return types.GetDocInfo("T").GetBasis(world); }
-  CatalogueWorld world;
-  TDocTypeList types;
-};
-
 using TextPair = std::pair<const char*, const char*>;
 
 TEST(FieldsReader, UnderstandsFormats) {
-  const TextPair cases[] = {{"F=20", " 20"},
-                            {"F C20", "F1"},
-                            {"F=c20X3x5", "C20x3"},
-                            {"F=N", "N15"},
-                            {"F=N15.2", "N18.2"},
-                            {"F=D8", "D10"},
-                            {"F=D8 | NAMESPACE=\"a\"", "D8"},
-                            {"F=10,20,30", " 30x3,10,20,30"},
-                            {"F=C10,20X7", " 20x2,1,20"},
-                            {"F=10,,20,", " 20x2,10,20"},
-                            {"F=N5.1 4 | SEQ=\"1\"", "N7.1"},
-                            {"F=B|группа", "B1"}};
-  for (const auto& [line, sizes] : cases) {
+  for (const auto& [line, sizes] :
+       Cases({"F=20 ->  20", "F C20 -> F1", "F=c20X3x5 -> C20x3", "F=N -> N15", "F=N15.2 -> N18.2",
+              "F=D8 -> D10", "F=D8 | NAMESPACE=\"a\" -> D8", "F=10,20,30 ->  30x3,10,20,30",
+              "F=C10,20X7 ->  20x2,1,20", "F=10,,20, ->  20x2,10,20",
+              "F=N5.1 4 | SEQ=\"1\" -> N7.1", "F=B|группа -> B1"})) {
     EXPECT_EQ(Sizes(TypeWorld(line).Basis().Item(0)), sizes) << line;
   }
 }
@@ -68,14 +49,11 @@ TEST(FieldsReader, UpperCasesNamesUnlessBoundToXml) {
 }
 
 TEST(FieldsReader, NestsBlocksAndEndsThemAllAtASectionLine) {
-  const TextPair cases[] = {{"A=1\nB {\nC {\nD=1\n}\nE=1\n}\nF=1\n}\nG=1\n", "A B{C{D} E} F"},
-                            {"A {\nB {\nC=1\n[\nD=1\n", "A{B{C}}"},
-                            {"A {\nB {\nC=1", "A{B{C}}"},
-                            {"A {\nB=1\n&&BLOCK x\nC=1\n", "A{B} C"},
-                            {"&&BLOCK\nB=1\n}\nC=1\n", "BLOCK{B} C"},
-                            {"A { | x }\nB=1\n", "A B"},
-                            {"A {\n}\n", "A{}"}};
-  for (const auto& [fields, tree] : cases) {
+  for (const auto& [fields, tree] :
+       Cases({"A=1\nB {\nC {\nD=1\n}\nE=1\n}\nF=1\n}\nG=1\n -> A B{C{D} E} F",
+              "A {\nB {\nC=1\n[\nD=1\n -> A{B{C}}", "A {\nB {\nC=1 -> A{B{C}}",
+              "A {\nB=1\n&&BLOCK x\nC=1\n -> A{B} C", "&&BLOCK\nB=1\n}\nC=1\n -> BLOCK{B} C",
+              "A { | x }\nB=1\n -> A B", "A {\n}\n -> A{}"})) {
     EXPECT_EQ(Tree(TypeWorld(fields).Basis()), tree) << fields;
   }
 }
@@ -137,7 +115,7 @@ TEST(FieldsReader, NamesFileAndSectionOfWhatItCannotRead) {
   }
   TypeWorld type("EMPTY=\nA.B=x;1\n");
   EXPECT_EQ(Sizes(type.Basis().Item(0)), " 0");
-  EXPECT_EQ(type.world.host.dialogs.log,
+  EXPECT_EQ(type.host.dialogs.log,
             std::vector<std::string>{"message: Не указана длина поля EMPTY"});
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/dos_code_page.h"
+#include "catalogue/doc_type_list.h"
 #include "support/environment_builder.h"
 #include "support/table_image.h"
 
@@ -94,6 +95,17 @@ class CatalogueWorld : public TestEnvironment {
   }
 
   std::string kordwin_;
+};
+
+// A catalogue of one type T with these Fields and HEADER lines.
+struct TypeWorld : CatalogueWorld {
+  explicit TypeWorld(const std::string& fields, const std::string& header = "FullName=T\n",
+                     std::string_view kord_ini = {})
+      : CatalogueWorld("[T.HEADER]\n" + header + "[T.Fields]\n" + fields, kord_ini) {}
+  TDocInfo& Info() { return types.GetDocInfo("t"); }
+  TBasis& Basis() { return Info().GetBasis(*this); }
+
+  TDocTypeList types{"Kordwin.dcf", /*all_files=*/false, *this};
 };
 
 }  // namespace customsconv

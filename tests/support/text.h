@@ -1,9 +1,12 @@
 #ifndef CUSTOMSCONV_TESTS_SUPPORT_TEXT_H_
 #define CUSTOMSCONV_TESTS_SUPPORT_TEXT_H_
 
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "base/error.h"
 #include "base/unicode.h"
@@ -35,6 +38,17 @@ template <typename Callable>
     return error.text();
   }
   return std::string(kNoError);
+}
+
+// The rows "input -> expected" of a table of cases as pairs.
+[[nodiscard]] inline std::vector<std::pair<std::string, std::string>> Cases(
+    std::initializer_list<std::string_view> rows) {
+  std::vector<std::pair<std::string, std::string>> cases;
+  for (const std::string_view row : rows) {
+    const std::size_t arrow = row.find(" -> ");
+    cases.emplace_back(row.substr(0, arrow), row.substr(arrow).substr(4));
+  }
+  return cases;
 }
 
 }  // namespace customsconv

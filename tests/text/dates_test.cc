@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/text.h"
+#include "text/date_finder.h"
 #include "text/date_format.h"
 #include "text/date_forms.h"
 
@@ -14,12 +15,11 @@ constexpr int kThisYear = 2026;
 std::string Shown(std::optional<Date> date) { return date ? LocalDateText(*date) : "none"; }
 
 TEST(Dates, LocalShortFormatIsStrict) {
-  const std::pair<const char*, const char*> cases[] = {{" 5.3.2009\t", "05.03.2009"},
-                                                       {"31.12.95", "31.12.1995"},
-                                                       {"1.1.76", "01.01.1976"},
-                                                       {"1.1.75", "01.01.2075"},
-                                                       {"1.1.6", "01.01.2006"}};
-  for (const auto& [text, date] : cases) EXPECT_EQ(Shown(ParseLocalDate(text, kThisYear)), date);
+  for (const auto& [text, date] :
+       Cases({" 5.3.2009\t -> 05.03.2009", "31.12.95 -> 31.12.1995", "1.1.76 -> 01.01.1976",
+              "1.1.75 -> 01.01.2075", "1.1.6 -> 01.01.2006"})) {
+    EXPECT_EQ(Shown(ParseLocalDate(text, kThisYear)), date);
+  }
   for (const char* text :
        {"29.02.2023", "1.1.202", "1.1.20241", "05-03-2009", "05.03", "5.3.9 1"}) {
     EXPECT_EQ(Shown(ParseLocalDate(text, kThisYear)), "none") << text;
@@ -60,37 +60,30 @@ TEST(Dates, FormatsWrite) {
 }
 
 TEST(Dates, FormsChangeByPosition) {
-  const std::pair<std::string, std::string> cases[] = {
-      {DottedFromYearFirst("2015-06-11"), "11.06.2015"},
-      {DottedFromYearFirst("year?mo?da"), "da.mo.year"},
-      {SixDigitsFromYearFirst("2015-06-11"), "110615"},
-      {DottedFromDayFirst("11/06/2015"), "11.06.2015"},
-      {DottedFromDayFirst("11-06-15"), "11.06.15"},
-      {SixDigitsFromDayFirst("11.06.2015"), "110615"},
-      {SixDigitsFromDayFirst("1.6.15"), "1..115"},
-      {SixDigitsFromDayFirst("1."), "1.1."},
-      {CompactDate("17.03.2026", false), "170326"},
-      {CompactDate("2026-3/17", false), "26317"},
-      {CompactDate("17.03.2026", true), "17032026"},
-      {CompactDate("2026", false), "26"},
-      {DottedFromDigits("110615"), "11.06.15"},
-      {DottedFromDigits("11062015"), "11.06.2015"},
-      {DottedFromDigits("11065"), "11.06.05"},
-      {DottedFromDigits("11065", '9'), "11.06.95"},
-      {DottedFromDigits("1106201"), ""},
-      {WithoutCentury("11062015"), "110615"},
-      {WithoutCentury("110615"), "110615"},
-      {SixDigitsFromTable("20150611"), "110615"},
-      {DottedFromTable("20150611"), "11.06.15"},
-      {DottedFromTable("201506"), ".06.15"},
-      {DottedFromTable(""), ".."},
-      {TableDigits(*DateOf({2015, 6, 1})), "20150601"},
-      {TableDigits(*DateOf({915, 6, 11})), "09150611"},
-      {XmlDateText(*DateOf({2015, 6, 1})), "2015-06-01"},
-      {CompactDateText(*DateOf({2015, 6, 1}), 4), "01062015"},
-      {CompactDateText(*DateOf({2015, 6, 1}), 2), "010615"},
-      {CompactDateText(*DateOf({2015, 6, 1}), 1), "01065"}};
-  for (const auto& [text, expected] : cases) EXPECT_EQ(text, expected);
+  using Form = std::string (*)(std::string_view);
+  const Form compact = [](std::string_view date) { return CompactDate(date, false); };
+  const Form from_digits = [](std::string_view digits) { return DottedFromDigits(digits); };
+  const std::pair<Form, std::vector<std::pair<std::string, std::string>>> forms[] = {
+      {DottedFromYearFirst, Cases({"2015-06-11 -> 11.06.2015", "year?mo?da -> da.mo.year"})},
+      {SixDigitsFromYearFirst, Cases({"2015-06-11 -> 110615"})},
+      {DottedFromDayFirst, Cases({"11/06/2015 -> 11.06.2015", "11-06-15 -> 11.06.15"})},
+      {SixDigitsFromDayFirst, Cases({"11.06.2015 -> 110615", "1.6.15 -> 1..115", "1. -> 1.1."})},
+      {compact, Cases({"17.03.2026 -> 170326", "2026-3/17 -> 26317", "2026 -> 26"})},
+      {from_digits,
+       Cases({"110615 -> 11.06.15", "11062015 -> 11.06.2015", "11065 -> 11.06.05", "1106201 -> "})},
+      {WithoutCentury, Cases({"11062015 -> 110615", "110615 -> 110615"})},
+      {SixDigitsFromTable, Cases({"20150611 -> 110615"})},
+      {DottedFromTable, Cases({"20150611 -> 11.06.15", "201506 -> .06.15", " -> .."})}};
+  for (const auto& [form, cases] : forms) {
+    for (const auto& [text, expected] : cases) EXPECT_EQ(form(text), expected);
+  }
+  EXPECT_EQ(CompactDate("17.03.2026", true), "17032026");
+  EXPECT_EQ(DottedFromDigits("11065", '9'), "11.06.95");
+  const Date june = *DateOf({2015, 6, 1});
+  EXPECT_EQ(TableDigits(june) + " " + XmlDateText(june), "20150601 2015-06-01");
+  EXPECT_EQ(TableDigits(*DateOf({915, 6, 11})), "09150611");
+  EXPECT_EQ(CompactDateText(june, 4) + " " + CompactDateText(june, 2), "01062015 010615");
+  EXPECT_EQ(CompactDateText(june, 1), "01065");
 }
 
 TEST(Dates, RegistrationDaysWithAndWithoutTheEnds) {
@@ -99,6 +92,72 @@ TEST(Dates, RegistrationDaysWithAndWithoutTheEnds) {
     EXPECT_EQ(MayBeRegistrationDay(day, today, EndDays::kIncluded), day >= first && day <= last);
     EXPECT_EQ(MayBeRegistrationDay(day, today, EndDays::kExcluded), day > first && day < last);
   }
+}
+
+DateSearch Search(bool strict = false, std::size_t limit = 0) {
+  DateSearch search;
+  search.strict = strict;
+  search.limit = limit;
+  search.this_year = 2026;
+  return search;
+}
+
+// All dates of the text, as "text@position".
+std::string Dates(std::string_view utf8, const DateSearch& search) {
+  const std::string text = Win(utf8);
+  std::string dates;
+  std::size_t n = 1;
+  for (FoundDate date = ExtractDate(n, text, search); !date.text.empty();
+       date = ExtractDate(++n, text, search)) {
+    if (n > 1) dates += ' ';
+    dates += date.text + '@' + std::to_string(date.position);
+  }
+  EXPECT_EQ(CountDates(text, search), n - 1) << utf8;
+  return dates;
+}
+
+TEST(DateFinder, FindsDatesInText) {
+  for (const auto& [text, dates] :
+       Cases({"1.2.24 -> 1.2.24@1", "-01.02.2024 -> 01.02.2024@2", "1.2.24.5 -> 1.2.24@1",
+              "45.13.24.1.2.24 -> 1.2.24@10", "31.2.24 1/3/24 -> 1/3/24@9",
+              "№1-2 1-2-24,3/4/25 -> 1-2-24@6 3/4/25@13"})) {
+    EXPECT_EQ(Dates(text, Search()), dates) << text;
+  }
+  for (const char* text :
+       {"01.02.202", "01.02-2024", "101.02.2024", "1.1.1.2.24", "12345-01.02.2024", "30.12.1899"}) {
+    EXPECT_EQ(Dates(text, Search()), "") << text;
+  }
+  EXPECT_EQ(Dates("01.02.2024 3.4.25", Search(false, 8)), "01.02.20@1");
+  DateSearch slashes = Search();
+  slashes.separators = CharSet("/");
+  EXPECT_EQ(CountDates("1.2.24 3/4/25", slashes), 1U);
+}
+
+TEST(DateFinder, StrictModeLooksAtTheNeighbours) {
+  EXPECT_EQ(Dates("от1.2.2024г (3.4.25)С5.6.24ПО", Search(true)), "1.2.2024@3 3.4.25@14 5.6.24@22");
+  for (const char* text : {"А1.2.2024", "#1.2.24", "1.2.2024.", "г1.2.24", "1.2.2024т"}) {
+    EXPECT_EQ(Dates(text, Search(true)), "") << text;
+    EXPECT_NE(Dates(text, Search(false)), "") << text;
+  }
+}
+
+TEST(DateFinder, RemovesWhatBelongsToTheDate) {
+  for (const auto& [text, rest] :
+       Cases({"Счет от 1.2.2024г. №5 -> Счет№5", "счет_ДО__1.2.24  Г, а -> счет, а",
+              "а,1.2.24г.;б -> а,;б", "5 с 1.2.24 по -> 5по", "а 1.2.24 год -> агод",
+              "лот с 1.2.24 -> лот", "полет 1.2.24 -> полет", "с 1.2.24 г -> с"})) {
+    std::string remaining = Win(text);
+    const FoundDate expected = ExtractDate(1, remaining, Search());
+    const FoundDate removed = RemoveDate(1, remaining, Search());
+    EXPECT_EQ(Utf8(remaining), rest);
+    EXPECT_EQ(removed.position, expected.position);
+  }
+}
+
+TEST(DateFinder, LastDate) {
+  EXPECT_EQ(ExtractLastDate("1.2.24 3.4.25 5", 0, 2026).text, "3.4.25");
+  EXPECT_EQ(ExtractLastDate("1.2.24 3.4.25 5", 9, 2026).text, "1.2.24");
+  EXPECT_EQ(ExtractLastDate("1.2.x24", 0, 2026).text, "");
 }
 
 }  // namespace

@@ -1,34 +1,31 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "support/text.h"
 #include "text/blanks.h"
+#include "text/file_names.h"
 #include "text/text_split.h"
+#include "text/words.h"
 #include "text/xml_escape.h"
 
 namespace customsconv {
 namespace {
 
-TEST(Blanks, TrimmingTakesEveryByteUpTo32) {
-  const std::string text("\0\x1F a b\t\r\n", 9);
-  EXPECT_EQ(Trim(text), "a b");
+TEST(Blanks, TrimmingTakesEveryByteUpTo32AndShortFormsCutFirst) {
+  EXPECT_EQ(Trim(std::string_view("\0\x1F a b\t\r\n", 9)), "a b");
   EXPECT_EQ(Trim("\xA0"), "\xA0");
-}
-
-TEST(Blanks, ShortFormsCutBeforeTheyTrim) {
   const std::string text = " " + std::string(253, 'x') + "  tail";
   EXPECT_EQ(TrimBlanks(text), std::string(253, 'x'));
   EXPECT_EQ(TrimBlanksLeft(text), std::string(253, 'x') + " ");
 }
 
-TEST(Blanks, PaddingEndsAt255AndKeepsLongerTexts) {
+TEST(Blanks, PaddingEndsAt255AndCleaningCollapses) {
   EXPECT_EQ(PadRight("ab", '.', 4), "ab..");
   EXPECT_EQ(PadLeft("17", '0', 7), "0000017");
   EXPECT_EQ(PadRight("a", 'b', 1000).size(), 255U);
   EXPECT_EQ(PadRight(std::string(300, 'a'), 'b', 1000).size(), 300U);
   EXPECT_EQ(PadLeft(std::string(300, 'a'), 'b', 1000).size(), 255U);  // short text
-}
-
-TEST(Blanks, CleaningOfTexts) {
   EXPECT_EQ(CollapseBlanks("  a   b \t  c"), " a b \t c");
   EXPECT_EQ(StripControls("a\r\nb \r\t", true), "a b");
   EXPECT_EQ(DropTail("abc", 4), "");
@@ -93,6 +90,88 @@ TEST(XmlEscape, RecognisesIdentifiers) {
   EXPECT_TRUE(IsGuid("{{" + guid + "}}"));
   EXPECT_FALSE(IsGuid("0F8fAD5bd-9cb-469f-a165-70867728950e"));
   EXPECT_FALSE(IsGuid("0F8fAD5b-d9cb-469f-a165-70867728950g"));
+}
+
+using WordList = std::vector<std::string_view>;
+
+TEST(Words, RunsOfDelimitersSeparateOnce) {
+  EXPECT_EQ(Words(",,a;,b c,", ",;"), (WordList{"a", "b c"}));
+  EXPECT_EQ(WordCount(",,a,,b,", ","), 2U);
+  EXPECT_EQ(ExtractWord(2, ",,a,,b,", ","), "b");
+  EXPECT_EQ(ExtractWord(0, ",,a,,b,", ","), "");
+  EXPECT_EQ(ExtractWord(3, ",,a,,b,", ","), "");
+  EXPECT_EQ(TextFromWord(1, "__a_ b__c \r\n", "_"), "b__c");  // counts from 0
+  EXPECT_EQ(TextFromWord(3, "__a_b__c", "_"), "");
+}
+
+TEST(Words, DelimitersInsideQuotesDoNotSeparate) {
+  EXPECT_EQ(WordsQuoted("\"a,b\",c", ","), (WordList{"\"a,b\"", "c"}));
+  EXPECT_EQ(WordsQuoted("x\",\"y,,z", ","), (WordList{"x\",\"y", "z"}));
+  EXPECT_EQ(WordsQuoted("a,\"b,c", ","), (WordList{"a", "\"b,c"}));
+  EXPECT_EQ(ExtractWordQuoted(1, "\"a,b\",c", ","), "\"a,b\"");
+}
+
+TEST(Positions, CountFromOneAndAreZeroWhenAbsent) {
+  EXPECT_EQ(PosFrom("ab", "abcab", 2), 4U);
+  EXPECT_EQ(PosFrom("ab", "abcab", 60), 0U);
+  EXPECT_EQ(PosFromNoCase(Win("ёж"), Win("Ёлка ЁЖИК"), 1), 6U);
+  EXPECT_EQ(PosFromNoCase("[", "{", 1), 0U);  // no letters, though 32 apart
+  EXPECT_EQ(PosFromNoCase("a", "A", 3), 0U);
+  EXPECT_EQ(LastPos("x", std::string(255, '-') + "x"), 0U);  // short text ends before it
+  EXPECT_EQ(PosChar("abca", 'a', 2), 4U);
+  EXPECT_EQ(PosInRange("cd", "abcdcd", 3, 5), 0U);  // would end beyond the range
+  EXPECT_EQ(PosInRange("cd", "abcdcd", 3, 600), 2U);
+  EXPECT_EQ(CopyRange("abcdef", 1, 30, 4), "bcd");
+  EXPECT_EQ(CopyRange("abcdef", 4, 30, 400), "ef");
+}
+
+TEST(Positions, InLongTextsAreThoseOfAnyText) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text(random() % 300, ' ');
+    for (char& c : text) c = "<ab>"[random() % 4];
+    const std::string pattern = text.substr(0, random() % 9);
+    const std::size_t from = random() % 310;
+    EXPECT_EQ(FindInLong(text, pattern, from), text.find(pattern, from)) << text << from;
+  }
+}
+
+TEST(Texts, ReplaceAndCompare) {
+  EXPECT_EQ(ReplaceAll("aaaaa", "aa", "b"), "bba");
+  EXPECT_EQ(ReplaceAll("ab", "b", "bbb"), "abbb");
+  EXPECT_EQ(ReplaceAll("ab", "", "x"), "ab");
+  EXPECT_TRUE(SameStr(std::nullopt, std::nullopt));
+  EXPECT_FALSE(SameStr("a", "A"));
+  EXPECT_FALSE(SameTextFast("", std::nullopt));
+  EXPECT_TRUE(SameTextFast(Win("Ёж"), Win("ёЖ")));
+}
+
+TEST(FileNames, PartsOfAPath) {
+  const struct {
+    std::string_view path, drive, folder_part, folder, name, base_name;
+  } cases[] = {{"C:\\OUT\\A.B.DBF", "C:", "C:\\OUT\\", "C:\\OUT", "A.B.DBF", "A.B"},
+               {"c:\\A", "c:", "c:\\", "c:\\", "A", "A"},
+               {"C:A.DBF", "C:", "C:", "C:", "A.DBF", "A"},
+               {"out.d/A", "", "out.d/", "out.d", "A", "A"},
+               {"/a", "", "/", "/", "a", "a"},
+               {"a", "", "", "", "a", "a"},
+               {"/mnt/smb:s/12:30.xml", "", "/mnt/smb:s/", "/mnt/smb:s", "12:30.xml", "12:30"},
+               {"\xC0:x", "", "", "", "\xC0:x", "\xC0:x"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(DriveOf(c.path), c.drive) << c.path;
+    EXPECT_EQ(FolderPart(c.path), c.folder_part) << c.path;
+    EXPECT_EQ(ExtractFileFolder(c.path), c.folder) << c.path;
+    EXPECT_EQ(FileNameOf(c.path), c.name) << c.path;
+    EXPECT_EQ(ExtractFileBaseName(c.path), c.base_name) << c.path;
+  }
+}
+
+TEST(FileNames, ExtensionsAndClosingSeparators) {
+  EXPECT_EQ(ForceExtension("C:\\a.b\\DBRHEAD", "DBF"), "C:\\a.b\\DBRHEAD.DBF");
+  EXPECT_EQ(ChangeExtension("a.b\\C.D.E", "DBF"), "a.b\\C.D.DBF");
+  EXPECT_EQ(ChangeExtension("a.b\\C", ".DBF"), "a.b\\C.DBF");
+  EXPECT_EQ(WithTrailingBackslash("/a/"), "/a/");
+  EXPECT_EQ(WithTrailingBackslash(""), "");
 }
 
 }  // namespace

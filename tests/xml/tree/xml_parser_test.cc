@@ -38,41 +38,35 @@ std::string Dump(const TXMLNode& node) {
 std::string DumpOf(const std::string& text) { return Dump(XmlTree(text).root()); }
 
 TEST(XmlTree, ReadsElementsAttributesAndContent) {
-  const Case cases[] = {{"", ""},
-                        {"<a></a>", "a"},
-                        {"<a> x </a>", "a{\" x \"}"},
-                        {"<a>\n <b/>\n <c> </c>tail\n</a>", "a{b c \"tail\n\"}"},
-                        {"<n:a x='1' y =\"q'q\"\n/>", "n:a(x=\"1\")(y=\"q'q\")"},
-                        {"<a><![CDATA[<b>&amp;]]></a>", "a{[<b>&amp;]}"},
-                        {"<a><!-- b --> \n c</a>", "a{! b ! \"c\"}"},
-                        {"<!-- one --><!--two-->\n<a/>", "a"},
-                        {"<a><?b c='d'?><e/></a>", "a{e}"},
-                        {"\xEF\xBB\xBF<a/>", "a"},
-                        {"   <a/>", "a"},  // any three bytes pass for a byte order mark
-                        {"<$%*-.0:@A_z\xC0\xFF/>", "$%*-.0:@A_z\xC0\xFF"},
-                        // What the parser itself decodes; the rest is left to DecodeXmlEntities.
-                        {"<a>1 &amp;lt; 2</a>", "a{\"1 &lt; 2\"}"},
-                        {"<a>&lt;&amp;&quot;&gt;&#65;&</a>", "a{\"<&&quot;&gt;&#65;&\"}"},
-                        {"<a b='x&quot;y&amp;quot;&lt;'/>", "a(b=\"x\"y&quot;&lt;\")"}};
-  for (const Case& c : cases) EXPECT_EQ(DumpOf(c.text), c.expected) << c.text;
+  // Any three bytes pass for a byte order mark. Of entities the parser itself decodes some, the
+  // rest is left to DecodeXmlEntities.
+  for (const auto& [text, expected] :
+       Cases({" -> ", "<a></a> -> a", "<a> x </a> -> a{\" x \"}",
+              "<a>\n <b/>\n <c> </c>tail\n</a> -> a{b c \"tail\n\"}",
+              "<n:a x='1' y =\"q'q\"\n/> -> n:a(x=\"1\")(y=\"q'q\")",
+              "<a><![CDATA[<b>&amp;]]></a> -> a{[<b>&amp;]}",
+              "<a><!-- b --> \n c</a> -> a{! b ! \"c\"}", "<!-- one --><!--two-->\n<a/> -> a",
+              "<a><?b c='d'?><e/></a> -> a{e}", "\xEF\xBB\xBF<a/> -> a", "   <a/> -> a",
+              "<$%*-.0:@A_z\xC0\xFF/> -> $%*-.0:@A_z\xC0\xFF",
+              "<a>1 &amp;lt; 2</a> -> a{\"1 &lt; 2\"}",
+              "<a>&lt;&amp;&quot;&gt;&#65;&</a> -> a{\"<&&quot;&gt;&#65;&\"}",
+              "<a b='x&quot;y&amp;quot;&lt;'/> -> a(b=\"x\"y&quot;&lt;\")"})) {
+    EXPECT_EQ(DumpOf(text), expected) << text;
+  }
 }
 
 TEST(XmlTree, ForgivesWhatFilesOfTheFieldGetWrong) {
-  const Case cases[] = {{"<a><b>x", "a{b{\"x\"}}"},
-                        {"<a/>trailing text", "a"},
-                        {"<a><![CDATA[x]", "a{[x]]}"},
-                        {"<r><a>x</ab>y</r>", "r{a{\"x\"} \">y\"}"},
-                        {"<a>x</a", "a{\"x\"}"},
-                        {"<a ! b='c' ? \"q\" d='e'>x</a>", "a(b=\"c\")(d=\"e\"){\"x\"}"},
-                        {"<r><a / b='c'>x</r>", "r{a(b=\"c\") \"x\"}"},
-                        // Where no name or value stands, the last one that was read is taken over.
-                        {"<a b=/>x</a>", "a(b=\"b\"){\"x\"}"},
-                        {"<a ' b '='c'/>", "a(b=\"c\")"},
-                        {"<a ='c'/>", "a(a=\"c\")"},
-                        {"<a>< ></a></a>", "a{a}"},
-                        {"<a><!ELEMENT b>c</a>", "a{a \"ELEMENT b>c\"}"},
-                        {"<?xml version='1.1'?><!DOCTYPE a><a/>", "1.1"}};
-  for (const Case& c : cases) EXPECT_EQ(DumpOf(c.text), c.expected) << c.text;
+  // Where no name or value stands, the last one that was read is taken over.
+  for (const auto& [text, expected] :
+       Cases({"<a><b>x -> a{b{\"x\"}}", "<a/>trailing text -> a", "<a><![CDATA[x] -> a{[x]]}",
+              "<r><a>x</ab>y</r> -> r{a{\"x\"} \">y\"}", "<a>x</a -> a{\"x\"}",
+              "<a ! b='c' ? \"q\" d='e'>x</a> -> a(b=\"c\")(d=\"e\"){\"x\"}",
+              "<r><a / b='c'>x</r> -> r{a(b=\"c\") \"x\"}", "<a b=/>x</a> -> a(b=\"b\"){\"x\"}",
+              "<a ' b '='c'/> -> a(b=\"c\")", "<a ='c'/> -> a(a=\"c\")", "<a>< ></a></a> -> a{a}",
+              "<a><!ELEMENT b>c</a> -> a{a \"ELEMENT b>c\"}",
+              "<?xml version='1.1'?><!DOCTYPE a><a/> -> 1.1"})) {
+    EXPECT_EQ(DumpOf(text), expected) << text;
+  }
 }
 
 TEST(XmlTree, RefusesWithTheParsersMessages) {
@@ -122,17 +116,16 @@ TEST(TXMLNode, FindsNamesWithAndWithoutPrefix) {
 }
 
 TEST(DecodeXmlEntities, DecodesNamesThenDecimalReferences) {
-  const Case cases[] = {{"&apos;&gt;&lt;&quot;&amp;", "'><\"&"},
-                        {"&amp;lt;&amp;amp;", "&lt;&amp;"},
-                        {"&Amp;&nbsp;& &", "&Amp;&nbsp;& &"},
-                        {"&#65;&#192;&#255;&#256;&#1040;&#99999999999999999999;", "A\xC0\xFF???"},
-                        {"&#0;&#;&#x41;&#-5;&# 65;&#66;", "&#0;&#;&#x41;&#-5;&# 65;B"},
-                        {"&#65;&#65", "A&#65"},
-                        {"&#6&#65;&#66;", "&#6&#65;B"},
-                        {"&amp;#65;&#38;#38;#38;#65;&", "AA&"},
-                        {"&&#35;65;", "&#65;"}};
   std::string buffer;
-  for (const Case& c : cases) EXPECT_EQ(DecodeXmlEntities(c.text, buffer), c.expected) << c.text;
+  for (const auto& [text, expected] :
+       Cases({"&apos;&gt;&lt;&quot;&amp; -> '><\"&", "&amp;lt;&amp;amp; -> &lt;&amp;",
+              "&Amp;&nbsp;& & -> &Amp;&nbsp;& &",
+              "&#65;&#192;&#255;&#256;&#1040;&#99999999999999999999; -> A\xC0\xFF???",
+              "&#0;&#;&#x41;&#-5;&# 65;&#66; -> &#0;&#;&#x41;&#-5;&# 65;B", "&#65;&#65 -> A&#65",
+              "&#6&#65;&#66; -> &#6&#65;B", "&amp;#65;&#38;#38;#38;#65;& -> AA&",
+              "&&#35;65; -> &#65;"})) {
+    EXPECT_EQ(DecodeXmlEntities(text, buffer), expected) << text;
+  }
 }
 
 }  // namespace

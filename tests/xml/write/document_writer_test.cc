@@ -10,13 +10,10 @@
 namespace customsconv {
 namespace {
 
-// A type with the given Fields section, and one document of it.
-struct WriterWorld {
-  explicit WriterWorld(const std::string& fields, const std::string& header = "FullName=T\n",
-                       std::string_view kord_ini = {})
-      : world("[T.HEADER]\n" + header + "[T.Fields]\n" + fields + "\n", kord_ini),
-        types("Kordwin.dcf", false, world),
-        document("T", types, world) {
+// A type and one document of it.
+struct WriterWorld : TypeWorld {
+  template <typename... Texts>
+  explicit WriterWorld(const Texts&... texts) : TypeWorld(texts...) {
     document.OpenBlock("");
   }
   // Stores `value` (UTF-8) as it is, past the rules of the document.
@@ -36,9 +33,7 @@ struct WriterWorld {
     return text.substr(1);
   }
 
-  CatalogueWorld world;
-  TDocTypeList types;
-  TDocument document;
+  TDocument document{"T", types, *this};
 };
 
 // What one field with one value becomes.
@@ -154,14 +149,11 @@ TEST(DocumentWriter, CutsValuesIntoPieces) {
 }
 
 TEST(DocumentWriter, MakesNamesValid) {
-  const std::pair<const char*, const char*> cases[] = {{"Total Sum", "_Total_Sum"},
-                                                       {"1\"2&3'4<5>", "_1_2_3_4_5_"},
-                                                       {"1st", "G_1st"},
-                                                       {"-a", "G_-a"},
-                                                       {"_a", "_a"},
-                                                       {"Ёлка", "Ёлка"},
-                                                       {"яма", "яма"}};
-  for (const auto& [name, valid] : cases) EXPECT_EQ(Utf8(ValidElementName(Win(name))), valid);
+  for (const auto& [name, valid] :
+       Cases({"Total Sum -> _Total_Sum", "1\"2&3'4<5> -> _1_2_3_4_5_", "1st -> G_1st", "-a -> G_-a",
+              "_a -> _a", "Ёлка -> Ёлка", "яма -> яма"})) {
+    EXPECT_EQ(Utf8(ValidElementName(Win(name))), valid);
+  }
   EXPECT_EQ(Written("P#A<=C5", "1"), "<P>|<_A_ Name=\"P#A&lt;\">1</_A_>|</P>|");
 }
 
