@@ -60,7 +60,7 @@ std::string NamespacePrefixes::Declarations() const {
   return text;
 }
 
-std::string FieldNames::NameFor(std::string_view path) {
+std::string DraftNames::NameFor(std::string_view path) {
   const std::string whole = ReplaceChar(path, '.', '_');
   const std::vector<std::string_view> words = Words(whole, kPathSeparator);
   std::string name = whole;
@@ -76,6 +76,6 @@ std::string FieldNames::NameFor(std::string_view path) {
   return name;
 }
 
-bool FieldNames::TakePath(std::string_view path) { return paths_.insert(UpperCaseRu(path)).second; }
+bool DraftNames::TakePath(std::string_view path) { return paths_.insert(UpperCaseRu(path)).second; }
 
 }  // namespace customsconv

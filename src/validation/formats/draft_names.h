@@ -32,7 +32,7 @@ class NamespacePrefixes {
 };
 
 // Names of the fields of one level: no name twice, none longer than a path of a rules line takes.
-class FieldNames {
+class DraftNames {
  public:
   static constexpr std::size_t kMostBytes = 100;
 

@@ -64,7 +64,7 @@ class FieldsDraft {
   // A block that is being written.
   struct Level {
     std::size_t element;
-    FieldNames names;
+    DraftNames names;
   };
   // An element to come. `branch` is the number of the branch of a choice around it, 0 without.
   struct Step {
