@@ -64,7 +64,7 @@ CatalogueReader::CatalogueReader(TypeCollection& types, Environment& environment
 void CatalogueReader::ReadFile(const std::string& file_name, CatalogueKind kind) {
   const Files& files = environment_.host.files;
   if (!files.Exists(file_name)) Abort(std::string("Не найден системный файл "_cp1251) + file_name);
-  file_name_ = file_name;
+  file_name_ = types_.KeepFileName(file_name);
   kind_ = kind;
   current_ = nullptr;
   const std::size_t types_before = types_.Count();

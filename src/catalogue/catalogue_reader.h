@@ -40,7 +40,7 @@ class CatalogueReader {
   std::string up_case_docs_;
 
   // Of the file being read.
-  std::string file_name_;
+  std::string_view file_name_;
   CatalogueKind kind_ = CatalogueKind::kWindows;
   TDocInfo* current_ = nullptr;         // null between the HEADER sections
   std::unique_ptr<TDocInfo> left_out_;  // the current type when the catalogue does not take it

@@ -56,7 +56,7 @@ class TDocInfo {
   TDocInfo(const TDocInfo&) = delete;
   TDocInfo& operator=(const TDocInfo&) = delete;
 
-  std::string FileName;  // the catalogue file that defines the type
+  std::string_view FileName;  // the catalogue file that defines the type; kept by the catalogue
   std::string Code;
   std::string DocFileLabel, DocFileExt, FullName, ShortName, MainKey, MainBlock, MainQty;
   std::string GoodsBlock, KeyField, GCodeField, ConstrMain, ConstrBlock, XmlType;

@@ -100,7 +100,7 @@ TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environm
   }
   if (all_files) ReadAllFiles(reader, environment);
 
-  types_ = SortedByCode(types.Take());
+  types_ = SortedByCode(types.Take(file_names_));
   if (all_files) MarkCheckedTypes(*this, environment);
 }
 

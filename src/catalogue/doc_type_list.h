@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_CATALOGUE_DOC_TYPE_LIST_H_
 #define CUSTOMSCONV_CATALOGUE_DOC_TYPE_LIST_H_
 
+#include <forward_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,6 +42,7 @@ class TDocTypeList {
   [[nodiscard]] TDocInfo* TableSetOf(std::string_view table) const CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
+  std::forward_list<std::string> file_names_;  // the types point to them
   std::vector<std::unique_ptr<TDocInfo>> types_;
 };
 

@@ -1,7 +1,9 @@
 #ifndef CUSTOMSCONV_CATALOGUE_TYPE_COLLECTION_H_
 #define CUSTOMSCONV_CATALOGUE_TYPE_COLLECTION_H_
 
+#include <forward_list>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -30,14 +32,21 @@ class TypeCollection {
     codes_.Add(info->Code, static_cast<int>(types_.size()));
     return *types_.emplace_back(std::move(info));
   }
-  // Gives the types away; the collection is empty afterwards.
-  [[nodiscard]] std::vector<std::unique_ptr<TDocInfo>> Take() {
+  // Keeps the name of a file for its types, which point to it.
+  [[nodiscard]] std::string_view KeepFileName(std::string name) {
+    return file_names_.emplace_front(std::move(name));
+  }
+  // Gives the types and their files' names away; the collection is empty afterwards.
+  [[nodiscard]] std::vector<std::unique_ptr<TDocInfo>> Take(
+      std::forward_list<std::string>& file_names) {
     codes_.Clear();
+    file_names = std::exchange(file_names_, {});
     return std::exchange(types_, {});
   }
 
  private:
   std::vector<std::unique_ptr<TDocInfo>> types_;
+  std::forward_list<std::string> file_names_;
   KeyIndex codes_;
 };
 
