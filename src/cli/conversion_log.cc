@@ -82,7 +82,7 @@ void ConversionLog::EndFile(std::string_view error) {
 void ConversionLog::Release(std::string_view error) {
   context_.dialogs.ClearProgressLine();
   for (FileLog& file : waiting_) {
-    if (!error.empty() && !file.rows_added.empty()) {
+    if (!error.empty() && !file.converted.empty()) {
       file.converted.clear();
       file.rows_added.clear();
       file.error = OneLine(Utf8FromWin(error));

@@ -72,6 +72,12 @@ class TDbfCache {
   // waits for a living one. Throws DbfError naming the command for that where it may not be done.
   void UndoBrokenSave(std::string_view folder);
 
+  // Another process saves into the folder or has changed the file `path` since it had `stamp`.
+  [[nodiscard]] bool IsSavedMeanwhile(std::string_view folder, std::string_view path,
+                                      FileStamp stamp) const;
+  // Waits for who saves there, and keeps saves out.
+  [[nodiscard]] SaveLock LockToRead(std::string_view folder);
+
   // Some image differs from its file: it was changed since the last flush, or could not be
   // written.
   [[nodiscard]] bool HasUnsaved() const { return !changed_.empty(); }

@@ -55,18 +55,16 @@ DbfStatus TFileDbfFile::Open(std::string_view name, FileMode mode, OnError on_er
 
 DbfStatus TFileDbfFile::OpenExpanded(OnError on_error) {
   try {
-    if (!Attach()) {
+    LayoutResult found;
+    if (!AttachWhole(found)) {
       if (on_error == OnError::kReturn) return DbfStatus::kNoFile;
       throw DbfError(std::string(kMissing).append(file_name_));
     }
-    const auto image = bytes_.image();
-    LayoutResult found{image != nullptr ? image->layout : nullptr, {}};
-    if (!found.layout) found = ReadLayout(bytes_);
     if (!found.layout) {
       if (on_error == OnError::kReturn) return DbfStatus::kNotATable;
       throw DbfError(std::string(found.fault).append(file_name_));
     }
-    if (image != nullptr) image->layout = found.layout;
+    if (bytes_.image() != nullptr) bytes_.image()->layout = found.layout;
     layout_ = std::move(found.layout);
   } catch (const FileError&) {
     if (on_error == OnError::kThrow) throw;
@@ -77,26 +75,44 @@ DbfStatus TFileDbfFile::OpenExpanded(OnError on_error) {
   return DbfStatus::kOk;
 }
 
-// False when there is no such file.
-bool TFileDbfFile::Attach() {
-  TDbfMemoryStream* image = cache_.FindImage(path_);
-  if (image == nullptr) {
-    const Files& files = cache_.host().files;
-    cache_.UndoBrokenSave(FolderPart(path_));
-    if (!files.Exists(path_)) return false;
-    std::unique_ptr<FileStream> file = files.Open(path_, mode_);
-    file_time_ = file->Stamp();
-    const std::int64_t size = file->Size();
-    if (size >= kMinFileSize) {
-      becomes_image_ = !WantsToWrite() && size < kMaxImageSize;
-      bytes_ = TableBytes(std::move(file));
-      return true;
-    }
-    image = &cache_.Add(LoadImage(*file));
+// A table that another process changed while it was read is read once more, with saves kept out:
+// its record count and its size may not have been those of one moment. False when there is no such
+// file.
+bool TFileDbfFile::AttachWhole(LayoutResult& found) {
+  if (TDbfMemoryStream* image = cache_.FindImage(path_)) {
+    Use(*image, found);
+    return true;
   }
-  file_time_ = image->file_age;
-  bytes_ = TableBytes(*image);
+  const std::string_view folder = FolderPart(path_);
+  cache_.UndoBrokenSave(folder);
+  if (!Attach(found)) return false;
+  if (!cache_.IsSavedMeanwhile(folder, path_, file_time_)) return true;
+  if (bytes_.image() != nullptr) cache_.Drop(*bytes_.image());
+  Close();
+  const SaveLock lock = cache_.LockToRead(folder);
+  return Attach(found);
+}
+
+bool TFileDbfFile::Attach(LayoutResult& found) {
+  const Files& files = cache_.host().files;
+  if (!files.Exists(path_)) return false;
+  std::unique_ptr<FileStream> file = files.Open(path_, mode_);
+  file_time_ = file->Stamp();
+  const std::int64_t size = file->Size();
+  if (size >= kMinFileSize) {
+    becomes_image_ = !WantsToWrite() && size < kMaxImageSize;
+    bytes_ = TableBytes(std::move(file));
+    found = ReadLayout(bytes_);
+  } else {
+    Use(cache_.Add(LoadImage(*file)), found);
+  }
   return true;
+}
+
+void TFileDbfFile::Use(TDbfMemoryStream& image, LayoutResult& found) {
+  file_time_ = image.file_age;
+  bytes_ = TableBytes(image);
+  found = image.layout ? LayoutResult{image.layout, {}} : ReadLayout(bytes_);
 }
 
 bool TFileDbfFile::WantsToWrite() const { return (mode_ & kModeAccessMask) != kModeRead; }

@@ -16,6 +16,8 @@
 
 namespace customsconv {
 
+struct LayoutResult;
+
 // Result of opening, positioning and posting.
 enum class DbfStatus : std::uint16_t {
   kOk = 0,
@@ -141,7 +143,9 @@ class TFileDbfFile {
 
   [[nodiscard]] DbfStatus OpenExpanded(OnError on_error);
   // The cached image of the file, or the file itself when that is large.
-  [[nodiscard]] bool Attach();
+  [[nodiscard]] bool AttachWhole(LayoutResult& found);
+  [[nodiscard]] bool Attach(LayoutResult& found);
+  void Use(TDbfMemoryStream& image, LayoutResult& found);
   [[nodiscard]] std::unique_ptr<TDbfMemoryStream> LoadImage(FileStream& file) const;
   [[nodiscard]] std::unique_ptr<TDbfMemoryStream> Named(
       std::unique_ptr<TDbfMemoryStream> image) const;

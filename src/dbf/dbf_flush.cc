@@ -51,9 +51,13 @@ void TDbfCache::BeginSave(std::string_view folder) {
   ++save_;
   if (held_ && held_->folder == identity) return;
   Commit();
-  SaveLock own(host_, own_folder);
-  UndoAndTell(own_folder);
-  held_.emplace(host_, std::move(identity), std::move(own), folder);
+  held_.emplace(host_, std::move(identity), SaveLock(host_, own_folder), folder);
+  try {
+    UndoAndTell(own_folder);  // behind the marker: its holder may have the tables in memory
+  } catch (...) {
+    held_.reset();
+    throw;
+  }
 }
 
 void TDbfCache::EndSave() {
@@ -78,14 +82,20 @@ void TDbfCache::AbandonSave() {
       if (image->save == save_) image->Undo();
     }
     ForgetWritten();
-    if (!changed_.empty()) return;  // of earlier saves
+    if (!changed_.empty() || !lost_.empty()) return;  // of earlier saves
   }
+  for (TDbfMemoryStream* image : changed_) image->late = true;
   held_.reset();
 }
 
 void TDbfCache::Commit() {
-  if (!all_or_none_ || !held_) return held_.reset();
+  if (!all_or_none_) return held_.reset();
   Images images = changed_;
+  // Whoever does not mind our locks may have written since the save ended.
+  for (const TDbfMemoryStream* image : images) {
+    const FileStamp expected = image->replaces ? kNoStamp : image->file_age;
+    if (host_.files.Stamp(image->path) != expected) lost_ = image->path;
+  }
   if (!lost_.empty()) {
     for (TDbfMemoryStream* image : images) Drop(*image);
     held_.reset();
@@ -118,13 +128,29 @@ void TDbfCache::UndoBrokenSave(std::string_view folder) {
   if (!host_.files.Exists(path + std::string(journal::kFileName))) return;
   if (held_ && held_->folder == FolderIdentity(path)) return;
   try {
-    const SaveLock lock(host_, path);
-    UndoAndTell(path);
+    const SaveLock lock = LockToRead(path);
   } catch (const FileError& failure) {
     std::string text("Прерванное сохранение таблиц не отменено: "_cp1251);
     text.append(failure.text()).append(". Команда: customsconv tables recover "_cp1251);
     throw DbfError(text.append(path));
   }
+}
+
+bool TDbfCache::IsSavedMeanwhile(std::string_view folder, std::string_view path,
+                                 FileStamp stamp) const {
+  if (held_ && held_->folder == FolderIdentity(folder)) return false;
+  return host_.files.Exists(std::string(folder).append(journal::kFileName)) ||
+         host_.files.Stamp(path) != stamp;
+}
+
+SaveLock TDbfCache::LockToRead(std::string_view folder) {
+  const std::string path(folder);
+  SaveLock lock(host_, path);
+  if (host_.files.Exists(path + std::string(journal::kFileName))) {
+    const ExchangeLock marker(host_, path);
+    UndoAndTell(path);
+  }
+  return lock;
 }
 
 void TDbfCache::UndoAndTell(const std::string& folder) {
@@ -174,13 +200,14 @@ void TDbfCache::WriteFolder(const Images& due, Progress* progress) {
   std::optional<ExchangeLock> marker;
   try {
     if (!held_ || held_->folder != due.front()->folder) {
-      own.emplace(host_, folder);
-      UndoAndTell(folder);
+      own.emplace(LockToRead(folder));
       const auto late = [](const TDbfMemoryStream* image) { return image->late; };
       if (std::any_of(due.begin(), due.end(), late)) marker.emplace(host_, folder);
     }
   } catch (const SilentAbort&) {
-    return;  // the user gives the flush up for another station's sake
+    // The user gives the flush up for another station's sake, whose rows will come first.
+    for (TDbfMemoryStream* image : due) image->late = true;
+    return;
   } catch (const std::exception& failure) {
     for (TDbfMemoryStream* image : due) image->late = true;
     return ShowFailure(failure);

@@ -40,8 +40,9 @@ class Reader {
   std::string_view Text(std::uint64_t size) {
     if (size > bytes_.size() - at_) whole_ = false;
     if (!whole_) return {};
-    at_ += size;
-    return bytes_.substr(at_ - size, size);
+    const auto length = static_cast<std::size_t>(size);  // of what is there
+    at_ += length;
+    return bytes_.substr(at_ - length, length);
   }
   std::uint64_t Number(int size) {
     std::uint64_t number = 0;
@@ -97,6 +98,8 @@ Range ReadRange(Reader& reader) {
 Table ReadTable(Reader& reader) {
   Table table;
   table.name = reader.Text(reader.Number(2));
+  // A file of this folder and of no other.
+  if (table.name.empty() || table.name.find_first_of("\\/:") != std::string::npos) reader.Refuse();
   table.old_size = reader.Position();
   table.new_size = reader.Position();
   const std::uint64_t ranges = reader.Number(4);

@@ -143,14 +143,15 @@ void Undo(Host& host, const std::string& folder, const std::vector<Undoing>& tab
   host.files.SyncFolder(path);
 }
 
-// Opens the tables that were touched; the name of one that is somebody else's now.
+// Opens the tables that were touched; the name of one that is somebody else's now. Who holds the
+// locks since it wrote (`own`) need not ask: a write that ended anywhere is its own.
 std::string OpenToUndo(Host& host, const std::string& folder, const journal::Journal& journal,
-                       std::vector<Undoing>& opened) {
+                       bool own, std::vector<Undoing>& opened) {
   for (const journal::Table& table : journal.tables) {
     const std::string path = folder + table.name;
     const bool was_there = table.old_size != journal::kAbsent;
     auto file = host.files.Exists(path) ? host.files.Open(path, kShared) : nullptr;
-    if (file == nullptr ? was_there : !IsOurs(*file, table)) return table.name;
+    if (file == nullptr ? was_there : !own && !IsOurs(*file, table)) return table.name;
     opened.push_back({&table, was_there ? std::move(file) : nullptr});
   }
   return {};
@@ -173,7 +174,7 @@ Recovery RollBack(Host& host, const std::string& folder, const journal::Journal&
                   bool all_safe) {
   Recovery recovery{Recovery::Outcome::kUndone, journal.moment, journal.note, {}, {}};
   std::vector<Undoing> opened;
-  recovery.table = OpenToUndo(host, folder, journal, opened);
+  recovery.table = OpenToUndo(host, folder, journal, all_safe, opened);
   if (recovery.table.empty()) {
     Undo(host, folder, opened, all_safe);
   } else {

@@ -56,6 +56,7 @@ ExchangeLock::ExchangeLock(Host& host, std::string_view folder)
       twin_(std::string(FolderPart(path_)).append(kSaveLockFile)) {
   FileStamp seen = kNoStamp;
   while (!Take(seen)) seen = Wait();
+  own_ = host_.files.Stamp(path_);
   held_ = true;
 }
 
@@ -70,7 +71,7 @@ ExchangeLock::~ExchangeLock() {
 void ExchangeLock::Release() {
   if (!held_) return;
   held_ = false;
-  host_.files.Delete(path_);
+  if (host_.files.Stamp(path_) == own_) host_.files.Delete(path_);  // else somebody took it over
 }
 
 FileStamp ExchangeLock::Wait() {

@@ -54,6 +54,7 @@ class ExchangeLock {
   Host& host_;
   std::string path_;
   std::string twin_;  // the file of the SaveLock
+  FileStamp own_ = kNoStamp;  // of the marker that was made
   bool held_ = false;
 };
 

@@ -92,7 +92,9 @@ class HeldFile : public FileLock {
  public:
   HeldFile(FileDescriptor file, std::string name)
       : file_(std::move(file)), name_(std::move(name)) {}
-  ~HeldFile() override { ::unlink(name_.c_str()); }
+  ~HeldFile() override {
+    if (!name_.empty() && IsInPlace()) ::unlink(name_.c_str());
+  }
   HeldFile(const HeldFile&) = delete;
   HeldFile& operator=(const HeldFile&) = delete;
 
@@ -282,8 +284,11 @@ std::unique_ptr<FileLock> PosixFiles::HoldFile(std::string_view path) {
   const std::string name = SystemName(path);
   ClearOnce(FolderOf(name));
   for (;;) {
-    FileDescriptor file = FileDescriptor::Open(name, O_RDONLY | O_CREAT | O_NOFOLLOW);
+    // Some network drives lock only what may be written.
+    FileDescriptor file = FileDescriptor::Open(name, O_RDWR | O_CREAT | O_NOFOLLOW);
     if (!file.valid()) throw SystemFileError(Kind::kCreate, path, errno);
+    // Another user takes it over when its maker dies.
+    static_cast<void>(::fchmod(file.number(), 0666));
     // Where the file system keeps no locks, work goes on unguarded.
     if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return nullptr;
     auto held = std::make_unique<HeldFile>(std::move(file), name);
