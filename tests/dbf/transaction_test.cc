@@ -275,6 +275,37 @@ TEST_F(SaveTest, LateRowsAreWrittenUnderTheLockOrLostAndTold) {
   }
 }
 
+// Others may write where they take our locks over: their rows stay.
+TEST_F(SaveTest, WritesNothingOverWhatOthersWroteWhileItWaited) {
+  for (const bool all_or_none : {false, true}) {
+    SCOPED_TRACE(all_or_none);
+    FakeHost host;
+    SetUpWorld(host);
+    {
+      TDbfCache cache(host);
+      if (all_or_none) cache.SaveAllOrNone();
+      cache.BeginSave(kFolder);
+      Append(cache, "A", 1);
+      if (all_or_none) {
+        cache.EndSave();  // waits for its transaction
+      } else {
+        cache.AbandonSave();  // waits for the next flush, here the end
+      }
+      host.files[kFolder + "A.DBF"] = Rows(9);
+      EXPECT_EQ(ErrorOf([&] { cache.Commit(); }) == kNoError, !all_or_none);
+    }
+    EXPECT_EQ(host.files[kFolder + "A.DBF"].bytes(), Rows(9));
+    EXPECT_EQ(host.dialogs.exceptions.size(), all_or_none ? 0U : 1U);
+  }
+}
+
+TEST(Journal, NamesFilesOfItsOwnFolderOnly) {
+  for (const char* name : {"..\\A.DBF", "C:A.DBF", "/A.DBF", ""}) {
+    const journal::Journal made{"2024-03-15 10:30:00", "", {{name, -1, 10, {}}}};
+    EXPECT_EQ(journal::Read(Bytes(made)).form, journal::Form::kTorn) << name;
+  }
+}
+
 TEST(Journal, IsReadAsItWasWrittenOrNotAtAll) {
   journal::Table table{"A.DBF", 1000, 3000, {}};
   table.ranges = {{4, "\x01\x02\x03\x04", 4, journal::SectorSums(4, 4, "abcd")},
