@@ -33,7 +33,7 @@ std::string TDbfCache::PathOf(std::string_view table) const {
 }
 
 std::string TDbfCache::FolderIdentity(std::string_view folder) const {
-  return host_.files.Identity(std::string(folder).append(kSaveLockFile));
+  return host_.files.Identity(folder);
 }
 
 TDbfMemoryStream* TDbfCache::FindImage(const std::string& path) {
