@@ -8,7 +8,6 @@
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_image.h"
 #include "dbf/dbf_layout.h"
-#include "dbf/journal.h"
 #include "text/char_set.h"
 #include "text/file_names.h"
 #include "text/words.h"
@@ -125,7 +124,7 @@ void TDbfCache::ForgetWritten() {
 
 void TDbfCache::UndoBrokenSave(std::string_view folder) {
   const std::string path(folder);
-  if (!host_.files.Exists(path + std::string(journal::kFileName))) return;
+  if (!HasJournal(host_.files, path)) return;
   if (held_ && held_->folder == FolderIdentity(path)) return;
   try {
     const SaveLock lock = LockToRead(path);
@@ -139,14 +138,13 @@ void TDbfCache::UndoBrokenSave(std::string_view folder) {
 bool TDbfCache::IsSavedMeanwhile(std::string_view folder, std::string_view path,
                                  FileStamp stamp) const {
   if (held_ && held_->folder == FolderIdentity(folder)) return false;
-  return host_.files.Exists(std::string(folder).append(journal::kFileName)) ||
-         host_.files.Stamp(path) != stamp;
+  return HasJournal(host_.files, std::string(folder)) || host_.files.Stamp(path) != stamp;
 }
 
 SaveLock TDbfCache::LockToRead(std::string_view folder) {
   const std::string path(folder);
   SaveLock lock(host_, path);
-  if (host_.files.Exists(path + std::string(journal::kFileName))) {
+  if (HasJournal(host_.files, path)) {
     const ExchangeLock marker(host_, path);
     UndoAndTell(path);
   }

@@ -237,9 +237,13 @@ std::optional<TransactionFailure> WriteTables(Host& host, const std::string& fol
   return std::nullopt;
 }
 
+bool HasJournal(const Files& files, const std::string& folder) {
+  return files.ExistsAsWritten(folder + std::string(journal::kFileName));
+}
+
 Recovery Recover(Host& host, const std::string& folder) {
+  if (!HasJournal(host.files, folder)) return {};
   const std::string path = folder + std::string(journal::kFileName);
-  if (!host.files.Exists(path)) return {};
   const journal::Reading reading = journal::Read(host.files.Read(path));
   if (reading.form == journal::Form::kWhole) return RollBack(host, folder, reading.journal, false);
   if (reading.form == journal::Form::kUnknown) {

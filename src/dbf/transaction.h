@@ -55,6 +55,9 @@ struct Recovery {
   std::string kept_as;  // the journal's name from now on
 };
 
+// A save into the folder (with closing separator) is under way, or was when its process died.
+[[nodiscard]] bool HasJournal(const Files& files, const std::string& folder);
+
 // Undoes what a dead process left. The caller holds the folder's SaveLock. Throws FileError when
 // it cannot be done (now); the journal then stays.
 [[nodiscard]] Recovery Recover(Host& host, const std::string& folder);

@@ -100,6 +100,9 @@ class Files {
 
   // A file (not a folder) of that name exists.
   [[nodiscard]] virtual bool Exists(std::string_view path) const = 0;
+  // The same for a file that only this program makes, so that its name has one letter case: where
+  // it is not there, its folder is not searched for another spelling.
+  [[nodiscard]] virtual bool ExistsAsWritten(std::string_view path) const = 0;
   [[nodiscard]] virtual bool FolderExists(std::string_view path) const = 0;
   // kNoStamp when there is no such file.
   [[nodiscard]] virtual FileStamp Stamp(std::string_view path) const = 0;

@@ -107,6 +107,7 @@ class FakeFiles : public Files {
 
   // --- Files
   [[nodiscard]] bool Exists(std::string_view path) const override;
+  [[nodiscard]] bool ExistsAsWritten(std::string_view path) const override { return Exists(path); }
   [[nodiscard]] bool FolderExists(std::string_view path) const override;
   [[nodiscard]] FileStamp Stamp(std::string_view path) const override;
   [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;

@@ -25,6 +25,7 @@
 #include "platform/posix/share_locks.h"
 #include "platform/posix/system_error.h"
 #include "platform/posix/system_names.h"
+#include "text/file_names.h"
 
 namespace customsconv::posix {
 namespace {
@@ -123,6 +124,13 @@ bool IsFile(const dirent& entry, const std::string& folder) {
 
 bool PosixFiles::Exists(std::string_view path) const {
   const auto status = StatusAt(path);
+  return status && !S_ISDIR(status->st_mode);
+}
+
+bool PosixFiles::ExistsAsWritten(std::string_view path) const {
+  const std::string_view folder = FolderPart(path);
+  const std::string_view file = path.substr(folder.size());
+  const auto status = StatusOf(SystemName(folder) + SystemNameAsWritten(file));
   return status && !S_ISDIR(status->st_mode);
 }
 

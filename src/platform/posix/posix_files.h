@@ -21,6 +21,7 @@ class PosixFiles : public Files {
   explicit PosixFiles(std::function<void()> on_wait = [] {}) : on_wait_(std::move(on_wait)) {}
 
   [[nodiscard]] bool Exists(std::string_view path) const override;
+  [[nodiscard]] bool ExistsAsWritten(std::string_view path) const override;
   [[nodiscard]] bool FolderExists(std::string_view path) const override;
   [[nodiscard]] FileStamp Stamp(std::string_view path) const override;
   [[nodiscard]] std::string Read(std::string_view path, std::size_t limit = 0) const override;
