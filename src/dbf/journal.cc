@@ -13,16 +13,31 @@ constexpr std::size_t kLengthAt = 16;
 constexpr std::size_t kSumSize = 4;
 constexpr std::int64_t kLargest = std::int64_t{1} << 60;  // more than any file system's file
 
-constexpr std::array<std::uint32_t, 256> kSumTable = [] {
+// What a byte adds to a sum, with so many bytes behind it.
+constexpr std::size_t kStep = 8;  // bytes that are summed up at once
+constexpr std::array<std::array<std::uint32_t, 256>, kStep> kSums = [] {
   constexpr std::uint32_t kPolynomial = 0xEDB88320;
-  std::array<std::uint32_t, 256> table{};
-  for (std::uint32_t i = 0; i < table.size(); ++i) {
+  std::array<std::array<std::uint32_t, 256>, kStep> sums{};
+  for (std::uint32_t i = 0; i < 256; ++i) {
     std::uint32_t sum = i;
     for (int bit = 0; bit < 8; ++bit) sum = (sum >> 1) ^ ((sum & 1) != 0 ? kPolynomial : 0);
-    table[i] = sum;
+    sums[0][i] = sum;
   }
-  return table;
+  for (std::size_t behind = 1; behind < kStep; ++behind) {
+    for (std::size_t i = 0; i < 256; ++i) {
+      const std::uint32_t sum = sums[behind - 1][i];
+      sums[behind][i] = sums[0][sum & 0xFF] ^ sum >> 8;
+    }
+  }
+  return sums;
 }();
+
+std::uint32_t FourBytes(const char* bytes) {
+  const auto byte = [bytes](int i) {
+    return std::uint32_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+  };
+  return byte(0) | byte(1) | byte(2) | byte(3);
+}
 
 void Add(std::string& bytes, std::uint64_t number, int size) {
   for (int i = 0; i < size; ++i) bytes += static_cast<char>(number >> (8 * i) & 0xFF);
@@ -118,7 +133,15 @@ std::int64_t Range::length() const {
 
 std::uint32_t Checksum(std::string_view bytes) {
   std::uint32_t sum = 0xFFFFFFFF;
-  for (const char c : bytes) sum = kSumTable[(sum ^ static_cast<unsigned char>(c)) & 0xFF] ^ sum >> 8;
+  for (; bytes.size() >= kStep; bytes.remove_prefix(kStep)) {
+    const std::uint32_t low = sum ^ FourBytes(bytes.data());
+    const std::uint32_t high = FourBytes(bytes.data() + 4);
+    sum = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+      sum ^= kSums[7 - i][low >> (8 * i) & 0xFF] ^ kSums[3 - i][high >> (8 * i) & 0xFF];
+    }
+  }
+  for (const char c : bytes) sum = kSums[0][(sum ^ static_cast<unsigned char>(c)) & 0xFF] ^ sum >> 8;
   return ~sum;
 }
 
