@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "catalogue/doc_type_list.h"
+#include "document_generator.h"
 #include "support/catalogue_builder.h"
-#include "support/schemas/document_generator.h"
 #include "support/temp_folder.h"
 #include "validation/formats/type_draft.h"
 #include "validation/libxml_parse.h"
@@ -98,16 +98,16 @@ class AlbumTest : public testing::Test {
 // Full documents show every element and every branch of each choice, lean ones what is left when
 // nothing optional stands; mixed ones leave out this and that.
 TEST_F(AlbumTest, DraftsCarryEveryDocumentThereAndBack) {
-  constexpr int kMixtures = 20;
-  constexpr int kBranches = 5;  // no choice of the album has more
+  constexpr unsigned kMixtures = 20;
+  constexpr unsigned kBranches = 5;  // no choice of the album has more
   for (const std::string root : kRoots) {
     EXPECT_GE(types_->GetDocInfo(root).GetBasis(world_).Count(), 10) << root;
     schema::SchemaSet schemas(files_, SchemaFile(root));
     for (const Fullness fullness : {Fullness::kFull, Fullness::kLean, Fullness::kMixed}) {
-      for (int i = 0; i < (fullness == Fullness::kMixed ? kMixtures : kBranches); ++i) {
+      for (unsigned i = 0; i < (fullness == Fullness::kMixed ? kMixtures : kBranches); ++i) {
         SCOPED_TRACE(root + ", fullness " + std::to_string(static_cast<int>(fullness)) + ", " +
                      std::to_string(i));
-        const std::string xml = GenerateDocument(schemas, root, {fullness, i});
+        const std::string xml = DocumentGenerator(fullness, i).Document(schemas.Root(root));
         ASSERT_EQ(Fault(root, Win(xml)), "");
         const std::string written = ThereAndBack(xml);
         const std::string leaves = Utf8(Leaves(written));
