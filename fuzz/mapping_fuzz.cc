@@ -6,7 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "entry/conversion_world.h"
+#include "entry/library.h"
+#include "support/environment_builder.h"
+#include "support/table_image.h"
+#include "validation/libxml_services.h"
 
 namespace customsconv {
 namespace {
@@ -73,7 +76,7 @@ std::string Converted(std::string_view rules, std::string_view xml, ConversionOb
   host.files[kXmlFile] = xml;
   static const std::string empty_table = Table();
   for (const std::string name : kTables) host.files["C:\\OUT\\" + name + ".DBF"] = empty_table;
-  NoServices services;
+  LibXmlServices services(host.files);
   Library library(host, services);
   if (!library.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", kXmlFile, "C:\\OUT\\", observer) &&
       library.quiet_failure().empty()) {

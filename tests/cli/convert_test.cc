@@ -3,22 +3,36 @@
 #include <algorithm>
 
 #include "cli_world.h"
+#include "support/catalogue_builder.h"
 
 namespace customsconv::cli {
 namespace {
 
-constexpr const char* kLock = "C:\\OUT\\veltlock.$$$";
-
 class ConvertTest : public CliWorld, public testing::Test {};
 
-TEST_F(ConvertTest, PrintsOneLineAFile) {
-  host.files["C:\\IN\\two.xml"] =
-      "<DocBody><ESADout a=\"1\"></ESADout></DocBody><DocBody><ESADout "
-      "a=\"1\"></ESADout></DocBody>";
+TEST_F(ConvertTest, PrintsOneLineAFileWithWhyDocumentsAreSkipped) {
+  std::string xml, types = "[TS.HEADER]\nDbfName=SBRHEAD.DBF\n[TS.Files]\nHEAD = SBRHEAD.DBF\n";
+  for (const std::string kind : {"ESADout", "DTSout", "KTDout", "KTSout", "Inventory", "Letter"}) {
+    const std::string root = "<" + kind + " a=\"1\">";
+    if (kind != "ESADout") types += TypeText(kind, "XmlType=x, Prefix=" + root, "A=C1 |");
+    const std::string document = "<DocBody>" + root + "</" + kind + "></DocBody>\n";
+    xml += kind == "DTSout" || kind == "ESADout" ? document + document : document;
+  }
+  host.files["C:\\PROG\\Data\\more.dcf"] = WinLines(types);
+  host.files["C:\\OUT\\SBRHEAD.DBF"] = TableImage("G073 C7").Bytes();
+  host.files["C:\\RULES\\armti.txt"] =
+      host.files["C:\\RULES\\armti.txt"].bytes() + "[SBRHEAD]\r\n=DTSout\r\n[NOSET]\r\n=KTSout\r\n";
+  host.files["C:\\IN\\two.xml"] = xml;
   EXPECT_EQ(Convert("C:\\IN\\two.xml"), kDone);
   EXPECT_EQ(output.results,
-            "C:\\IN\\two.xml: 00000000/150324/0000002; converted: ESADout 1; skipped: ESADout 2 "
-            "(a file's first declaration is converted only); rows: DBRHEAD.DBF +1\n"
+            "C:\\IN\\two.xml: 00000000/150324/0000002; converted: ESADout 1 DTSout 1; "
+            "skipped: ESADout 2 (a file's first declaration is converted only); "
+            "skipped: DTSout 2 (the section's table takes the first document of a kind only); "
+            "skipped: KTDout 1 (a file's first declaration is converted only); "
+            "skipped: KTSout 1 (the catalogue has no table set with the section's table); "
+            "skipped: Inventory 1 (no section of the rules names this kind); "
+            "skipped: Letter 1 (documents of this kind are not converted); "
+            "rows: DBRHEAD.DBF +1 SBRHEAD.DBF +1\n"
             "C:\\IN\\10702020_110615_0001234.xml: 10702020/110615/0001234; converted: ESADout 1; "
             "rows: DBRHEAD.DBF +1 DBRTOV.DBF +1\n");
   EXPECT_EQ(output.remarks, "");

@@ -5,9 +5,12 @@
 #include <map>
 #include <sstream>
 
-#include "conversion_world.h"
+#include "entry/library.h"
 #include "platform/posix/posix_files.h"
+#include "support/fake_host.h"
+#include "support/table_image.h"
 #include "support/temp_folder.h"
+#include "validation/libxml_services.h"
 
 namespace customsconv {
 namespace {
@@ -60,10 +63,10 @@ class ExamplesTest : public testing::Test {
   }
 
   void ConvertAll() {
-    for (const char* file : kFiles) {
-      const auto path = [&](const std::string& name) { return ShortText::Cut(folder_.Win(name)); };
-      EXPECT_TRUE(library_.Xml2ArmTi(path("program/"), path("rules/armti.txt"),
-                                     path(std::string("xml/") + file), path("out/")))
+    const auto path = [this](const std::string& name) { return ShortText::Cut(folder_.Win(name)); };
+    for (const std::string file : kFiles) {
+      EXPECT_TRUE(library_.Xml2ArmTi(path("program/"), path("rules/armti.txt"), path("xml/" + file),
+                                     path("out/")))
           << file << ": " << Utf8(library_.quiet_failure());
     }
     EXPECT_EQ(dialogs_.messages, std::vector<std::string>());
@@ -83,7 +86,7 @@ class ExamplesTest : public testing::Test {
   ScriptedDialogs dialogs_;
   FakeProcesses processes_;
   Host host_{files_, clock_, dialogs_, processes_};
-  NoServices services_;
+  LibXmlServices services_{files_};
   Library library_{host_, services_};
   std::vector<std::string> tables_;
 };

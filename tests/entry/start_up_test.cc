@@ -3,31 +3,22 @@
 #include <gtest/gtest.h>
 
 #include "base/error.h"
-#include "support/environment_builder.h"
+#include "support/program_world.h"
 
 namespace customsconv {
 namespace {
 
 constexpr const char* kProgram = "C:\\PROG\\";
 
-// A program folder whose catalogue has one type in each place.
-class StartUpTest : public testing::Test {
- protected:
-  StartUpTest() {
-    host.files["C:\\PROG\\kord.ini"] = "";
-    host.files["C:\\PROG\\DOCUMENT.DCF"] = "[DOS.HEADER]\r\nFullName=x\r\n";
-    host.files["C:\\PROG\\Data\\Kordwin.dcf"] = "[WIN.HEADER]\r\nFullName=x\r\n";
-    host.files["C:\\RULES\\more.dcf"] = "[MORE.HEADER]\r\nFullName=x\r\n";
-  }
-
-  FakeHost host;
+struct StartUpTest : ProgramWorld, testing::Test {
   StartUpState state{host};
 };
 
 TEST_F(StartUpTest, EachStartReadsTheFoldersOfItsArguments) {
+  host.files["C:\\RULES\\more.dcf"] = "[MORE.HEADER]\r\nFullName=x\r\n";
   ASSERT_TRUE(state.StartUp(kProgram, "C:\\RULES\\"));
   EXPECT_EQ(state.environment().aux_path, "C:\\RULES\\");
-  for (const char* code : {"WIN", "_DOS", "MORE"}) {
+  for (const char* code : {"ESADout", "_OLD", "MORE"}) {
     EXPECT_GE(state.types().IndexOf(code), 0) << code;
   }
   ASSERT_TRUE(state.StartUp(kProgram, "C:\\OTHER\\"));
