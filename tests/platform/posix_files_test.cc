@@ -133,32 +133,6 @@ TEST_F(PosixFilesTest, AnOutputOfManyPiecesComesInOneStep) {
   EXPECT_EQ(folder.Read("out"), "by name");
 }
 
-TEST_F(PosixFilesTest, AKillDuringReplaceLeavesTheOldContentOrTheNew) {
-  const std::string contents[] = {std::string(300'000, 'a'), std::string(700'001, 'b')};
-  folder.Write("F", contents[0]);
-  for (int round = 0; round < 25; ++round) {
-    const pid_t child = Start([&]() -> int {
-      for (int i = 0;; ++i) PosixFiles().Replace(folder.Win("F"), contents[i % 2]);
-    });
-    ::usleep(static_cast<useconds_t>(1000 + 700 * round));
-    ::kill(child, SIGKILL);
-    EndOf(child);
-    const std::string now = folder.Read("F");
-    EXPECT_TRUE(now == contents[0] || now == contents[1]) << now.size() << " bytes";
-  }
-}
-
-TEST_F(PosixFilesTest, AHeldFileOfADeadProcessIsFree) {
-  const pid_t child = Start([&]() -> int {
-    const auto held = files.HoldFile(folder.Win("held"));
-    ::_exit(held == nullptr ? 1 : 0);
-  });
-  EXPECT_EQ(EndOf(child), 0);
-  EXPECT_EQ(folder.Listing(), "held");
-  EXPECT_NE(files.HoldFile(folder.Win("held")), nullptr);
-  EXPECT_EQ(folder.Listing(), "");
-}
-
 TEST_F(PosixFilesTest, FailuresNameTheFileAndTheCause) {
   fs::create_directory(folder / "Папка");
   folder.Write("file", "x");
