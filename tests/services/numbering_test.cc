@@ -94,25 +94,19 @@ TEST(Numbering, AsksBeforeItMakesTheSharedFile) {
 }
 
 TEST(Numbering, GivesNoNumberThatCouldNotBeStoredAndStoresItNeverLater) {
-  for (const std::string name : {"kord.ini", "last.ini"}) {
-    const std::string file = "C:\\PROG\\" + name;
-    FakeHost host;
-    host.clock.Set({2026, 3, 17});
-    host.files["C:\\PROG\\last.ini"] = "";
-    host.files["C:\\PROG\\kord.ini"] =
-        name == "kord.ini" ? "" : "[System]\r\nLastNumsFile=last.ini";
-    host.files[file] = host.files[file].bytes() + "\r\n[S]\r\nN=5\r\n";
-    SharedConfigurations shared(host);
-    KeptToday today(host.clock);
+  for (const std::string ini : {"", "[System]\nLastNumsFile=last.ini\n"}) {
+    Station station(ini + "[S]\nN=5\n");
+    station.host.files["C:\\PROG\\last.ini"] = "[S]\r\nN=5\r\n";
     const auto next = [&](bool may_write) {  // each time by a configuration of its own
-      host.files.SetReadOnly("C:\\PROG", !may_write);
-      TConfiguration config(host, "C:\\PROG\\kord.ini", CreateMode::kMustExist, CodePage::kWindows);
-      Environment environment{host, "C:\\PROG\\", "", "", &config, shared, today};
+      TConfiguration config(station.host, "C:\\PROG\\kord.ini", CreateMode::kMustExist,
+                            CodePage::kWindows);
+      Environment environment = station.environment;
+      environment.config = &config;
+      station.host.files.SetReadOnly("C:\\PROG", !may_write);
       std::int32_t number = 0;
-      const std::string error =
-          ErrorOf([&] { number = NextCounter("S", "N", 1, 60, environment); });
-      EXPECT_EQ(error == kNoError, may_write);
-      host.files.SetReadOnly("C:\\PROG", false);
+      const auto draw = [&] { number = NextCounter("S", "N", 1, 60, environment); };
+      EXPECT_EQ(ErrorOf(draw) == kNoError, may_write);
+      station.host.files.SetReadOnly("C:\\PROG", false);
       return number;
     };
     EXPECT_EQ(next(true), 6);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "services/archive_run.h"
+#include "services/exchange_lock.h"
 #include "services/file_services.h"
 #include "services/program_paths.h"
 #include "services/program_start.h"
@@ -17,6 +18,31 @@ std::vector<std::string> CommandLines(const FakeProcesses& processes) {
     lines.push_back(start.folder + "> " + start.command + " " + start.parameters);
   }
   return lines;
+}
+
+TEST(ExchangeLock, WaitsForTheMarkerOfAnotherStationAndDeletesItsOwn) {
+  constexpr std::string_view kMarker = "C:\\OUT\\veltlock.$$$";
+  FakeHost host;
+  host.files[kMarker] = "other";
+  host.clock.on_sleep = [&](std::uint32_t) {
+    if (host.clock.slept.size() == 22) host.files.Remove(kMarker);
+  };
+  for (const bool taken_over : {false, true}) {
+    {
+      const ExchangeLock lock(host, "C:\\OUT\\");
+      EXPECT_EQ(host.files[kMarker], "");
+      if (taken_over) host.files[kMarker] = "";  // a newer one
+    }
+    EXPECT_EQ(host.files.Has(kMarker), taken_over);
+  }
+  const auto& log = host.dialogs.log;
+  ASSERT_EQ(log.size(), 24U);
+  EXPECT_EQ(log[0], "progress: База занята - ждем... (20)");
+  EXPECT_EQ(log[21],
+            "choose: База занята!: База АРМ-ТИ занята с другого компьютера. Возможно выгружается "
+            "длинная ГТД, или программа зависла. [Подождать еще|Снять блокировку и выгрузить"
+            "                 |Прервать выгрузку]");
+  EXPECT_EQ(log[22] + log[23], "progress: 1progress closed");
 }
 
 TEST(FileNames, TemporaryNamesAreNotTakenYet) {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 
 #include "config/configuration.h"
@@ -27,30 +28,28 @@ struct Station {
   Host host{files, clock, dialogs, processes};
 };
 
-// Runs `work` in kStations processes. Its argument returns once all of them have
-// called it. Result: in how many `work` gave true.
-int CountTrue(const std::function<bool(const std::function<void()>& meet)>& work) {
-  int arrived[2];
-  int go[2];
-  EXPECT_EQ(pipe(arrived) + pipe(go), 0);
-  char byte = 0;
+// Runs `work` in kStations processes; in how many of them it gave true.
+int CountTrue(const std::function<bool()>& work) {
   std::vector<pid_t> children;
   for (int i = 0; i < kStations; ++i) {
     children.push_back(fork());
-    if (children.back() != 0) continue;
-    close(go[1]);
-    _exit(work([&] { (void)!(write(arrived[1], &byte, 1) + read(go[0], &byte, 1)); }) ? 0 : 1);
+    if (children.back() == 0) _exit(work() ? 0 : 1);
   }
-  for (int i = 0; i < kStations; ++i) EXPECT_EQ(read(arrived[0], &byte, 1), 1);
-  close(go[1]);
-  int count = 0;
-  for (const pid_t child : children) {
+  return static_cast<int>(std::count_if(children.begin(), children.end(), [](pid_t child) {
     int status = -1;
     waitpid(child, &status, 0);
-    if (status == 0) ++count;
-  }
-  for (const int end : {arrived[0], arrived[1], go[0]}) close(end);
-  return count;
+    return status == 0;
+  }));
+}
+
+// Returns once all stations have called it.
+void Meet(const TempFolder& folder) {
+  folder.Write("here/" + std::to_string(getpid()), "");
+  const std::filesystem::directory_iterator end;
+  const auto here = [&] {
+    return std::distance(std::filesystem::directory_iterator(folder / "here"), end);
+  };
+  while (here() < kStations) usleep(100);
 }
 
 TEST(Stations, NeverDrawTheSameNumber) {
@@ -59,7 +58,7 @@ TEST(Stations, NeverDrawTheSameNumber) {
     const TempFolder folder;
     folder.Write("kord.ini", kord_ini);
     folder.Write("last.ini", "");
-    const int done = CountTrue([&folder](const auto& meet) {
+    const int done = CountTrue([&folder] {
       Station station;
       station.clock.on_sleep = [](std::uint32_t milliseconds) { usleep(1000 * milliseconds); };
       TConfiguration config(station.host, folder.Win("kord.ini"), CreateMode::kMustExist,
@@ -67,7 +66,7 @@ TEST(Stations, NeverDrawTheSameNumber) {
       SharedConfigurations shared(station.host);
       KeptToday today(station.clock);
       Environment environment{station.host, folder.Win(""), "", "", &config, shared, today};
-      meet();
+      Meet(folder);
       for (int i = 0; i < kNumbers; ++i) {
         const ShortText number = NextRegNumber("S", false, environment);
         folder.Write("drawn-" + number.str().substr(16), "");
@@ -77,7 +76,7 @@ TEST(Stations, NeverDrawTheSameNumber) {
     EXPECT_EQ(done, kStations);
     const std::string listing = folder.Listing();
     EXPECT_EQ(std::count(listing.begin(), listing.end(), '-'), kStations * kNumbers) << kord_ini;
-    EXPECT_NE(listing.find(" drawn-0000041 kord.ini"), std::string::npos) << listing;
+    EXPECT_NE(listing.find(" drawn-0000041 here kord.ini"), std::string::npos) << listing;
   }
 }
 
@@ -85,15 +84,15 @@ TEST(Stations, OneTakesTheExchangeLock) {
   for (const bool take_over : {false, true}) {
     const TempFolder folder;
     if (take_over) folder.Write("veltlock.$$$", "");
-    const int taken = CountTrue([&](const auto& meet) {
+    const int taken = CountTrue([&] {
       Station station;
       station.dialogs.on_question = [&] {
-        if (station.dialogs.lock_answers.size() == 2) meet();
+        if (station.dialogs.lock_answers.size() == 2) Meet(folder);
       };
       station.dialogs.lock_answers = {LockAnswer::kTakeOver, LockAnswer::kAbandon};
       if (!take_over) {
         station.dialogs.lock_answers.pop_front();
-        meet();
+        Meet(folder);
       }
       try {
         const ExchangeLock lock(station.host, folder.Win(""));
