@@ -3,10 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "support/fake_files.h"
+#include "support/temp_folder.h"
 #include "support/text.h"
 #include "text/words.h"
 
@@ -21,14 +20,10 @@ class TypeDraftTest : public testing::Test {
   TypeDraftTest() {
     for (const auto& entry : fs::directory_iterator(folder_)) {
       if (entry.path().extension() == ".dcf") names_.push_back(entry.path().stem());
-      files_["C:\\XSD\\" + entry.path().filename().string()] = Bytes(entry.path());
+      files_["C:\\XSD\\" + entry.path().filename().string()] = FileBytes(entry.path());
     }
   }
 
-  static std::string Bytes(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
   std::string Draft(const std::string& name, const DraftOptions& options = {"r", "", ""}) {
     schema::SchemaSet schemas(files_, "C:\\XSD\\" + name + ".xsd");
     return ReplaceAll(Utf8(DraftType(schemas, options)), "\r\n", "\n");
@@ -42,7 +37,7 @@ class TypeDraftTest : public testing::Test {
 TEST_F(TypeDraftTest, IsWhatStandsBesideTheSchema) {
   EXPECT_EQ(names_.size(), 4U);
   for (const std::string& name : names_) {
-    EXPECT_EQ(Draft(name), Bytes(folder_ / (name + ".dcf"))) << name;
+    EXPECT_EQ(Draft(name), FileBytes(folder_ / (name + ".dcf"))) << name;
   }
   files_.ResetCounts();
   (void)Draft("header");
