@@ -10,6 +10,7 @@
 #include "cli/arguments.h"
 #include "cli/table_description.h"
 #include "cli/table_view.h"
+#include "cli/verify_tables.h"
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_file.h"
 #include "dbf/transaction.h"
@@ -26,6 +27,7 @@ struct TablesOptions {
   std::string rows;  // "10-20", "10-", "10"
   std::string description;
   std::string folder;
+  std::string program;
   std::vector<std::string> only;  // names of tables; empty for all
 };
 
@@ -199,6 +201,10 @@ ExitStatus RecoverTables(const TablesOptions& options, CommandContext& context) 
   return failure.empty() ? ExitStatus::kDone : ExitStatus::kError;
 }
 
+ExitStatus Verify(const TablesOptions& options, CommandContext& context) {
+  return VerifyTables(options.program, options.folder, context);
+}
+
 // Makes `run` what is chosen when the arguments name `action`; its errors are told.
 using Run = ExitStatus (*)(const TablesOptions& options, CommandContext& context);
 void RunAsChosen(CLI::App& action, Command& chosen,
@@ -209,6 +215,7 @@ void RunAsChosen(CLI::App& action, Command& chosen,
         return run(*options, context);
       } catch (const Error& error) {
         TellError(context, error.text());
+        FinishFailure(context, error.text());
         return ExitStatus::kError;
       }
     };
@@ -219,7 +226,7 @@ void RunAsChosen(CLI::App& action, Command& chosen,
 
 void AddTablesCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<TablesOptions>();
-  CLI::App* command = app.add_subcommand("tables", "List, show, create and recover dBase tables");
+  CLI::App* command = app.add_subcommand("tables", "List, show, create, verify and recover dBase tables");
   command->require_subcommand(1);
 
   CLI::App* list = command->add_subcommand("list", "Row count and fields of tables");
@@ -241,6 +248,12 @@ void AddTablesCommand(CLI::App& app, Command& chosen) {
   create->add_option("--output", options->folder, "folder for the tables")->required();
   create->add_option("TABLE", options->only, "only these tables of the description");
   RunAsChosen(*create, chosen, options, CreateTables);
+
+  CLI::App* verify = command->add_subcommand("verify", "Look for what is wrong with a table set");
+  verify->add_option("--program", options->program,
+                     "program folder, whose catalogue says which rows belong together");
+  verify->add_option("FOLDER", options->folder, "folder of the tables")->required();
+  RunAsChosen(*verify, chosen, options, Verify);
 
   CLI::App* recover = command->add_subcommand("recover", "Undo a save that was interrupted");
   recover->add_option("FOLDER", options->folder, "folder of the tables")->required();

@@ -28,6 +28,40 @@ TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
                             "\n");
 }
 
+TEST_F(TablesTest, VerifyFindsWhatIsWrongWithASet) {
+  const auto head = [] { return TableImage("G073 C7, G011 C4"); };
+  const auto goods = [] { return TableImage("G073 C7, G33 C2"); };
+  host.files["C:\\OUT\\GOODS.DBF"] = TableImage("A C1").Bytes();
+  struct Case {
+    std::string head, goods, printed;
+  };
+  const std::string whole = goods().Row({"2"}).Row({"1"}).DeletedRow({"9"}).Bytes();
+  const std::string heads = head().Row({"1"}).Row({"2"}).Bytes();
+  const Case cases[] = {
+      {heads, whole, "3 tables, 5 rows: nothing found\n"},
+      {head().Row({"1"}).DeletedRow({"2"}).Bytes(), goods().Row({"1"}).Row({"2"}).Row({"2"}).Bytes(),
+       "DBRTOV.DBF: 2 rows that belong to no row of DBRHEAD.DBF; the first is row 2\n"
+       "3 tables, 5 rows: 1 finding\n"},
+      {head().Row({"1"}).Row({"2"}).Row({"1"}).Bytes(), whole,
+       "DBRHEAD.DBF: 1 row with the G073 of an earlier row; the first is row 3\n"
+       "3 tables, 6 rows: 1 finding\n"},
+      {heads, whole.substr(0, whole.size() - 1) + " ",
+       "DBRTOV.DBF: no end mark behind the rows\n3 tables, 5 rows: 1 finding\n"},
+      {heads.substr(0, heads.size() - 5), whole,
+       "DBRHEAD.DBF: cannot be read: DBF not DBF2: C:\\OUT\\DBRHEAD.DBF\n2 tables, 3 rows: 1 finding\n"}};
+  for (const auto& [head_bytes, goods_bytes, printed] : cases) {
+    host.files["C:\\OUT\\DBRHEAD.DBF"] = head_bytes;
+    host.files["C:\\OUT\\DBRTOV.DBF"] = goods_bytes;
+    const ExitStatus status = printed.ends_with("nothing found\n") ? kDone : kNegative;
+    EXPECT_EQ(RunProgram(R"(tables verify --program C:\PROG C:\OUT)"), status);
+    EXPECT_EQ(output.results, printed);
+  }
+  host.files["C:\\OUT\\DBRHEAD.DBF"] = heads;
+  host.files["C:\\OUT\\ccsave-1.jnl"] = "";
+  EXPECT_EQ(RunProgram(R"(tables verify --json C:\OUT)"), kNegative);
+  EXPECT_TRUE(Printed(R"("findings":[{"name":"kept-journal","table":"ccsave-1.jnl","text":)"));
+}
+
 TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
   const std::string head = "G32,SUM,NAME,DAY\n";
   const std::string first = "1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n";
