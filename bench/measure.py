@@ -4,7 +4,9 @@ import json
 import os
 import pathlib
 import shutil
+import sqlite3
 import statistics
+import struct
 import subprocess
 import tempfile
 import time
@@ -65,14 +67,15 @@ class Programs:
     """Programs as a user starts them. All that were added run in turns, when the first
     result is asked for."""
 
-    def __init__(self, work, rounds):
-        self._work = work
+    def __init__(self, rounds):
         self._rounds = rounds
         self._added = []
         self._samples = {}
 
-    def add(self, name, command, fresh_tables=False, repeat=1, once=False):
-        self._added.append((name, [str(word) for word in command], fresh_tables, repeat, once))
+    def add(self, name, command, prepare=None, repeat=1, rounds=None):
+        """`prepare` makes what the command needs anew, before each run; `rounds`: at most so
+        many of the rounds."""
+        self._added.append((name, [str(word) for word in command], prepare, repeat, rounds))
 
     def result(self, name):
         if not self._samples:
@@ -83,10 +86,12 @@ class Programs:
         return Result(cpu, wall, peak=max(peak))
 
     def _round(self, number):
-        for name, command, fresh_tables, repeat, once in self._added:
-            for _ in range(0 if once and number > 0 else repeat):
-                if fresh_tables:
-                    self._work.empty_tables()
+        for name, command, prepare, repeat, rounds in self._added:
+            if rounds is not None and number >= rounds:
+                continue
+            for _ in range(repeat):
+                if prepare is not None:
+                    prepare()
                 self._samples.setdefault(name, []).append(run_process(command))
 
 
@@ -154,14 +159,74 @@ class Workspace:
             shutil.rmtree(tables, ignore_errors=True)
             shutil.copytree(self._empty, tables)
 
-    def convert(self, files, in_memory=True):
+    def convert(self, files, in_memory=True, tables=None):
         return [self._program, "convert", "--program", self._folder / "program", "--rules",
-                self._root / "examples/rules/armti.txt", "--output", self._tables[in_memory],
-                *files]
+                self._root / "examples/rules/armti.txt", "--output",
+                tables or self._tables[in_memory], *files]
+
+    def large_tables(self, file, gigabytes):
+        """A table set on disk that holds the rows of `file` again and again."""
+        folder = self._folder / "large"
+        shutil.copytree(self._empty, folder)
+        subprocess.run(self.convert([file], tables=folder), check=True, stdout=subprocess.DEVNULL)
+        filled = [DbfTable(path) for path in sorted(folder.glob("*.DBF"))]
+        times = (gigabytes << 30) // sum(table.row_bytes() for table in filled)
+        for table in filled:
+            table.repeat(times)
+        return folder
+
+    def sqlite_insert(self, file):
+        """The rows of `file` into a database with the tables of the set; a preparation for it."""
+        folder = pathlib.Path(tempfile.mkdtemp(dir=self._folder))
+        tables = folder / "tables"
+        shutil.copytree(self._empty, tables)
+        subprocess.run(self.convert([file], tables=tables), check=True, stdout=subprocess.DEVNULL)
+        empty, database, rows = folder / "empty.db", folder / "peer.db", folder / "rows"
+        with rows.open("w") as lines, sqlite3.connect(empty) as to:
+            for table in (DbfTable(path) for path in sorted(tables.glob("*.DBF"))):
+                to.execute(f"CREATE TABLE {table.name} ({', '.join(table.columns)})")
+                for row in table.rows():
+                    print(len(row), table.name, *row, sep="\t", file=lines)
+        return ([self._build / "bench/sqlite_peer", database, rows],
+                lambda: shutil.copyfile(empty, database))
 
     def validate(self, file):
         return [self._program, "validate", "--program", self._folder / "program", "--schemas",
                 self._root / "examples/schemas", file]
+
+
+class DbfTable:
+    """A table, as far as it is copied here."""
+
+    def __init__(self, path):
+        self._path = path
+        self.name = path.stem
+        self._bytes = path.read_bytes()
+        self._count, self._start, self._length = struct.unpack_from("<IHH", self._bytes, 4)
+        heads = [self._bytes[at:at + 32] for at in range(32, self._start - 31, 32)]
+        self.columns = [head[:11].split(b"\0")[0].decode() for head in heads]
+        self._widths = [head[16] for head in heads]
+
+    def row_bytes(self):
+        return self._count * self._length
+
+    def rows(self):
+        for number in range(self._count):
+            at = self._start + number * self._length + 1
+            row = []
+            for width in self._widths:
+                row.append(self._bytes[at:at + width].decode("cp866").strip())
+                at += width
+            yield row
+
+    def repeat(self, times):
+        rows = self._bytes[self._start:self._start + self.row_bytes()]
+        with self._path.open("r+b") as file:
+            file.write(self._bytes[:4] + struct.pack("<I", self._count * times))
+            file.seek(self._start)
+            for _ in range(times):
+                file.write(rows)
+            file.write(b"\x1a")
 
 
 def memory_folder():

@@ -17,6 +17,12 @@ class Table:
     def limit(self, what, ours, unit, at_most, aim=None):
         self._add(what, amount(ours, unit), "", "", ours, at_most, aim, unit)
 
+    def floor(self, what, ours, unit, at_least):
+        met = ours >= at_least
+        self._missed += not met
+        self._rows.append((what, amount(ours, unit), "", "", f">= {amount(at_least, unit)}",
+                           "met" if met else "MISSED"))
+
     def note(self, what, ours, unit):
         """A figure to compare by eye."""
         self._rows.append((what, amount(ours, unit), "", "", "", ""))
