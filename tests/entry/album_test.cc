@@ -34,22 +34,12 @@ constexpr const char* kEmptyOwner =
     "Element 'TransportOwner': Missing child element(s). Expected is one of ( OwnerModeCode, "
     "TransportOwnerPerson, TransportOwnerOrganization ).";
 
-// Elements with a text and no elements inside: path and value, one a line.
-std::string Leaves(std::string_view text) {
-  const XmlTree tree(text);
-  std::string leaves;
-  std::vector<std::pair<const TXMLNode*, std::string>> left{{&tree.root(), ""}};
-  while (!left.empty()) {
-    const auto [node, path] = left.back();
-    left.pop_back();
-    const std::size_t first = left.size();
-    for (const TXMLNode& child : node->children) {
-      if (child.type == NodeType::kElement) {
-        left.emplace_back(&child, path + "/" + std::string(child.LocalName()));
-      }
-    }
-    std::reverse(left.begin() + static_cast<std::ptrdiff_t>(first), left.end());
-    if (!node->Text().empty()) leaves += path + " = " + std::string(node->Text()) + "\n";
+// Texts of elements with their paths, one a line.
+std::string Leaves(const TXMLNode& node, const std::string& path = "") {
+  std::string leaves = node.Text().empty() ? "" : path + " = " + Utf8(node.Text()) + "\n";
+  for (const TXMLNode& child : node.children) {
+    if (child.type != NodeType::kElement) continue;
+    leaves += Leaves(child, path + "/" + std::string(child.LocalName()));
   }
   return leaves;
 }
@@ -105,13 +95,12 @@ TEST_F(AlbumTest, DraftsCarryEveryDocumentThereAndBack) {
     schema::SchemaSet schemas(files_, SchemaFile(root));
     for (const Fullness fullness : {Fullness::kFull, Fullness::kLean, Fullness::kMixed}) {
       for (unsigned i = 0; i < (fullness == Fullness::kMixed ? kMixtures : kBranches); ++i) {
-        SCOPED_TRACE(root + ", fullness " + std::to_string(static_cast<int>(fullness)) + ", " +
-                     std::to_string(i));
+        SCOPED_TRACE(testing::Message() << root << ", fullness " << int(fullness) << ", " << i);
         const std::string xml = DocumentGenerator(fullness, i).Document(schemas.Root(root));
         ASSERT_EQ(Fault(root, Win(xml)), "");
         const std::string written = ThereAndBack(xml);
-        const std::string leaves = Utf8(Leaves(written));
-        EXPECT_EQ(leaves, Utf8(Leaves(Win(xml))));
+        const std::string leaves = Leaves(XmlTree(written).root());
+        EXPECT_EQ(leaves, Leaves(XmlTree(Win(xml)).root()));
         const bool empty_owner = root == std::string("TransportMeanCardOut") &&
                                  leaves.find("/TransportOwner/") == std::string::npos;
         EXPECT_EQ(Fault(root, written), empty_owner ? kEmptyOwner : "");
