@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "support/temp_folder.h"
 
 namespace customsconv {
@@ -23,12 +25,10 @@ TEST(LibraryHost, WritesWhatThereIsToTellIntoALogAndAnswersSafely) {
   dialogs.StartProgress("saving", 20)->Show(1);
   dialogs.StartProgress("waiting", 0)->Show(0);
   dialogs.Status("not worth a line");
-  std::string lines = folder.Read("customsconv.log");
-  const std::string_view time = "2026-03-07 09:05:04 - ";
+  std::istringstream log(folder.Read("customsconv.log"));
   std::string texts;
-  for (std::size_t end = lines.find('\n'); end != lines.npos; end = lines.find('\n')) {
-    texts += lines.substr(time.size(), end + 1 - time.size());
-    lines.erase(0, end + 1);
+  for (std::string line; std::getline(log, line);) {
+    texts += line.substr(std::string_view("2026-03-07 09:05:04 - ").size()) + "\n";
   }
   EXPECT_EQ(Utf8(texts),
             "message: весть\r\nexception: trouble\r\nquestion: create?\r\nchoice: go on?\r\n"

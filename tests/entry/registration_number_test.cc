@@ -35,6 +35,8 @@ TEST_F(RegistrationNumberTest, ComesFromTheFileNameElseFromTheText) {
   }
   // Runs of "_" separate words once, but every "_" of the number becomes "/".
   EXPECT_EQ(Number("__10702020_110615__0001234"), kFresh);
+  EXPECT_EQ(Number("10702020_110615_1234"), "00000000/170326/0000003") << "incomplete";
+  EXPECT_EQ(Number("DT_1070202020150611000123"), "00000000/170326/0000004");
   EXPECT_EQ(Number("decl", kXml), kNumber);
   EXPECT_EQ(Number("a_b_c_d_e", kXml), kNumber);
 }
@@ -49,12 +51,6 @@ TEST_F(RegistrationNumberTest, ComesFromTheRegisterBesideTheFile) {
   EXPECT_EQ(Number("half"), kFresh);
   world.host.files.has_short_names = false;
   EXPECT_EQ(Number("decl"), kNumber);
-}
-
-TEST_F(RegistrationNumberTest, AnIncompleteNumberIsReplacedByAFreshOne) {
-  EXPECT_EQ(Number("10702020_110615_1234"), kFresh);
-  EXPECT_EQ(Number("DT_1070202020150611000123"), "00000000/170326/0000003");
-  EXPECT_EQ(Number("decl"), "00000000/170326/0000004");
 }
 
 }  // namespace
