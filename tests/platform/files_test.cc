@@ -1,5 +1,3 @@
-#include "platform/posix/posix_files.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,10 +9,14 @@
 #include <fstream>
 #include <functional>
 #include <map>
+#include <set>
+#include <vector>
 
 #include "platform/output_file.h"
 #include "platform/posix/file_descriptor.h"
+#include "platform/posix/posix_files.h"
 #include "platform/posix/system_names.h"
+#include "support/fake_files.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
 
@@ -72,16 +74,26 @@ TEST_F(PosixFilesTest, ReplacesInOneStepAndKeepsNamesPermissionsAndLinks) {
   folder.Write("old", "before");
   fs::permissions(folder / "old", fs::perms(0640));
   fs::create_symlink("old", folder / "link");
-  {
-    const auto pending = files.Stage(folder.Win("link"), std::string(100'000, 'n'));
-    EXPECT_EQ(folder.Read("old"), "before") << "staged only";
+  const std::string piece(100'000, 'p'), pieces = piece + piece + piece;
+  for (const bool commit : {false, true}) {
+    const auto output = files.StartOutput(folder.Win("LINK"));
+    for (const std::string& bytes : {piece, pieces, std::string("end")}) output->Write(bytes);
+    EXPECT_EQ(folder.Read("old"), "before") << "not in place yet";
+    if (commit) output->Commit();
   }
-  EXPECT_EQ(folder.Listing(), "link old") << "a discarded stage leaves nothing";
-  files.Replace(folder.Win("LINK"), "after");
+  EXPECT_EQ(folder.Listing(), "link old") << "nothing is left of an abandoned output";
+  EXPECT_EQ(folder.Read("old"), piece + pieces + "end");
+  (void)files.Stage(folder.Win("link"), "abandoned, too");
+  EXPECT_EQ(folder.Listing() + folder.Read("old").substr(0, 1), "link oldp");
+  files.Replace(folder.Win("link"), "after");
   EXPECT_EQ(folder.Read("old"), "after");
-  EXPECT_EQ(folder.Listing(), "link old");
   EXPECT_TRUE(fs::is_symlink(folder / "link"));
   EXPECT_EQ(fs::status(folder / "old").permissions(), fs::perms(0640));
+  // A library that opens the temporary file by its name.
+  const auto named = files.StartOutput(folder.Win("old"));
+  std::ofstream(named->SystemName()) << "by name";
+  named->Commit();
+  EXPECT_EQ(folder.Read("old"), "by name");
   fs::create_directory(folder / "Out");
   files.Replace(folder.Win("OUT\\Новый.Dbf"), "x");
   EXPECT_EQ(folder.Read("Out/Новый.Dbf"), "x") << "a new name is stored as given";
@@ -112,25 +124,6 @@ TEST_F(PosixFilesTest, WhatKilledRunsLeftGoesWithTheFirstReplacing) {
   fs::last_write_time(folder / "~cc1-1-1.tmp", old_time);
   files.Replace(folder.Win("f"), "x");
   EXPECT_EQ(folder.Listing(), "f ~cc1-1-2.tmp") << "a young one may be in use";
-}
-
-TEST_F(PosixFilesTest, AnOutputOfManyPiecesComesInOneStep) {
-  folder.Write("out", "before");
-  const std::string piece(100'000, 'p');
-  files.StartOutput(folder.Win("out"))->Write(piece);
-  EXPECT_EQ(folder.Listing(), "out") << "an abandoned output leaves nothing";
-  const auto output = files.StartOutput(folder.Win("OUT"));
-  for (const std::string& bytes : {piece, piece, piece + piece + piece, std::string("end")}) {
-    output->Write(bytes);
-  }
-  EXPECT_EQ(folder.Read("out"), "before");
-  output->Commit();
-  EXPECT_EQ(folder.Read("out"), piece + piece + piece + piece + piece + "end");
-  // A library that opens the temporary file by its name.
-  const auto named = files.StartOutput(folder.Win("out"));
-  std::ofstream(named->SystemName()) << "by name";
-  named->Commit();
-  EXPECT_EQ(folder.Read("out"), "by name");
 }
 
 TEST_F(PosixFilesTest, FailuresNameTheFileAndTheCause) {
@@ -268,6 +261,129 @@ TEST_F(PosixFilesTest, NamesThatTheSystemOrTheCodePageCannotHoldLeadNowhere) {
               return files.FullName("/A/../B") == "\\B" && files.FullName("B") == "B" ? 0 : 1;
             })),
             0);
+}
+
+// --- The fake must keep the promises of the real files, else tests on it prove nothing.
+
+// The same steps on the real files and on the fake ones must give the same account.
+std::string AccountOf(Files& files, const std::string& folder) {
+  std::string account;
+  const auto note = [&account](const auto& value) { account += std::to_string(value) + ' '; };
+  const auto attempt = [&](const std::function<void()>& call) {
+    try {
+      call();
+      account += "done ";
+    } catch (const FileError& error) {
+      note(static_cast<int>(error.kind()));
+    }
+  };
+  const std::string file = folder + Win("\\Ёж.DBF");
+  note(files.Exists(file));
+  note(files.CreateNew(file));
+  note(files.CreateNew(folder + Win("/ёж.dbf")));
+  files.Replace(file, "one");
+  files.Append(folder + Win("/ёЖ.dbf"), "two");
+  account += files.Read(file) + ' ' + files.Read(file, 4) + ' ';
+  note(files.FolderExists(folder));
+  note(files.Exists(folder));
+  for (const std::string& path : {folder, folder + "\\none", folder + "\\none\\x"}) {
+    attempt([&] { (void)files.Read(path); });
+    attempt([&] { (void)files.Open(path, kModeRead); });
+    if (path.ends_with("none")) continue;  // that could be made
+    attempt([&] { (void)files.Open(path, kModeCreate); });
+    attempt([&] { files.Replace(path, "x"); });
+    attempt([&] { files.Append(path, "x"); });
+    attempt([&] { (void)files.CreateNew(path); });
+  }
+  {
+    const auto stream = files.Open(file, kModeReadWrite | kShareDenyWrite);
+    note(stream->Seek(8, SeekOrigin::kBegin));
+    stream->Write("end", 3);
+    note(stream->Seek(-10, SeekOrigin::kCurrent));
+    stream->Write("XY", 2);
+    note(stream->Seek(-4, SeekOrigin::kEnd));
+    std::string rest(8, '.');
+    note(stream->Read(rest.data(), rest.size()));
+    account += rest;
+    note(stream->Size());
+    stream->Reserve(1000);
+    stream->Resize(12);
+    const FileStamp before = stream->Stamp();
+    stream->Sync();
+    note(stream->Size() + (stream->Stamp() != before ? 0 : 1));
+    attempt([&] { stream->Seek(-1, SeekOrigin::kBegin); });
+  }
+  account += files.Read(file);
+  files.Replace(folder + "\\b.txt", "");
+  files.Replace(folder + "\\held", "");  // as a dead process leaves it
+  {
+    const auto held = files.HoldFile(folder + "\\held");
+    note(files.HoldFile(folder + "\\held") == nullptr);
+    note(files.CreateNew(folder + "\\twin", folder + "\\held"));
+    note(files.CreateNew(folder + "\\twin", folder + "\\held"));
+    note(files.Stamp(folder + "\\twin") == files.Stamp(folder + "\\held"));
+    note(files.Stamp(folder + "\\twin") == files.Stamp(folder + "\\b.txt"));
+    note(files.Rename(folder + "\\twin", folder + "\\b.txt"));
+    note(files.Rename(folder + "\\twin", folder + "\\c.txt"));
+    note(files.SyncFolder(folder + "\\c.txt"));
+  }
+  attempt([&] { (void)files.HoldFile(folder + "\\none\\held"); });
+  for (const std::string& name : files.Find(folder, "*.*")) account += Utf8(name) + ' ';
+  note(files.Delete(folder + Win("\\ЁЖ.dbf")));
+  note(files.Delete(file));
+  note(files.Stamp(file) == kNoStamp);
+  return account;
+}
+
+// Whether a file that is open in the first mode can be opened in the second, and what then can
+// be done with it.
+std::string ShareModesOf(Files& files, const std::string& path) {
+  std::vector<FileMode> modes = {kModeCreate};
+  for (const FileMode access : {kModeRead, kModeWrite, kModeReadWrite}) {
+    for (const FileMode share : {kShareExclusive, kShareDenyWrite, kShareDenyNone}) {
+      modes.push_back(access | share);
+    }
+  }
+  std::string account;
+  for (const FileMode first : modes) {
+    files.Replace(path, "x");
+    const auto held = files.Open(path, first);
+    account += ErrorOf([&] { held->Write("y", 1); }) == kNoError ? " writes" : " reads";
+    for (const FileMode second : modes) {
+      account += ErrorOf([&] { (void)files.Open(path, second); }) == kNoError ? '+' : '-';
+    }
+  }
+  return account;
+}
+
+// What a power cut may leave of two sectors in an old file and of a new file.
+TEST(FakeFiles, LosesWhatWasNotSynced) {
+  const std::string old_bytes(1024, 'o'), new_bytes(1024, 'n');
+  std::vector<std::string> states;
+  for (unsigned order = 0; order < 40; ++order) {
+    FakeFiles files;
+    files["C:\\A"] = old_bytes;
+    const auto stream = files.Open("C:\\A", kModeReadWrite | kShareDenyNone);
+    stream->Write(new_bytes.data(), new_bytes.size());
+    EXPECT_TRUE(files.CreateNew("C:\\B"));
+    if (order == 39) stream->Sync();
+    if (order == 39) files.SyncFolder("C:\\A");
+    files.LosePower(order);
+    states.push_back(files["C:\\A"].bytes() + (files.Has("C:\\B") ? "+" : "-"));
+  }
+  EXPECT_EQ(states[0], old_bytes + "-");
+  EXPECT_EQ(states[1], new_bytes + "+");
+  EXPECT_EQ(states[39], new_bytes + "+");
+  EXPECT_EQ(std::set(states.begin(), states.end()).size(), 8u) << "each sector and name on its own";
+}
+
+TEST(FakeFiles, BehavesAsTheRealFilesDo) {
+  const TempFolder folder;
+  PosixFiles real;
+  FakeFiles fake;
+  fake.AddFolder("C:\\Out");
+  EXPECT_EQ(AccountOf(fake, "c:/OUT"), AccountOf(real, folder.Win("")));
+  EXPECT_EQ(ShareModesOf(fake, "c:/OUT/x"), ShareModesOf(real, folder.Win("x")));
 }
 
 }  // namespace
