@@ -73,15 +73,14 @@ class DocumentGenerator {
   std::string Number(const schema::SimpleType& type) {
     if (type.max_inclusive && Full()) return *type.max_inclusive;
     if (type.min_inclusive && *type.min_inclusive != "0" && !Full()) return *type.min_inclusive;
-    const std::string digit = std::to_string(values_() % 8 + 1);
-    if (!Full()) return digit;
+    std::string text = std::to_string(values_() % 8 + 1);
+    if (!Full()) return text;
     const int decimals = IsInteger(type) ? 0 : std::min(type.fraction_digits.value_or(2), 6);
     const int whole = std::max(std::min(type.total_digits.value_or(6), 15) - decimals, 1);
-    const std::string text = digit + std::string(static_cast<std::size_t>(whole - 1), '3');
+    text.append(static_cast<std::size_t>(whole - 1), '3');
+    if (decimals == 0) return text;
     // The last digit is not 0, so that the number is written back with all of them.
-    return decimals == 0
-               ? text
-               : text + "." + std::string(static_cast<std::size_t>(decimals - 1), '0') + digit;
+    return text + "." + std::string(static_cast<std::size_t>(decimals - 1), '0') + "7";
   }
 
   std::string Value(const schema::SimpleType& type) {
