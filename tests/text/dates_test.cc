@@ -94,13 +94,8 @@ TEST(Dates, RegistrationDaysWithAndWithoutTheEnds) {
   }
 }
 
-DateSearch Search(bool strict = false, std::size_t limit = 0) {
-  DateSearch search;
-  search.strict = strict;
-  search.limit = limit;
-  search.this_year = 2026;
-  return search;
-}
+const DateSearch kAnywhere{.this_year = kThisYear};
+const DateSearch kStrict{.strict = true, .this_year = kThisYear};
 
 // All dates of the text, as "text@position".
 std::string Dates(std::string_view utf8, const DateSearch& search) {
@@ -121,23 +116,21 @@ TEST(DateFinder, FindsDatesInText) {
        Cases({"1.2.24 -> 1.2.24@1", "-01.02.2024 -> 01.02.2024@2", "1.2.24.5 -> 1.2.24@1",
               "45.13.24.1.2.24 -> 1.2.24@10", "31.2.24 1/3/24 -> 1/3/24@9",
               "№1-2 1-2-24,3/4/25 -> 1-2-24@6 3/4/25@13"})) {
-    EXPECT_EQ(Dates(text, Search()), dates) << text;
+    EXPECT_EQ(Dates(text, kAnywhere), dates) << text;
   }
   for (const char* text :
        {"01.02.202", "01.02-2024", "101.02.2024", "1.1.1.2.24", "12345-01.02.2024", "30.12.1899"}) {
-    EXPECT_EQ(Dates(text, Search()), "") << text;
+    EXPECT_EQ(Dates(text, kAnywhere), "") << text;
   }
-  EXPECT_EQ(Dates("01.02.2024 3.4.25", Search(false, 8)), "01.02.20@1");
-  DateSearch slashes = Search();
-  slashes.separators = CharSet("/");
-  EXPECT_EQ(CountDates("1.2.24 3/4/25", slashes), 1U);
+  EXPECT_EQ(Dates("01.02.2024 3.4.25", {.limit = 8, .this_year = kThisYear}), "01.02.20@1");
+  EXPECT_EQ(CountDates("1.2.24 3/4/25", {.separators = "/", .this_year = kThisYear}), 1U);
 }
 
 TEST(DateFinder, StrictModeLooksAtTheNeighbours) {
-  EXPECT_EQ(Dates("от1.2.2024г (3.4.25)С5.6.24ПО", Search(true)), "1.2.2024@3 3.4.25@14 5.6.24@22");
+  EXPECT_EQ(Dates("от1.2.2024г (3.4.25)С5.6.24ПО", kStrict), "1.2.2024@3 3.4.25@14 5.6.24@22");
   for (const char* text : {"А1.2.2024", "#1.2.24", "1.2.2024.", "г1.2.24", "1.2.2024т"}) {
-    EXPECT_EQ(Dates(text, Search(true)), "") << text;
-    EXPECT_NE(Dates(text, Search(false)), "") << text;
+    EXPECT_EQ(Dates(text, kStrict), "") << text;
+    EXPECT_NE(Dates(text, kAnywhere), "") << text;
   }
 }
 
@@ -147,8 +140,8 @@ TEST(DateFinder, RemovesWhatBelongsToTheDate) {
               "а,1.2.24г.;б -> а,;б", "5 с 1.2.24 по -> 5по", "а 1.2.24 год -> агод",
               "лот с 1.2.24 -> лот", "полет 1.2.24 -> полет", "с 1.2.24 г -> с"})) {
     std::string remaining = Win(text);
-    const FoundDate expected = ExtractDate(1, remaining, Search());
-    const FoundDate removed = RemoveDate(1, remaining, Search());
+    const FoundDate expected = ExtractDate(1, remaining, kAnywhere);
+    const FoundDate removed = RemoveDate(1, remaining, kAnywhere);
     EXPECT_EQ(Utf8(remaining), rest);
     EXPECT_EQ(removed.position, expected.position);
   }
