@@ -151,7 +151,7 @@ TEST_F(PosixFilesTest, FailuresNameTheFileAndTheCause) {
 }
 
 TEST_F(PosixFilesTest, RespectsPermissions) {
-  fs::permissions(folder.path(), fs::perms(0755));
+  fs::permissions(folder.path(), fs::perms(0777));
   fs::create_directory(folder / "out");
   for (const char* name : {"secret", "fixed"}) folder.Write(name, "x");
   const std::pair<const char*, unsigned> rights[] = {{"secret", 0}, {"fixed", 0444}, {"out", 0555}};
