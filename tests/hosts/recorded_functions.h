@@ -11,7 +11,7 @@ enum class Reply { kFalse, kTrue, kError };
 // notes how it was called.
 struct Recording {
   Reply reply = Reply::kTrue;
-  std::string call;  // "Function(argument|argument|...)"
+  std::string call;  // "Function|argument|argument|..."
   bool stack_aligned = false;
   int floating_point_traps = 0;
 };

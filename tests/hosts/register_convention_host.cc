@@ -16,14 +16,13 @@ extern "C" {
 
 // What MakeRegisterCall is told and what it found; its assembly counts the offsets.
 struct RegisterCall {
-  const void* function;       // 0
-  const void* arguments[4];   // 4, 8, 12, 16
-  std::uint32_t stack_shift;  // 20: bytes by which the stack is moved before the call
-  std::uint32_t eax;          // 24
-  std::uint32_t kept[4];      // 28: EBX, ESI, EDI, EBP after the call
-  std::uint32_t esp_before;   // 44: before the fourth argument was pushed
-  std::uint32_t esp_after;    // 48
-  std::uint32_t own_esp;      // 52
+  const void* function = nullptr;            // 0
+  const void* arguments[4] = {};             // 4, 8, 12, 16
+  std::uint32_t stack_shift = 0;             // 20: bytes by which the stack is moved first
+  std::uint32_t eax = 0;                     // 24
+  std::uint32_t kept[4] = {};                // 28: EBX, ESI, EDI, EBP after the call
+  std::uint32_t esp_before = 0;              // 44: before the fourth argument was pushed
+  std::uint32_t esp_after = 0, own_esp = 0;  // 48, 52
 } register_call;
 
 void MakeRegisterCall();
@@ -72,7 +71,7 @@ customsconv_text Text(const std::string& bytes) {
 
 // A host's list with room for what is appended.
 struct HostList : customsconv_lines {
-  std::string lines = "kept line";
+  std::string lines;
 };
 
 void Append(customsconv_lines* list, const char* line, size_t size) {
@@ -97,13 +96,9 @@ std::string Call(Function function, const std::string (&texts)[3], const void* f
                  std::uint32_t stack_shift) {
   const customsconv_text first = Text(texts[0]), second = Text(texts[1]), third = Text(texts[2]);
   TheRecording() = {reply, "", false, -1};
-  register_call = {};
-  register_call.function = reinterpret_cast<const void*>(function);
-  register_call.arguments[0] = &first;
-  register_call.arguments[1] = &second;
-  register_call.arguments[2] = &third;
-  register_call.arguments[3] = fourth;
-  register_call.stack_shift = stack_shift;
+  register_call = {.function = reinterpret_cast<const void*>(function),
+                   .arguments = {&first, &second, &third, fourth},
+                   .stack_shift = stack_shift};
   if (setjmp(caller) != 0) return TheRecording().call + " raised: " + raised;
   MakeRegisterCall();
   return Report();
@@ -111,9 +106,8 @@ std::string Call(Function function, const std::string (&texts)[3], const void* f
 
 int Expect(const std::string& found, const std::string& expected) {
   std::printf("%s\n", found.c_str());
-  if (found == expected) return 0;
-  std::printf("  not: %s\n", expected.c_str());
-  return 1;
+  if (found != expected) std::printf("  not: %s\n", expected.c_str());
+  return found == expected ? 0 : 1;
 }
 
 }  // namespace
@@ -133,15 +127,15 @@ int main() {
   for (const std::uint32_t shift : {0u, 4u, 8u, 12u}) {
     std::printf("stack moved by %u bytes\n", unsigned{shift});
     faults += Expect(Call(Xml2ArmTi, files, &output, Reply::kTrue, shift),
-                     "Xml2ArmTi(C:\\PROG\\|C:\\R.TXT|C:\\A.XML|C:\\OUT\\) AL=1" + all_back);
+                     "Xml2ArmTi|C:\\PROG\\|C:\\R.TXT|C:\\A.XML|C:\\OUT\\ AL=1" + all_back);
     HostList list{{Append}, "kept line"};
     faults += Expect(
         Call(CheckXSD, files, &list, Reply::kFalse, shift) + ", list: " + list.lines,
-        "CheckXSD(C:\\PROG\\|C:\\R.TXT|C:\\A.XML) AL=0" + all_back + ", list: kept line + a line");
+        "CheckXSD|C:\\PROG\\|C:\\R.TXT|C:\\A.XML AL=0" + all_back + ", list: kept line + a line");
   }
   faults += Expect(Call(Xml2ArmTi, longest, &output, Reply::kFalse, 4),
-                   "Xml2ArmTi(" + longest[0] + "||" + longest[2] + "|C:\\OUT\\) AL=0" + all_back);
+                   "Xml2ArmTi|" + longest[0] + "||" + longest[2] + "|C:\\OUT\\ AL=0" + all_back);
   faults += Expect(Call(Xml2ArmTi, files, &output, Reply::kError, 4),
-                   "Xml2ArmTi(C:\\PROG\\|C:\\R.TXT|C:\\A.XML|C:\\OUT\\) raised: no kord.ini");
+                   "Xml2ArmTi|C:\\PROG\\|C:\\R.TXT|C:\\A.XML|C:\\OUT\\ raised: no kord.ini");
   return faults;
 }
