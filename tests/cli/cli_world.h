@@ -35,20 +35,15 @@ class RecordingOutput : public Output {
   std::deque<std::string> answers;
 };
 
-// The words of a command line as one types it.
-[[nodiscard]] inline std::vector<std::string> Arguments(std::string_view command_line) {
-  const std::vector<std::string_view> words = Words(command_line, CharSet(" \n"));
-  return {words.begin(), words.end()};
-}
-
 // The program over a world in memory.
 class CliWorld : public ProgramWorld {
  public:
-  // Runs the program. What it prints is in `output`, afresh.
+  // Runs the program with these words. What it prints is in `output`, afresh.
   ExitStatus RunProgram(std::string_view command_line) {
     output.results.clear();
     output.remarks.clear();
-    return cli::Run(Arguments(command_line), {host.files, host.clock, host.processes}, output);
+    const std::vector<std::string_view> words = Words(command_line, CharSet(" \n"));
+    return cli::Run({words.begin(), words.end()}, {host.files, host.clock, host.processes}, output);
   }
   ExitStatus Convert(const std::string& more = "") {
     return RunProgram(R"(convert --program C:\PROG --rules C:\RULES\armti.txt --output C:\OUT )" +

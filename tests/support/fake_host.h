@@ -145,7 +145,6 @@ class FakeHost {
   FakeHost& operator=(const FakeHost&) = delete;
 
   operator Host&() { return host_; }  // implicit on purpose
-  [[nodiscard]] Host& host() { return host_; }
 
   FakeFiles files;
   FakeClock clock;
