@@ -262,9 +262,27 @@ std::string PosixFiles::FullName(std::string_view path) const {
 
 std::string PosixFiles::Identity(std::string_view path) const {
   const std::string name = SystemName(path);
-  if (std::string real = RealName(name); !real.empty()) return real;
-  const std::string folder = RealName(FolderOf(name));
-  return (folder.empty() ? FolderOf(name) : folder) + "/" + name.substr(name.rfind('/') + 1);
+  const std::string file = name.substr(name.rfind('/') + 1);
+  if (file.empty()) return RealFolder(name);
+  struct stat status {};
+  const bool is_plain = file != "." && file != ".." &&
+                        (::lstat(name.c_str(), &status) != 0 || !S_ISLNK(status.st_mode));
+  std::string real = is_plain ? std::string() : RealName(name);
+  if (!real.empty()) return real;
+  real = RealFolder(FolderOf(name));
+  return real.append(real.ends_with('/') ? "" : "/").append(file);
+}
+
+// Tables of a set ask for one folder again and again. What is known of it holds as long as its
+// name leads to the same one.
+std::string PosixFiles::RealFolder(const std::string& name) const {
+  const auto status = StatusOf(name);
+  if (!status) return name;
+  KnownFolder& known = real_folders_[name];
+  if (known.name.empty() || known.device != status->st_dev || known.number != status->st_ino) {
+    known = {RealName(name), status->st_dev, status->st_ino};
+  }
+  return known.name.empty() ? name : known.name;
 }
 
 std::string PosixFiles::ShortName(std::string_view path) const {

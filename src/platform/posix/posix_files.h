@@ -1,10 +1,13 @@
 #ifndef CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
 #define CUSTOMSCONV_PLATFORM_POSIX_POSIX_FILES_H_
 
+#include <sys/types.h>
+
 #include <functional>
 #include <memory>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -54,7 +57,17 @@ class PosixFiles : public Files {
   [[nodiscard]] std::string ReadPipe(const std::string& system_name, std::size_t limit,
                                      std::string_view path) const;
 
+  // The real name of a folder, `name` itself when there is no such folder.
+  [[nodiscard]] std::string RealFolder(const std::string& name) const;
+
+  struct KnownFolder {
+    std::string name;
+    dev_t device = 0;
+    ino_t number = 0;
+  };
+
   std::function<void()> on_wait_;
+  mutable std::unordered_map<std::string, KnownFolder> real_folders_;
   std::set<std::string> cleared_folders_;
 };
 
