@@ -81,6 +81,9 @@ class TDocInfo {
   // Built with the first document of the type.
   [[nodiscard]] const TDocProtect& Numbering(Environment& environment) CUSTOMSCONV_LIFETIME_BOUND;
 
+  // The next document is the type's first one again.
+  void ForgetDocuments() { numbering_.reset(); }
+
   // Value of the first extra line "key=value" whose text before "=" is `key`, any
   // letter case, no blanks skipped; trimmed; empty when there is none. Points into ExtraLines.
   [[nodiscard]] std::string_view GetHeaderValue(std::string_view key) const

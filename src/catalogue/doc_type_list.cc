@@ -32,26 +32,42 @@ bool HasFolder(std::string_view name) {
   return std::any_of(name.begin(), name.end(), IsPathSeparator);
 }
 
-void ReadFolder(CatalogueReader& reader, const Files& files, const std::string& folder,
-                std::string_view left_out) {
+struct CatalogueFile {
+  std::string path;
+  CatalogueKind kind = CatalogueKind::kWindows;
+};
+using CatalogueFiles = std::vector<CatalogueFile>;
+
+void AddFolder(const Files& files, const std::string& folder, std::string_view left_out,
+               CatalogueFiles& found) {
   for (const std::string& name : files.Find(folder, kCatalogueMask)) {
-    if (!Contains(left_out, UpperCaseRu(name))) {
-      reader.ReadFile(folder + name, CatalogueKind::kWindows);
-    }
+    if (!Contains(left_out, UpperCaseRu(name))) found.push_back({folder + name});
   }
 }
 
-void ReadAllFiles(CatalogueReader& reader, const Environment& environment) {
-  const Files& files = environment.host.files;
-  reader.ReadFile(environment.base_path + std::string(kDosCatalogue), CatalogueKind::kDos);
-  ReadFolder(reader, files, environment.data_path, kLeftOut);
-  if (environment.aux_path != environment.data_path) {
-    ReadFolder(reader, files, environment.aux_path, {});
+// The files of a list, in the order in which they are read.
+CatalogueFiles FilesOf(std::string_view file_names, bool all_files,
+                       const Environment& environment) {
+  CatalogueFiles found;
+  for (const std::string_view name : Words(file_names, kFileNameDelimiters)) {
+    found.push_back({(HasFolder(name) ? "" : environment.data_path) + std::string(name)});
   }
+  if (!all_files) return found;
+  const Files& files = environment.host.files;
+  found.push_back({environment.base_path + std::string(kDosCatalogue), CatalogueKind::kDos});
+  AddFolder(files, environment.data_path, kLeftOut, found);
+  if (environment.aux_path != environment.data_path) {
+    AddFolder(files, environment.aux_path, {}, found);
+  }
+  return found;
+}
+
+std::string CheckedTypesFile(const Environment& environment) {
+  return environment.base_path + "DOCCHECK.INI";
 }
 
 void MarkCheckedTypes(const TDocTypeList& types, const Environment& environment) {
-  const std::string file_name = environment.base_path + "DOCCHECK.INI";
+  const std::string file_name = CheckedTypesFile(environment);
   if (!environment.host.files.Exists(file_name)) return;
   const TConfiguration doc_check(environment.host, file_name, CreateMode::kCreate, CodePage::kDos);
   const std::string codes = settings::CheckedDocs(doc_check);
@@ -91,20 +107,40 @@ Types SortedByCode(Types types) {
 
 }  // namespace
 
-TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environment& environment) {
+TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environment& environment)
+    : origin_(OriginOf(file_names, all_files, environment)) {  // taken first: a later change shows
   TypeCollection types;
   CatalogueReader reader(types, environment);
-  for (const std::string_view name : Words(file_names, kFileNameDelimiters)) {
-    reader.ReadFile((HasFolder(name) ? "" : environment.data_path) + std::string(name),
-                    CatalogueKind::kWindows);
+  for (const CatalogueFile& file : FilesOf(file_names, all_files, environment)) {
+    reader.ReadFile(file.path, file.kind);
   }
-  if (all_files) ReadAllFiles(reader, environment);
 
   types_ = SortedByCode(types.Take(file_names_));
   if (all_files) MarkCheckedTypes(*this, environment);
 }
 
 TDocTypeList::~TDocTypeList() = default;
+
+TDocTypeList::Origin TDocTypeList::OriginOf(std::string_view file_names, bool all_files,
+                                            const Environment& environment) {
+  const Files& files = environment.host.files;
+  Origin origin{settings::UpCaseDocs(environment.config), {}};
+  const auto add = [&](const std::string& path) {
+    origin.files.emplace_back(path, files.Stamp(path));
+  };
+  for (const CatalogueFile& file : FilesOf(file_names, all_files, environment)) add(file.path);
+  if (all_files) add(CheckedTypesFile(environment));
+  return origin;
+}
+
+bool TDocTypeList::IsCurrent(std::string_view file_names, bool all_files,
+                             const Environment& environment) const {
+  return origin_ == OriginOf(file_names, all_files, environment);
+}
+
+void TDocTypeList::ForgetDocuments() {
+  for (const std::unique_ptr<TDocInfo>& type : types_) type->ForgetDocuments();
+}
 
 int TDocTypeList::IndexOf(std::string_view code) const {
   const auto found =

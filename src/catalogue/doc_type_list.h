@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/lifetime.h"
@@ -29,6 +30,13 @@ class TDocTypeList {
   TDocTypeList(const TDocTypeList&) = delete;
   TDocTypeList& operator=(const TDocTypeList&) = delete;
 
+  // Whether a list read now would be this one: its files, and the settings that steer the reading,
+  // are as they were.
+  [[nodiscard]] bool IsCurrent(std::string_view file_names, bool all_files,
+                               const Environment& environment) const;
+  // What was found out for the documents of an earlier run is found out anew.
+  void ForgetDocuments();
+
   [[nodiscard]] int Count() const { return static_cast<int>(types_.size()); }
   [[nodiscard]] TDocInfo& Item(int index) const CUSTOMSCONV_LIFETIME_BOUND {
     return *types_[static_cast<std::size_t>(index)];
@@ -42,6 +50,16 @@ class TDocTypeList {
   [[nodiscard]] TDocInfo* TableSetOf(std::string_view table) const CUSTOMSCONV_LIFETIME_BOUND;
 
  private:
+  // What the list was read from, a file that was not there included.
+  struct Origin {
+    std::string up_case_docs;  // the setting
+    std::vector<std::pair<std::string, FileStamp>> files;
+    friend bool operator==(const Origin&, const Origin&) = default;
+  };
+  [[nodiscard]] static Origin OriginOf(std::string_view file_names, bool all_files,
+                                       const Environment& environment);
+
+  Origin origin_;
   std::forward_list<std::string> file_names_;  // the types point to them
   std::vector<std::unique_ptr<TDocInfo>> types_;
 };

@@ -8,6 +8,7 @@
 #include "base/unicode.h"
 #include "cli/arguments.h"
 #include "cli/catalogue_draft.h"
+#include "dbf/dbf_cache.h"
 #include "entry/start_up.h"
 #include "tables/table_levels.h"
 

@@ -7,7 +7,11 @@
 namespace customsconv {
 
 StartUpState::StartUpState(Host& host)
-    : shared_(host), today_(host.clock), environment_{host, {}, {}, {}, nullptr, shared_, today_} {}
+    : dialogs_(host.dialogs),
+      host_{host.files, host.clock, dialogs_, host.processes},
+      shared_(host_),
+      today_(host.clock),
+      environment_{host_, {}, {}, {}, nullptr, shared_, today_} {}
 
 bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_dir) {
   quiet_failure_.clear();
@@ -26,9 +30,7 @@ bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_di
     environment_.aux_path = aux_dir;
     config_ = std::move(config);
     environment_.config = config_.get();
-    // File names are short texts, as in all that the exports take and pass on.
-    const ShortText catalogue_file = JoinShort({environment_.data_path, kDcfFileName});
-    types_ = std::make_unique<TDocTypeList>(catalogue_file, true, environment_);
+    LoadTypes();
     return true;
   } catch (const std::exception& error) {
     quiet_failure_ = FailureText(error);
@@ -36,6 +38,17 @@ bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_di
   environment_.config = nullptr;
   config_.reset();
   return false;
+}
+
+void StartUpState::LoadTypes() {
+  const bool was_told = dialogs_.TakeNoted();
+  // File names are short texts, as in all that the exports take and pass on.
+  const ShortText catalogue_file = JoinShort({environment_.data_path, kDcfFileName});
+  if (!was_told && types_ != nullptr && types_->IsCurrent(catalogue_file, true, environment_)) {
+    types_->ForgetDocuments();
+  } else {
+    types_ = std::make_unique<TDocTypeList>(catalogue_file, true, environment_);
+  }
 }
 
 void StartUpState::TearDown() {

@@ -9,7 +9,8 @@
 #include "base/short_text.h"
 #include "catalogue/doc_type_list.h"
 #include "config/configuration.h"
-#include "dbf/dbf_cache.h"
+#include "platform/host.h"
+#include "platform/noting_dialogs.h"
 #include "services/environment.h"
 
 namespace customsconv {
@@ -18,7 +19,8 @@ inline constexpr std::string_view kDcfFileName = "Kordwin.dcf";
 
 // The process-wide state: the folders of the run, the configuration and the catalogue
 // of document types. Every call of an export starts it up anew and so replaces what an
-// earlier call left.
+// earlier call left; a catalogue whose files are as they were is kept, unless something was told
+// meanwhile, which is told again at each call.
 class StartUpState {
  public:
   // `host` must outlive the state.
@@ -40,6 +42,10 @@ class StartUpState {
   }
 
  private:
+  void LoadTypes();
+
+  NotingDialogs dialogs_;
+  Host host_;
   SharedConfigurations shared_;
   KeptToday today_;
   Environment environment_;

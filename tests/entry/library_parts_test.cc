@@ -56,6 +56,34 @@ TEST_F(StartUpTest, EachStartReadsTheFoldersOfItsArguments) {
   EXPECT_EQ(state.environment().config, nullptr);
 }
 
+// A catalogue is read again when any of its sources changed, or had something to tell.
+TEST_F(StartUpTest, KeepsACatalogueAsLongAsItIsWhatWouldBeRead) {
+  const auto loads_anew = [&] {
+    if (!state.StartUp(kProgram, "")) return false;
+    const bool fresh = state.types().Item(0).Grouping != 77;
+    state.types().Item(0).Grouping = 77;
+    return fresh;
+  };
+  EXPECT_TRUE(loads_anew());
+  EXPECT_FALSE(loads_anew());
+  const std::string type = "[MORE.HEADER]\r\nFullName=x\r\n";
+  const std::pair<const char*, std::string> changes[] = {
+      {"C:\\PROG\\Data\\more.dcf", type},
+      {"C:\\PROG\\Data\\more.dcf", type + "DocFileExt=y\r\n"},
+      {"C:\\PROG\\DOCCHECK.INI", "[Common]\r\nCheckedDocs=MORE\r\n"},
+      {"C:\\PROG\\kord.ini", "[Common]\r\nUpCaseDocs=*\r\n"}};
+  for (const auto& [file, content] : changes) {
+    host.files[file] = content;
+    EXPECT_TRUE(loads_anew()) << file;
+    EXPECT_FALSE(loads_anew()) << file;
+  }
+  host.files["C:\\PROG\\Data\\more.dcf"] = type + "DocFileLabel=TOOLONG\r\n";
+  for (const std::size_t told : {1, 2}) {
+    EXPECT_TRUE(loads_anew());
+    EXPECT_EQ(host.dialogs.log.size(), told);
+  }
+}
+
 // The former configuration writes what it still has to before the file is read anew; over other
 // people's changes it writes nothing.
 TEST_F(StartUpTest, AWaitingChangeIsInTheConfigurationThatFollows) {
