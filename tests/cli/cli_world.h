@@ -29,8 +29,7 @@ class RecordingOutput : public Output {
     return true;
   }
 
-  std::string results;
-  std::string remarks;
+  std::string results, remarks;
   bool terminal = false;
   std::deque<std::string> answers;
 };
