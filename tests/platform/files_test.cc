@@ -143,7 +143,8 @@ TEST_F(PosixFilesTest, FailuresNameTheFileAndTheCause) {
       {replace, "нет/x", "Не могу создать файл %: нет такого файла или папки"}};
   for (auto [call, name, expected] : cases) {  // "%" stands for the path
     expected.replace(expected.find('%'), 1, folder / name);
-    EXPECT_EQ(Utf8(ErrorOf([&] { call(folder.Win(name)); })), expected);
+    const std::function<void()> act = std::bind(call, folder.Win(name));
+    EXPECT_EQ(Utf8(ErrorOf(act)), expected);
   }
   EXPECT_NE(ErrorOf([&] { (void)files.Open(folder.Win("busy"), kModeCreate); }), kNoError);
   EXPECT_EQ(folder.Read("busy"), "kept") << "refused before anything is cut off";
