@@ -56,16 +56,14 @@ std::string Table() {
 
 class LineWatcher : public ConversionObserver {
  public:
-  void RegistrationNumber(std::string_view) override {}
-  void Skipped(const DocumentReport&, SkipReason) override {}
-  void Converted(const DocumentReport&) override {}
+  void DocumentDone() override {}
   void Record(std::string_view) override {}
   [[nodiscard]] bool WantsLines() const override { return true; }
   void Line(const LineReport&) override {}
 };
 
 // All tables after one conversion.
-std::string Converted(std::string_view rules, std::string_view xml, ConversionObserver* observer) {
+std::string Converted(std::string_view rules, std::string_view xml, FileAccount* account) {
   constexpr char kXmlFile[] = "C:\\IN\\10702020_110615_0001234.xml";
   FakeHost host;
   host.files["C:\\PROG\\kord.ini"] = "";
@@ -78,7 +76,7 @@ std::string Converted(std::string_view rules, std::string_view xml, ConversionOb
   for (const std::string name : kTables) host.files["C:\\OUT\\" + name + ".DBF"] = empty_table;
   LibXmlServices services(host.files);
   Library library(host, services);
-  if (!library.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", kXmlFile, "C:\\OUT\\", observer) &&
+  if (!library.Xml2ArmTi("C:\\PROG\\", "C:\\RULES\\armti.txt", kXmlFile, "C:\\OUT\\", account) &&
       library.quiet_failure().empty()) {
     std::abort();
   }
@@ -100,7 +98,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view rules = bytes.substr(0, rules_end);
   const std::string_view xml = bytes.substr(rules_end + kSeparator.size());
   customsconv::LineWatcher watcher;
-  if (customsconv::Converted(rules, xml, nullptr) != customsconv::Converted(rules, xml, &watcher)) {
+  customsconv::FileAccount account{.observer = &watcher};
+  if (customsconv::Converted(rules, xml, nullptr) != customsconv::Converted(rules, xml, &account)) {
     std::abort();
   }
   return 0;

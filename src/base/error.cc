@@ -36,7 +36,10 @@ std::string FileMessage(FileError::Kind kind, std::string_view path, std::string
 
 }  // namespace
 
-Error::Error(std::string text_1251) : text_(std::move(text_1251)), utf8_(Utf8FromWin(text_)) {}
+Error::Error(std::string text_1251) : Error(std::move(text_1251), {}) {}
+
+Error::Error(std::string text_1251, std::string told_1251)
+    : text_(std::move(text_1251)), told_(std::move(told_1251)), utf8_(Utf8FromWin(text_)) {}
 
 ListIndexError::ListIndexError(long long index)
     : Error("List index out of bounds (" + std::to_string(index) + ")") {}

@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/lifetime.h"
 
@@ -22,15 +23,23 @@ namespace customsconv {
 class Error : public std::exception {
  public:
   explicit Error(std::string text_1251);
+  // `told_1251`: see told().
+  Error(std::string text_1251, std::string told_1251);
   [[nodiscard]] const std::string& text() const noexcept CUSTOMSCONV_LIFETIME_BOUND {
     return text_;
   }
   [[nodiscard]] const char* what() const noexcept CUSTOMSCONV_LIFETIME_BOUND override {
     return utf8_.c_str();
   }
+  // What a person at the command line is told: the message or, where the host programs' message
+  // is a symptom only, the cause. Code page 1251.
+  [[nodiscard]] const std::string& told() const noexcept CUSTOMSCONV_LIFETIME_BOUND {
+    return told_.empty() ? text_ : told_;
+  }
 
  private:
   std::string text_;
+  std::string told_;
   std::string utf8_;
 };
 
@@ -38,7 +47,7 @@ class Error : public std::exception {
 // the user has been told already or asked for it.
 class SilentAbort : public Error {
  public:
-  SilentAbort() : Error("") {}
+  explicit SilentAbort(std::string told_1251 = {}) : Error("", std::move(told_1251)) {}
 };
 
 // An index beyond a list's end: "List index out of bounds (n)".

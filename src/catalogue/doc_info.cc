@@ -20,7 +20,13 @@ void ReadFillSettings(const std::string& code, Environment& environment) {
     return settings::HasEditorSetting(config, code);
   };
   if (environment.config != nullptr && is_set(*environment.config)) return;
-  (void)is_set(environment.shared.Get(environment.base_path + "DOCUMENT.INI", CodePage::kDos));
+  const std::string file = environment.base_path + "DOCUMENT.INI";
+  try {
+    (void)is_set(environment.shared.Get(file, CodePage::kDos));
+  } catch (const Error& error) {
+    throw Error(error.text(),
+                Join({error.told(), ": в kord.ini нет ключа AG раздела ["_cp1251, code, "]"}));
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "base/unicode.h"
+#include "cli/texts.h"
 #include "text/file_names.h"
 
 namespace customsconv::cli {
@@ -10,7 +11,7 @@ namespace {
 
 ShortText Checked(const std::string& path, std::string_view utf8) {
   if (path.size() > ShortText::kMaxSize) {
-    throw UsageError("path is longer than 255 bytes: " + std::string(utf8));
+    throw UsageError(Say(texts::kPathTooLong, {utf8}));
   }
   return ShortText::Cut(path);  // nothing is lost
 }
@@ -21,7 +22,7 @@ std::string WinArgument(std::string_view utf8) {
   const std::optional<std::string> text = WinFromUtf8(utf8);
   // What code page 1251 lacks comes out as "?": only a round trip proves a name.
   if (!text || Utf8FromWin(*text) != utf8) {
-    throw UsageError("code page 1251 cannot hold this text: " + std::string(utf8));
+    throw UsageError(Say(texts::kNotInCodePage, {utf8}));
   }
   return *text;
 }

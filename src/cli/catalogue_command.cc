@@ -147,7 +147,7 @@ ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& contex
   try {
     StartUpState state(context.host);
     if (!StartProgram(options.program, state, context)) {
-      FinishFailure(context, state.quiet_failure());
+      FinishFailure(context, Utf8FromWin(state.quiet_failure()));
       return ExitStatus::kNegative;
     }
     CatalogueView view(context, state);
@@ -158,8 +158,8 @@ ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& contex
     }
     return ExitStatus::kDone;
   } catch (const Error& error) {
-    TellError(context, error.text());
-    FinishFailure(context, error.text());
+    TellError(context, ToldBy(error));
+    FinishFailure(context, ToldBy(error));
     return ExitStatus::kError;
   }
 }

@@ -36,8 +36,8 @@ ExitStatus Draft(const DraftArguments& arguments, CommandContext& context) {
     Deliver(DraftType(schemas, arguments.draft), arguments, context);
     return ExitStatus::kDone;
   } catch (const Error& error) {
-    TellError(context, error.text());
-    FinishFailure(context, error.text());
+    TellError(context, ToldBy(error));
+    FinishFailure(context, ToldBy(error));
     return ExitStatus::kError;
   }
 }

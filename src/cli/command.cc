@@ -4,6 +4,7 @@
 
 #include "base/unicode.h"
 #include "cli/arguments.h"
+#include "cli/texts.h"
 #include "entry/start_up.h"
 
 namespace customsconv::cli {
@@ -16,11 +17,13 @@ bool StartProgram(std::string_view program_folder, StartUpState& state, CommandC
   const ShortText program = FolderArgument(program_folder);
   // With the data folder as auxiliary folder no further catalogue files are read.
   if (state.StartUp(program, program.str() + "Data\\")) return true;
-  if (!state.quiet_failure().empty()) TellError(context, state.quiet_failure());
+  if (!state.quiet_failure().empty()) TellError(context, Utf8FromWin(state.quiet_failure()));
   return false;
 }
 
-void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error_1251) {
+std::string ToldBy(const Error& error) { return Utf8FromWin(error.told()); }
+
+void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error) {
   json.Key("messages").BeginArray();
   for (const TerminalDialogs::Shown& shown : dialogs.shown()) {
     json.BeginObject();
@@ -29,23 +32,21 @@ void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_vi
     json.EndObject();
   }
   json.EndArray();
-  if (!error_1251.empty()) {
-    json.Key("error").WinText(error_1251);
-  }
+  if (!error.empty()) json.Key("error").Text(error);
   json.EndObject();
   json.Finish();
 }
 
-void FinishFailure(CommandContext& context, std::string_view error_1251) {
+void FinishFailure(CommandContext& context, std::string_view error) {
   if (!context.json) return;
   JsonWriter json(context.output);
   json.BeginObject();
-  FinishJson(json, context.dialogs, error_1251);
+  FinishJson(json, context.dialogs, error);
 }
 
-void TellError(CommandContext& context, std::string_view text_1251) {
+void TellError(CommandContext& context, std::string_view error) {
   context.dialogs.ClearProgressLine();
-  context.output.Remark("error: " + OneLine(Utf8FromWin(text_1251)) + "\n");
+  context.output.Remark(Say(texts::kError, {OneLine(error)}) + "\n");
 }
 
 }  // namespace customsconv::cli

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/error.h"
 #include "cli/json_writer.h"
 #include "cli/output.h"
 #include "cli/terminal_dialogs.h"
@@ -43,6 +44,7 @@ struct CommandContext {
   TerminalDialogs& dialogs;
   Output& output;
   bool json = false;
+  bool quiet = false;  // results and errors only
 };
 
 // Runs the subcommand that the arguments chose.
@@ -56,15 +58,17 @@ void AddProgramOption(CLI::App& command, std::string& folder);
 [[nodiscard]] bool StartProgram(std::string_view program_folder, StartUpState& state,
                                 CommandContext& context);
 
-// Closes the object of a JSON result, as all end: "messages" and, when there is an error (code
-// page 1251), "error".
-void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error_1251 = {});
+// What an error of the library tells people, in UTF-8.
+[[nodiscard]] std::string ToldBy(const Error& error);
+
+// Closes the object of a JSON result, as all end: "messages" and, when there is an error, "error".
+void FinishJson(JsonWriter& json, const TerminalDialogs& dialogs, std::string_view error = {});
 
 // The whole JSON result of a command that failed before it printed any; without --json nothing.
-void FinishFailure(CommandContext& context, std::string_view error_1251);
+void FinishFailure(CommandContext& context, std::string_view error);
 
-// Tells an error of the library on the remark stream ("error: TEXT"). The text is code page 1251.
-void TellError(CommandContext& context, std::string_view text_1251);
+// Tells an error on the remark stream ("error: TEXT").
+void TellError(CommandContext& context, std::string_view error);
 
 }  // namespace customsconv::cli
 

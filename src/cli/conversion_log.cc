@@ -3,7 +3,9 @@
 #include "cli/conversion_log.h"
 
 #include "base/unicode.h"
+#include "cli/file_problems.h"
 #include "cli/interrupt.h"
+#include "cli/texts.h"
 
 namespace customsconv::cli {
 namespace {
@@ -11,40 +13,43 @@ namespace {
 // Records between two looks at the progress line.
 constexpr std::size_t kProgressStep = 1000;
 
-std::string_view ReasonText(SkipReason reason) {
-  switch (reason) {
-    case SkipReason::kNotFirstDeclaration:
-      return "a file's first declaration is converted only";
-    case SkipReason::kKindNotConverted:
-      return "documents of this kind are not converted";
-    case SkipReason::kNoSection:
-      return "no section of the rules names this kind";
-    case SkipReason::kNotFirstOfKind:
-      return "the section's table takes the first document of a kind only";
-    case SkipReason::kNoTableSet:
-      return "the catalogue has no table set with the section's table";
+std::string_view OutcomeText(LineOutcome outcome) {
+  switch (outcome) {
+    case LineOutcome::kWritten:
+      return texts::kWritten.english;
+    case LineOutcome::kEmpty:
+      return texts::kEmpty.english;
+    case LineOutcome::kNoSuchField:
+      return texts::kNoSuchField.english;
+    case LineOutcome::kNoSuchSource:
+      return texts::kNoSuchSource.english;
+    case LineOutcome::kCut:
+      return texts::kCut.english;
+    case LineOutcome::kKeyOfParent:
+      return texts::kKeyOfParent.english;
+    case LineOutcome::kSkipped:
+      return texts::kNotAsked.english;
   }
   return {};
 }
 
-std::string_view OutcomeText(LineOutcome outcome) {
-  switch (outcome) {
-    case LineOutcome::kWritten:
-      return "written";
-    case LineOutcome::kEmpty:
-      return "empty";
-    case LineOutcome::kNoSuchField:
-      return "no such field";
-    case LineOutcome::kNoSuchSource:
-      return "no such source";
-    case LineOutcome::kCut:
-      return "cut";
-    case LineOutcome::kKeyOfParent:
-      return "key of the parent record";
-    case LineOutcome::kSkipped:
-      return "skipped";
+// Rows of all documents by table file, in the order of the names.
+RowCounts RowsOf(const FileLog& log) {
+  RowCounts rows;
+  if (!log.saved) return rows;
+  for (const DocumentAccount& document : log.account.documents) {
+    for (const auto& [table, count] : document.rows_added) rows[table] += count;
   }
-  return {};
+  return rows;
+}
+
+std::vector<const DocumentAccount*> ConvertedIn(const FileLog& log) {
+  std::vector<const DocumentAccount*> converted;
+  if (!log.saved) return converted;
+  for (const DocumentAccount& document : log.account.documents) {
+    if (document.IsConverted()) converted.push_back(&document);
+  }
+  return converted;
 }
 
 }  // namespace
@@ -61,32 +66,34 @@ ConversionLog::ConversionLog(CommandContext& context, std::string rules_file, bo
   json_.Key("files").BeginArray();
 }
 
-void ConversionLog::BeginFile(const std::string& file) {
+FileAccount& ConversionLog::BeginFile(const std::string& file) {
   log_ = {};
   log_.file = file;
+  log_.account.observer = this;
   ++file_number_;
   records_ = 0;
   if (files_ > 1) ShowProgress();
   in_file_ = true;
-  if (!context_.json || !explain_) return;
-  OpenJson(log_);
-  json_.Key("explain").BeginArray();
+  if (context_.json && explain_) {
+    OpenJson(log_);
+    json_.Key("explain").BeginArray();
+  }
+  return log_.account;
 }
 
-void ConversionLog::EndFile(std::string_view error) {
-  log_.error = OneLine(Utf8FromWin(error));
+bool ConversionLog::EndFile(std::optional<bool> returned, std::string_view error) {
+  log_.returned = returned;
+  const bool not_started = returned == false && error.empty();
+  log_.error = not_started ? Say(texts::kNoCatalogue) : OneLine(error);
   in_file_ = false;
   waiting_.push_back(std::move(log_));
+  return waiting_.back().error.empty() && waiting_.back().account.IsWhole();
 }
 
 void ConversionLog::Release(std::string_view error) {
   context_.dialogs.ClearProgressLine();
   for (FileLog& file : waiting_) {
-    if (!error.empty() && !file.converted.empty()) {
-      file.converted.clear();
-      file.rows_added.clear();
-      file.error = OneLine(Utf8FromWin(error));
-    }
+    if (!error.empty() && file.account.ConvertedAny()) Lose(file, OneLine(error));
     if (!context_.json) {
       WriteText(file);
       continue;
@@ -99,18 +106,19 @@ void ConversionLog::Release(std::string_view error) {
   context_.output.Flush();
 }
 
+void ConversionLog::Lose(FileLog& file, std::string_view why) {
+  file.saved = false;
+  file.error = why;
+}
+
 void ConversionLog::Interrupt() {
-  constexpr std::string_view kCause = "interrupted";
+  const std::string cause = Say(texts::kInterrupted);
   const bool half_printed = context_.json && explain_ && (in_file_ || !waiting_.empty());
   if (half_printed && in_file_) waiting_ = {log_};
   if (!half_printed) waiting_.clear();
-  for (FileLog& file : waiting_) {
-    file.converted.clear();
-    file.rows_added.clear();
-    file.error = kCause;
-  }
+  for (FileLog& file : waiting_) Lose(file, cause);
   Release();
-  Finish(false, kCause);
+  Finish(false, cause);
 }
 
 void ConversionLog::Finish(bool result, std::string_view error_1251) {
@@ -120,24 +128,7 @@ void ConversionLog::Finish(bool result, std::string_view error_1251) {
   FinishJson(json_, context_.dialogs, error_1251);
 }
 
-void ConversionLog::RegistrationNumber(std::string_view number) {
-  log_.number = Utf8FromWin(number);
-}
-
-void ConversionLog::Skipped(const DocumentReport& document, SkipReason reason) {
-  StopIfInterrupted();
-  log_.skipped.push_back(
-      {Utf8FromWin(document.kind), document.occurrence, std::string(ReasonText(reason))});
-}
-
-void ConversionLog::Converted(const DocumentReport& document) {
-  log_.converted.push_back({Utf8FromWin(document.kind), document.occurrence, document.section + 1,
-                            Utf8FromWin(document.table)});
-  for (const auto& [table, rows] : document.rows_added) {
-    log_.rows_added[Utf8FromWin(table)] += rows;
-  }
-  StopIfInterrupted();
-}
+void ConversionLog::DocumentDone() { StopIfInterrupted(); }
 
 // Nothing of the document is in the tables before it is saved, so a run may end here.
 void ConversionLog::Record(std::string_view) {
@@ -154,27 +145,33 @@ void ConversionLog::Line(const LineReport& report) {
 }
 
 void ConversionLog::ShowProgress() {
-  context_.dialogs.ShowProgressLine(std::to_string(file_number_) + "/" + std::to_string(files_) +
-                                    " " + log_.file + ": " + std::to_string(records_) + " records");
+  context_.dialogs.ShowProgressLine(Say(
+      texts::kProgress,
+      {std::to_string(file_number_), std::to_string(files_), log_.file, std::to_string(records_)}));
 }
 
 void ConversionLog::WriteText(const FileLog& log) {
-  std::string line = log.file + ": " + (log.number.empty() ? "-" : log.number);
-  line += "; converted:";
-  if (log.converted.empty()) line += " nothing";
-  for (const FileLog::Converted& document : log.converted) {
-    line += " " + document.kind + " " + std::to_string(document.occurrence);
+  std::string line = log.file + ": ";
+  line += log.account.number.empty() ? "-" : Utf8FromWin(log.account.number);
+  const auto converted = ConvertedIn(log);
+  line += "; " + Say(converted.empty() ? texts::kConvertedNothing : texts::kConverted);
+  for (const DocumentAccount* document : converted) {
+    line += " " + Utf8FromWin(document->kind) + " " + std::to_string(document->occurrence);
   }
-  for (const FileLog::Skipped& document : log.skipped) {
-    line += "; skipped: " + document.kind + " " + std::to_string(document.occurrence) + " (" +
-            document.reason + ")";
+  for (const SkippedDocument& document : SkippedIn(log.account)) {
+    const std::string name = document.kind + " " + std::to_string(document.occurrence);
+    line += "; " + Say(texts::kSkipped, {name, document.reason});
   }
-  line += "; rows:";
-  for (const auto& [table, rows] : log.rows_added) {
-    line += " " + table + " +" + std::to_string(rows);
+  const RowCounts rows = RowsOf(log);
+  line += "; " + Say(rows.empty() ? texts::kRowsNone : texts::kRows);
+  for (const auto& [table, count] : rows) {
+    line += " " + Utf8FromWin(table) + " +" + std::to_string(count);
   }
-  if (log.rows_added.empty()) line += " none";
-  if (!log.error.empty()) line += "; failed: " + log.error;
+  std::string problems;
+  for (const FileProblem& problem : ProblemsOf(log.account, log.error)) {
+    problems += (problems.empty() ? "" : "; ") + problem.text;
+  }
+  if (!problems.empty()) line += "; " + Say(texts::kFailed, {problems});
   context_.output.Result(line + "\n");
 }
 
@@ -184,19 +181,20 @@ void ConversionLog::OpenJson(const FileLog& log) {
 }
 
 void ConversionLog::WriteJson(const FileLog& log) {
-  json_.Key("number").Text(log.number);
+  json_.Key("number").WinText(log.account.number);
+  json_.Key("number_drawn").Bool(log.account.number_drawn);
   json_.Key("converted").BeginArray();
-  for (const FileLog::Converted& document : log.converted) {
+  for (const DocumentAccount* document : ConvertedIn(log)) {
     json_.BeginObject();
-    json_.Key("kind").Text(document.kind);
-    json_.Key("occurrence").Number(document.occurrence);
-    json_.Key("section_line").Number(document.section_line);
-    json_.Key("table").Text(document.table);
+    json_.Key("kind").WinText(document->kind);
+    json_.Key("occurrence").Number(document->occurrence);
+    json_.Key("section_line").Number(document->section + 1);
+    json_.Key("table").WinText(document->table);
     json_.EndObject();
   }
   json_.EndArray();
   json_.Key("skipped").BeginArray();
-  for (const FileLog::Skipped& document : log.skipped) {
+  for (const SkippedDocument& document : SkippedIn(log.account)) {
     json_.BeginObject();
     json_.Key("kind").Text(document.kind);
     json_.Key("occurrence").Number(document.occurrence);
@@ -205,8 +203,17 @@ void ConversionLog::WriteJson(const FileLog& log) {
   }
   json_.EndArray();
   json_.Key("rows_added").BeginObject();
-  for (const auto& [table, rows] : log.rows_added) json_.Key(table).Number(rows);
+  for (const auto& [table, rows] : RowsOf(log)) json_.Key(Utf8FromWin(table)).Number(rows);
   json_.EndObject();
+  json_.Key("problems").BeginArray();
+  for (const FileProblem& problem : ProblemsOf(log.account, log.error)) {
+    json_.BeginObject();
+    json_.Key("name").Text(problem.name);
+    json_.Key("text").Text(problem.text);
+    json_.EndObject();
+  }
+  json_.EndArray();
+  if (log.returned) json_.Key("returned").Bool(*log.returned);
   if (!log.error.empty()) json_.Key("error").Text(log.error);
   json_.EndObject();
 }
@@ -220,7 +227,7 @@ void ConversionLog::ExplainText(const LineReport& report) {
           Utf8FromWin(report.target_field) + " ";
   line += OutcomeText(report.outcome);
   if (report.outcome == LineOutcome::kCut) {
-    line += " from " + std::to_string(report.length) + " to " + std::to_string(report.width);
+    line += Say(texts::kFromTo, {std::to_string(report.length), std::to_string(report.width)});
   }
   context_.dialogs.ClearProgressLine();
   context_.output.Result(line + "\n");

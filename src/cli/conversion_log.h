@@ -2,35 +2,24 @@
 #define CUSTOMSCONV_CLI_CONVERSION_LOG_H_
 
 #include <cstddef>
-#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "cli/command.h"
-#include "entry/conversion_report.h"
+#include "entry/conversion_account.h"
 
 namespace customsconv::cli {
 
-// What became of one XML file; all texts UTF-8.
+// What became of one XML file. Texts of the command line are UTF-8.
 struct FileLog {
-  struct Converted {
-    std::string kind;
-    int occurrence;
-    int section_line;  // from 1
-    std::string table;
-  };
-  struct Skipped {
-    std::string kind;
-    int occurrence;
-    std::string reason;
-  };
   std::string file;
-  std::string number;  // registration number
-  std::vector<Converted> converted;
-  std::vector<Skipped> skipped;
-  std::map<std::string, int> rows_added;  // by table file
-  std::string error;                      // that ended the file's run
+  FileAccount account;
+  std::optional<bool> returned;  // by the library's function; none when it threw
+  std::string error;             // that ended the file's run, or kept its rows out of the tables
+  bool saved = true;             // what was converted is in the tables
 };
 
 // Writes a conversion down as it runs: one line a file and a progress line, or JSON; with `explain`
@@ -39,27 +28,29 @@ class ConversionLog : public ConversionObserver {
  public:
   ConversionLog(CommandContext& context, std::string rules_file, bool explain, std::size_t files);
 
-  void BeginFile(const std::string& file);
-  // `error` is code page 1251, empty when the run went through. The file's line waits until its
-  // rows are safe.
-  void EndFile(std::string_view error);
-  // Prints the lines that wait. `error`: why the rows of these files were not written after all.
+  // The account that the file's conversion fills.
+  [[nodiscard]] FileAccount& BeginFile(const std::string& file) CUSTOMSCONV_LIFETIME_BOUND;
+  // `returned`: the library's answer, none when it threw. `error`: empty when the run went through.
+  // The file's line waits until its rows are safe. False when the file is not whole.
+  bool EndFile(std::optional<bool> returned, std::string_view error);
+  // Prints the lines that wait. `error` (UTF-8): why the rows of these files were not written after
+  // all.
   void Release(std::string_view error = {});
   // The run ends here, and files whose lines wait are not in the tables.
   void Interrupt();
   [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
   // Closes the JSON result.
-  void Finish(bool result, std::string_view error_1251);
+  void Finish(bool result, std::string_view error_utf8 = {});
 
-  void RegistrationNumber(std::string_view number) override;
-  void Skipped(const DocumentReport& document, SkipReason reason) override;
-  void Converted(const DocumentReport& document) override;
+  void DocumentDone() override;
   void Record(std::string_view source_path) override;
   [[nodiscard]] bool WantsLines() const override { return explain_; }
   void Line(const LineReport& report) override;
 
  private:
   void ShowProgress();
+  // What was converted of the file is not in the tables.
+  static void Lose(FileLog& file, std::string_view why);
   void WriteText(const FileLog& log);
   void OpenJson(const FileLog& log);
   void WriteJson(const FileLog& log);

@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/unicode.h"
 #include "cli/arguments.h"
 #include "cli/conversion_log.h"
 #include "cli/interrupt.h"
+#include "cli/texts.h"
 #include "entry/library.h"
 #include "validation/libxml_services.h"
 
@@ -30,18 +32,16 @@ const std::map<std::string, LockAnswer> kLockAnswers = {
     {"abandon", LockAnswer::kAbandon},
 };
 
-// The arguments as the library takes them, all looked at before any file is touched.
+// The folders and the rules as the library takes them, looked at before any file is touched.
 struct ConvertArguments {
   explicit ConvertArguments(const ConvertOptions& options)
       : program(FolderArgument(options.program)),
         rules(FileArgument(options.rules)),
-        output(FolderArgument(options.output)),
-        files(FileArguments(options.files)) {}
+        output(FolderArgument(options.output)) {}
 
   ShortText program;
   ShortText rules;
   ShortText output;
-  std::vector<ShortText> files;
 };
 
 // Writes the rows of the files that wait and then prints their lines. False when they could not
@@ -50,7 +50,7 @@ bool Commit(TDbfCache& tables, ConversionLog& log) {
   try {
     tables.Commit();
   } catch (const Error& error) {
-    log.Release(error.text());
+    log.Release(ToldBy(error));
     return false;
   }
   log.Release();
@@ -65,26 +65,33 @@ bool MayWait(const ConversionLog& log, std::uint64_t milliseconds) {
   return log.waiting() < kFiles && milliseconds < kMilliseconds;
 }
 
+// False when the file is not whole in the tables.
+bool ConvertFile(const std::string& file, const ConvertArguments& arguments, Library& library,
+                 ConversionLog& log) {
+  FileAccount& account = log.BeginFile(file);
+  try {
+    const bool returned = library.Xml2ArmTi(arguments.program, arguments.rules, FileArgument(file),
+                                            arguments.output, &account);
+    return log.EndFile(returned, Utf8FromWin(library.quiet_failure())) && returned;
+  } catch (const UsageError& error) {
+    return log.EndFile({}, error.what());  // a name that cannot be handed on
+  } catch (const Error& error) {
+    log.EndFile({}, ToldBy(error));
+    Commit(library.tables(), log);
+    throw;
+  }
+}
+
 // Converts one file after the other, also those behind a file that fails.
 bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& arguments,
                   CommandContext& context, Library& library, ConversionLog& log) {
   bool result = true;
   std::uint64_t since = context.host.clock.Ticks();
-  for (std::size_t i = 0; i < arguments.files.size(); ++i) {
+  for (std::size_t i = 0; i < options.files.size(); ++i) {
     StopIfInterrupted();
-    log.BeginFile(options.files[i]);
-    try {
-      const bool converted = library.Xml2ArmTi(arguments.program, arguments.rules,
-                                               arguments.files[i], arguments.output, &log);
-      log.EndFile(library.quiet_failure());
-      result = result && converted;
-    } catch (const Error& error) {
-      log.EndFile(error.text());
-      Commit(library.tables(), log);
-      throw;
-    }
+    if (!ConvertFile(options.files[i], arguments, library, log)) result = false;
     const std::uint64_t now = context.host.clock.Ticks();
-    const bool last = i + 1 == arguments.files.size();
+    const bool last = i + 1 == options.files.size();
     if (!last && !options.explain && MayWait(log, now - since)) continue;
     if (!Commit(library.tables(), log)) result = false;
     since = context.host.clock.Ticks();
@@ -95,7 +102,7 @@ bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& argumen
 ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   const ConvertArguments arguments(options);
   if (!context.host.files.FolderExists(arguments.output)) {
-    throw UsageError("no such folder: " + options.output);
+    throw UsageError(Say(texts::kNoSuchFolder, {options.output}));
   }
   if (!options.on_lock.empty()) {
     context.dialogs.set_lock_answer(kLockAnswers.at(options.on_lock));
@@ -106,14 +113,14 @@ ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
     Library library(context.host, services);
     library.tables().SaveAllOrNone();
     const bool result = ConvertFiles(options, arguments, context, library, log);
-    log.Finish(result, {});
+    log.Finish(result);
     return result ? ExitStatus::kDone : ExitStatus::kNegative;
   } catch (const Interrupted&) {
     log.Interrupt();
     throw;
   } catch (const Error& error) {
-    log.Finish(false, error.text());
-    TellError(context, error.text());
+    log.Finish(false, ToldBy(error));
+    TellError(context, ToldBy(error));
     return ExitStatus::kError;
   }
 }

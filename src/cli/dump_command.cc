@@ -9,6 +9,7 @@
 #include "cli/arguments.h"
 #include "cli/interrupt.h"
 #include "cli/record_walk.h"
+#include "cli/texts.h"
 #include "entry/start_up.h"
 #include "text/words.h"
 #include "xml/read/xml_container.h"
@@ -99,15 +100,13 @@ class TextRecords : public RecordSink {
   std::vector<std::string> blocks_;
 };
 
-// Shows the documents of all files, up to the first error.
+// Shows the documents of all files, of each up to its first error.
 class Dump {
  public:
   Dump(const DumpOptions& options, CommandContext& context)
-      : options_(options),
-        files_(FileArguments(options.files)),
-        context_(context),
-        json_(context.output),
-        state_(context.host) {}
+      : options_(options), context_(context), json_(context.output), state_(context.host) {
+    (void)FolderArgument(options.program);  // a wrong one is told before anything is shown
+  }
 
   ExitStatus Run() {
     if (context_.json) {
@@ -130,16 +129,39 @@ class Dump {
   ExitStatus ShowFiles() {
     try {
       if (!StartProgram(options_.program, state_, context_)) {
-        error_ = state_.quiet_failure();
+        error_ = Utf8FromWin(state_.quiet_failure());
         return ExitStatus::kNegative;
       }
-      for (const ShortText& file : files_) ShowFile(file);
-      return ExitStatus::kDone;
     } catch (const Error& error) {
-      error_ = error.text();
-      TellError(context_, error_);
-      return ExitStatus::kError;
+      return Fail(ToldBy(error));
     }
+    ExitStatus status = ExitStatus::kDone;
+    for (const std::string& file : options_.files) {
+      if (!TryToShow(file)) status = ExitStatus::kError;
+    }
+    return status;
+  }
+
+  bool TryToShow(const std::string& file) {
+    file_ = file;
+    if (!context_.json && options_.files.size() > 1) {
+      context_.output.Result(Say(texts::kPartOf, {file}) + "\n");
+    }
+    try {
+      ShowFile(FileArgument(file));
+      return true;
+    } catch (const UsageError& error) {
+      Fail(error.what());
+    } catch (const Error& error) {
+      Fail(ToldBy(error));
+    }
+    return false;
+  }
+
+  ExitStatus Fail(std::string_view error) {
+    if (error_.empty()) error_ = error;
+    TellError(context_, error);
+    return ExitStatus::kError;
   }
 
   void ShowFile(const ShortText& file) {
@@ -156,6 +178,7 @@ class Dump {
     const std::string& code = document.DocInfo().Code;
     if (context_.json) {
       json_.BeginObject();
+      json_.Key("file").Text(file_);
       json_.Key("code").WinText(code);
       json_.Key("occurrence").Number(occurrence);
       json_.Key("root");
@@ -176,12 +199,12 @@ class Dump {
   }
 
   const DumpOptions& options_;
-  std::vector<ShortText> files_;
   CommandContext& context_;
   JsonWriter json_;
   StartUpState state_;
+  std::string file_;
   bool unknown_ids_ = false;
-  std::string error_;
+  std::string error_;  // the first one
 };
 
 }  // namespace

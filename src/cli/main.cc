@@ -3,6 +3,7 @@
 #include "cli/interrupt.h"
 #include "cli/run.h"
 #include "cli/standard_output.h"
+#include "cli/texts.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/memory.h"
 #include "platform/posix/posix_clock.h"
@@ -21,7 +22,7 @@ int main(int argc, char** argv) {
   const cli::ExitStatus status =
       cli::Run({argv + 1, argv + argc}, {files, clock, processes}, output);
   if (!output.Finish()) {
-    output.Remark("error: the result could not be written\n");
+    output.Remark(cli::Say(cli::texts::kResultNotWritten) + "\n");
     return static_cast<int>(cli::ExitStatus::kError);
   }
   return static_cast<int>(status);

@@ -7,7 +7,7 @@
 namespace customsconv::cli {
 
 // What the program ends with, for scripts.
-enum class ExitStatus {
+enum class ExitStatus {  // the worse, the greater
   kDone = 0,
   kNegative = 1,  // done, with a negative result: a file was not converted, a document is invalid
   kUsage = 2,     // wrong arguments; nothing was touched

@@ -4,9 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "base/characters.h"
 #include "base/unicode.h"
+#include "cli/texts.h"
 #include "text/blanks.h"
-#include "text/file_names.h"
+#include "text/words.h"
 
 namespace customsconv::cli {
 namespace {
@@ -30,6 +32,14 @@ int FieldCount(const TFileDbfFile& table) { return static_cast<int>(table.fields
 std::string Value(const TFileDbfFile& table, int field) {
   const bool is_long = table.FieldAt(field).length > ShortText::kMaxSize;
   return is_long ? table.GetLongField(field) : table.GetField(field).str();
+}
+
+// For programs: a date with its century, as the table holds it.
+std::string ExactValue(const TFileDbfFile& table, int field) {
+  const std::string_view stored = table.StoredField(field);
+  const bool is_date = table.FieldAt(field).type == column_type::kDate && stored.size() == 8;
+  if (!is_date || !AllDigits(stored)) return Value(table, field);
+  return Join({stored.substr(0, 4), "-", stored.substr(4, 2), "-", stored.substr(6)});
 }
 
 std::string FieldLine(const FieldDescriptor& field) {
@@ -98,8 +108,8 @@ void WriteField(const FieldDescriptor& field, JsonWriter& json) {
   json.EndObject();
 }
 
-void WriteHead(const TFileDbfFile& table, JsonWriter& json) {
-  json.Key("file").WinText(table.file_name());
+void WriteHead(const TFileDbfFile& table, std::string_view name, JsonWriter& json) {
+  json.Key("file").Text(name);
   json.Key("rows").Number(table.RecordCount());
   json.Key("fields").BeginArray();
   for (const FieldDescriptor& field : table.fields()) WriteField(field, json);
@@ -108,9 +118,8 @@ void WriteHead(const TFileDbfFile& table, JsonWriter& json) {
 
 }  // namespace
 
-void ListTable(const TFileDbfFile& table, Output& output) {
-  output.Result(Utf8FromWin(table.file_name()) + "  " + std::to_string(table.RecordCount()) +
-                " rows\n");
+void ListTable(const TFileDbfFile& table, std::string_view name, Output& output) {
+  output.Result(Say(texts::kTableRows, {name, std::to_string(table.RecordCount())}) + "\n");
   for (const FieldDescriptor& field : table.fields()) output.Result(FieldLine(field));
 }
 
@@ -133,9 +142,8 @@ void ShowAligned(TFileDbfFile& table, RowRange rows, Output& output) {
   });
 }
 
-void ShowFilled(TFileDbfFile& table, RowRange rows, Output& output) {
-  output.Result(Utf8FromWin(FileNameOf(table.file_name())) + "  " +
-                std::to_string(table.RecordCount()) + " rows\n");
+void ShowFilled(TFileDbfFile& table, std::string_view name, RowRange rows, Output& output) {
+  output.Result(Say(texts::kTableRows, {name, std::to_string(table.RecordCount())}) + "\n");
   ForEachRow(table, rows, [&](std::int64_t number) {
     const std::string mark = (table.IsDeleted() ? "*" : "") + std::to_string(number);
     PrintParts(Cell(mark, kNumberWidth, true) + "  ", FilledFields(table), output);
@@ -153,26 +161,26 @@ void ShowCsv(TFileDbfFile& table, RowRange rows, Output& output) {
   };
   print([&](int i) { return std::string(table.FieldAt(i).TrimmedName()); });
   ForEachRow(table, rows, [&](std::int64_t) {
-    if (!table.IsDeleted()) print([&](int i) { return Value(table, i); });
+    if (!table.IsDeleted()) print([&](int i) { return ExactValue(table, i); });
   });
 }
 
-void ListJson(const TFileDbfFile& table, JsonWriter& json) {
+void ListJson(const TFileDbfFile& table, std::string_view name, JsonWriter& json) {
   json.BeginObject();
-  WriteHead(table, json);
+  WriteHead(table, name, json);
   json.EndObject();
 }
 
-void ShowJson(TFileDbfFile& table, RowRange rows, JsonWriter& json) {
+void ShowJson(TFileDbfFile& table, std::string_view name, RowRange rows, JsonWriter& json) {
   json.BeginObject();
-  WriteHead(table, json);
+  WriteHead(table, name, json);
   json.Key("records").BeginArray();
   ForEachRow(table, rows, [&](std::int64_t number) {
     json.BeginObject();
     json.Key("number").Number(number);
     json.Key("deleted").Bool(table.IsDeleted());
     json.Key("values").BeginArray();
-    for (int i = 0; i < FieldCount(table); ++i) json.WinText(Value(table, i));
+    for (int i = 0; i < FieldCount(table); ++i) json.WinText(ExactValue(table, i));
     json.EndArray();
     json.EndObject();
   });

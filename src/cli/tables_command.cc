@@ -10,6 +10,7 @@
 #include "cli/arguments.h"
 #include "cli/table_description.h"
 #include "cli/table_view.h"
+#include "cli/texts.h"
 #include "cli/verify_tables.h"
 #include "dbf/dbf_cache.h"
 #include "dbf/dbf_file.h"
@@ -42,26 +43,27 @@ RowRange ParseRows(const std::string& text) {
     range.last = IntOr(text.substr(dash + 1), 0);
   }
   if (range.first < 1 || range.last < range.first) {
-    throw UsageError("--rows takes N, N- or N-M, not " + text);
+    throw UsageError(Say(texts::kRowsOption, {text}));
   }
   return range;
 }
 
-// Runs `show` for each table; a table that cannot be opened ends the command.
+// Runs `show` for each table with its name; a table that cannot be opened ends the command.
 template <typename Show>
-void ForEachTable(const std::vector<ShortText>& files, TDbfCache& tables, const Show& show) {
-  for (const ShortText& file : files) {
+void ForEachTable(const std::vector<std::string>& files, TDbfCache& tables, const Show& show) {
+  for (const std::string& file : files) {
     TFileDbfFile table(tables);
-    table.Open(file, kModeRead | kShareDenyNone, OnError::kThrow);
-    show(table);
+    table.Open(FileArgument(file), kModeRead | kShareDenyNone, OnError::kThrow);
+    show(table, file);
   }
 }
 
-void ShowTable(TFileDbfFile& table, const TablesOptions& options, RowRange rows, Output& output) {
+void ShowTable(TFileDbfFile& table, const std::string& name, const TablesOptions& options,
+               RowRange rows, Output& output) {
+  if (options.filled) return ShowFilled(table, name, rows, output);
+  if (options.files.size() > 1) output.Result(Say(texts::kPartOf, {name}) + "\n");
   if (options.csv) {
     ShowCsv(table, rows, output);
-  } else if (options.filled) {
-    ShowFilled(table, rows, output);
   } else {
     ShowAligned(table, rows, output);
   }
@@ -73,9 +75,9 @@ template <typename AsText, typename AsJson>
 ExitStatus ShowEach(const TablesOptions& options, CommandContext& context, const AsText& as_text,
                     const AsJson& as_json) {
   TDbfCache tables(context.host);
-  const std::vector<ShortText> files = FileArguments(options.files);
+  (void)FileArguments(options.files);  // wrong ones are told before anything is shown
   if (!context.json) {
-    ForEachTable(files, tables, as_text);
+    ForEachTable(options.files, tables, as_text);
     return ExitStatus::kDone;
   }
   JsonWriter json(context.output);
@@ -83,9 +85,10 @@ ExitStatus ShowEach(const TablesOptions& options, CommandContext& context, const
   json.Key("tables").BeginArray();
   std::string failure;
   try {
-    ForEachTable(files, tables, [&](TFileDbfFile& table) { as_json(table, json); });
+    ForEachTable(options.files, tables,
+                 [&](TFileDbfFile& table, const std::string& name) { as_json(table, name, json); });
   } catch (const Error& error) {
-    failure = error.text();
+    failure = ToldBy(error);
     TellError(context, failure);
   }
   json.EndArray();
@@ -95,16 +98,25 @@ ExitStatus ShowEach(const TablesOptions& options, CommandContext& context, const
 
 ExitStatus ListTables(const TablesOptions& options, CommandContext& context) {
   return ShowEach(
-      options, context, [&](const TFileDbfFile& table) { ListTable(table, context.output); },
-      [](const TFileDbfFile& table, JsonWriter& json) { ListJson(table, json); });
+      options, context,
+      [&](const TFileDbfFile& table, const std::string& name) {
+        ListTable(table, name, context.output);
+      },
+      [](const TFileDbfFile& table, const std::string& name, JsonWriter& json) {
+        ListJson(table, name, json);
+      });
 }
 
 ExitStatus ShowTables(const TablesOptions& options, CommandContext& context) {
   const RowRange rows = ParseRows(options.rows);
   return ShowEach(
       options, context,
-      [&](TFileDbfFile& table) { ShowTable(table, options, rows, context.output); },
-      [&](TFileDbfFile& table, JsonWriter& json) { ShowJson(table, rows, json); });
+      [&](TFileDbfFile& table, const std::string& name) {
+        ShowTable(table, name, options, rows, context.output);
+      },
+      [&](TFileDbfFile& table, const std::string& name, JsonWriter& json) {
+        ShowJson(table, name, rows, json);
+      });
 }
 
 bool IsWanted(const DescribedTable& table, const std::vector<std::string>& only) {
@@ -135,7 +147,7 @@ std::vector<DescribedTable> TablesToCreate(const TablesOptions& options, const S
 ExitStatus CreateTables(const TablesOptions& options, CommandContext& context) {
   const ShortText folder = FolderArgument(options.folder);
   if (!context.host.files.FolderExists(folder)) {
-    throw UsageError("no such folder: " + options.folder);
+    throw UsageError(Say(texts::kNoSuchFolder, {options.folder}));
   }
   TDbfCache tables(context.host);
   const auto wanted = TablesToCreate(options, folder, context.host.files);
@@ -177,7 +189,7 @@ void RecoveryJson(const Recovery& recovery, const ShortText& folder, JsonWriter&
 ExitStatus RecoverTables(const TablesOptions& options, CommandContext& context) {
   const ShortText folder = FolderArgument(options.folder);
   if (!context.host.files.FolderExists(folder)) {
-    throw UsageError("no such folder: " + options.folder);
+    throw UsageError(Say(texts::kNoSuchFolder, {options.folder}));
   }
   Recovery recovery;
   std::string failure;
@@ -185,9 +197,10 @@ ExitStatus RecoverTables(const TablesOptions& options, CommandContext& context) 
     const SaveLock lock(context.host, folder.str());
     recovery = Recover(context.host, folder.str());
   } catch (const Error& error) {
-    failure = error.text();
+    failure = ToldBy(error);
   }
-  if (recovery.outcome == Recovery::Outcome::kForeign) failure = Told(recovery, folder);
+  if (recovery.outcome == Recovery::Outcome::kForeign)
+    failure = Utf8FromWin(Told(recovery, folder));
   if (!failure.empty()) TellError(context, failure);
   if (context.json) {
     JsonWriter json(context.output);
@@ -214,8 +227,8 @@ void RunAsChosen(CLI::App& action, Command& chosen,
       try {
         return run(*options, context);
       } catch (const Error& error) {
-        TellError(context, error.text());
-        FinishFailure(context, error.text());
+        TellError(context, ToldBy(error));
+        FinishFailure(context, ToldBy(error));
         return ExitStatus::kError;
       }
     };
@@ -226,7 +239,8 @@ void RunAsChosen(CLI::App& action, Command& chosen,
 
 void AddTablesCommand(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<TablesOptions>();
-  CLI::App* command = app.add_subcommand("tables", "List, show, create, verify and recover dBase tables");
+  CLI::App* command =
+      app.add_subcommand("tables", "List, show, create, verify and recover dBase tables");
   command->require_subcommand(1);
 
   CLI::App* list = command->add_subcommand("list", "Row count and fields of tables");

@@ -26,9 +26,12 @@ class TerminalDialogs : public Dialogs {
     std::string text;  // UTF-8
   };
 
-  // `output` must outlive the dialogs. `quiet` keeps messages off the screen: the JSON output
-  // carries them.
-  TerminalDialogs(Output& output, bool quiet) : output_(output), quiet_(quiet) {}
+  // `output` must outlive the dialogs.
+  explicit TerminalDialogs(Output& output) : output_(output) {}
+
+  // Keeps messages and progress off the screen and asks nobody: who wanted it so does not look, or
+  // finds the messages in the JSON output.
+  void set_quiet(bool quiet) { quiet_ = quiet; }
 
   // Answers the lock question without asking.
   void set_lock_answer(std::optional<LockAnswer> answer) { lock_answer_ = answer; }
@@ -56,7 +59,7 @@ class TerminalDialogs : public Dialogs {
   std::size_t Ask(const std::vector<std::string>& choices);
 
   Output& output_;
-  bool quiet_;
+  bool quiet_ = false;
   std::optional<LockAnswer> lock_answer_;
   std::vector<Shown> shown_;
   bool line_shown_ = false;

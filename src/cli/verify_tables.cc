@@ -109,7 +109,7 @@ ExitStatus VerifyTables(const std::string& program, const std::string& folder_na
   if (!program.empty()) {
     StartUpState state(context.host);
     if (!StartProgram(program, state, context)) {
-      FinishFailure(context, state.quiet_failure());
+      FinishFailure(context, Utf8FromWin(state.quiet_failure()));
       return ExitStatus::kError;
     }
     levels = LevelsOfTables(state.types(), tables, state.environment());

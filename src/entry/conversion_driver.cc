@@ -9,9 +9,11 @@
 
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
+#include "entry/failure_text.h"
 #include "entry/registration_number.h"
 #include "mapping/rules_file.h"
 #include "mapping/section_mapper.h"
+#include "services/exchange_lock.h"
 #include "tables/dbf_document.h"
 #include "text/file_names.h"
 #include "text/words.h"
@@ -40,38 +42,45 @@ class ConversionRun {
  public:
   ConversionRun(const RulesFile& rules, TXMLContainer& container, std::string_view output_dir,
                 TDocTypeList& types, TDbfCache& tables, Environment& environment,
-                ConversionObserver* observer)
-      : run_{environment, rules, observer},
+                FileAccount& account)
+      : run_{environment, rules, account.observer},
         container_(container),
         output_dir_(output_dir),
         types_(types),
         tables_(tables),
-        observer_(observer) {}
+        account_(account) {}
 
   void Run() {
-    run_.registration_number =
+    const RegistrationNumber number =
         RegistrationNumberOf(container_.FileName(), container_.Text(), tables_, run_.environment);
-    tables_.NoteSaves(run_.registration_number);
-    if (observer_ != nullptr) observer_->RegistrationNumber(run_.registration_number);
+    run_.registration_number = number.text;
+    tables_.NoteSaves(number.text);
+    account_.number = number.text;
+    account_.number_drawn = number.drawn;
+    account_.content = ContentOf(container_);
     container_.ClearUnknownIds();
     while (const std::unique_ptr<TDocument> source = container_.Next()) Convert(*source);
   }
 
  private:
   void Convert(TDocument& source) {
-    DocumentReport report{.kind = source.DocInfo().Code, .occurrence = container_.CurOccurrence()};
-    const std::optional<SkipReason> skipped = TryConvert(source, report);
-    if (observer_ == nullptr) return;
-    if (skipped) {
-      observer_->Skipped(report, *skipped);
-    } else {
-      observer_->Converted(report);
+    DocumentAccount& document = account_.documents.emplace_back();
+    document.kind = source.DocInfo().Code;
+    document.occurrence = container_.CurOccurrence();
+    document.is_empty = container_.CurText().empty();
+    try {
+      document.skipped = TryConvert(source, document);
+    } catch (...) {
+      account_.documents.pop_back();  // the error is the run's, and the document nowhere
+      throw;
     }
+    if (account_.observer != nullptr) account_.observer->DocumentDone();
   }
 
-  std::optional<SkipReason> TryConvert(TDocument& source, DocumentReport& report) {
+  std::optional<SkipReason> TryConvert(TDocument& source, DocumentAccount& document) {
     // A declaration adjustment is served by the sections of the declaration.
-    const std::string_view kind = report.kind == "KTDout" ? "ESADout" : report.kind;
+    const std::string_view kind =
+        document.kind == "KTDout" ? "ESADout" : std::string_view(document.kind);
     if (kind == "ESADout") {
       if (declaration_seen_) return SkipReason::kNotFirstDeclaration;
       declaration_seen_ = true;
@@ -79,34 +88,36 @@ class ConversionRun {
     if (!IsConverted(kind)) return SkipReason::kKindNotConverted;
     const std::optional<int> section = run_.rules.FindSection(kind);
     if (!section) return SkipReason::kNoSection;
-    report.section = *section;
-    table_ = UpperCaseRu(run_.rules.TableName(*section)) + ".DBF";
-    report.table = table_;
-    const bool components = table_ == kComponentTable;
-    const std::string_view head = components ? kHeadTable : std::string_view(table_);
-    if (report.occurrence > 1 && TakesFirstOfKindOnly(head)) return SkipReason::kNotFirstOfKind;
+    document.section = *section;
+    document.table = UpperCaseRu(run_.rules.TableName(*section)) + ".DBF";
+    const bool components = document.table == kComponentTable;
+    const std::string_view head = components ? kHeadTable : std::string_view(document.table);
+    if (document.occurrence > 1 && TakesFirstOfKindOnly(head)) return SkipReason::kNotFirstOfKind;
     const TDocInfo* type = types_.TableSetOf(head);
     if (type == nullptr) return SkipReason::kNoTableSet;
     const auto target =
         CreateDbfDocument(type->Code, output_dir_, types_, tables_, run_.environment);
+    document.missing_tables = target->MissingTables();
     if (components) target->Load(output_dir_);
-    MapSection(source, *target, *section);
+    document.section_error = MapSection(source, *target, *section);
     // Components go back to the folder that their head row was loaded from.
     target->Save(components ? std::string_view() : output_dir_);
-    report.rows_added = target->AppendedRows();
+    document.rows_added = target->AppendedRows();
+    if (target->abandoned())
+      document.abandoned_at = std::string(output_dir_).append(kExchangeLockFile);
     return std::nullopt;
   }
 
-  // What goes wrong in a mapping is shown; what was mapped before is saved.
-  void MapSection(TDocument& source, TDbfDocument& target, int section) {
-    Dialogs& dialogs = run_.environment.host.dialogs;
+  // What goes wrong in a mapping is shown; what was mapped before is saved. The error, if any.
+  std::string MapSection(TDocument& source, TDbfDocument& target, int section) {
     try {
       MapTableSection({run_, source, target}, section);
-    } catch (const SilentAbort&) {
-    } catch (const Error& error) {
-      dialogs.Exception(error.text());
+      return {};
     } catch (const std::exception& error) {
-      dialogs.Exception(error.what());
+      const std::string text = FailureText(error);
+      if (!text.empty()) run_.environment.host.dialogs.Exception(text);
+      const std::string told = ToldText(error);
+      return told.empty() ? std::string("прервано"_cp1251) : told;
     }
   }
 
@@ -115,8 +126,7 @@ class ConversionRun {
   std::string_view output_dir_;
   TDocTypeList& types_;
   TDbfCache& tables_;
-  ConversionObserver* observer_;
-  std::string table_;
+  FileAccount& account_;
   bool declaration_seen_ = false;
 };
 
@@ -133,12 +143,15 @@ void TellUnknownIds(std::string_view xml_file, Dialogs& dialogs) {
 
 void RunConversion(std::string_view rules_file, std::string_view xml_file,
                    std::string_view output_dir, TDocTypeList& types, TDbfCache& tables,
-                   Environment& environment, ConversionObserver* observer) {
+                   Environment& environment, FileAccount* account) {
   bool unknown_ids = false;
+  FileAccount unwatched;
   {
     const RulesFile rules = RulesFile::Load(environment.host.files, rules_file);
     TXMLContainer container(xml_file, types, environment);
-    ConversionRun(rules, container, output_dir, types, tables, environment, observer).Run();
+    ConversionRun(rules, container, output_dir, types, tables, environment,
+                  account == nullptr ? unwatched : *account)
+        .Run();
     unknown_ids = container.UnknownIdsFound();
   }
   if (unknown_ids) TellUnknownIds(xml_file, environment.host.dialogs);

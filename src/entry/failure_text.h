@@ -15,6 +15,12 @@ namespace customsconv {
   return ours != nullptr ? ours->text() : failure.what();
 }
 
+// The same as those are told who run the command line.
+[[nodiscard]] inline std::string ToldText(const std::exception& failure) {
+  const auto* ours = dynamic_cast<const Error*>(&failure);
+  return ours != nullptr ? ours->told() : failure.what();
+}
+
 }  // namespace customsconv
 
 #endif  // CUSTOMSCONV_ENTRY_FAILURE_TEXT_H_

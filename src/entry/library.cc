@@ -22,7 +22,7 @@ Library::Library(Host& host, XmlServices& xml_services)
 
 bool Library::Xml2ArmTi(const ShortText& program_dir, const ShortText& rules_file,
                         const ShortText& xml_file, const ShortText& output_dir,
-                        ConversionObserver* observer) {
+                        FileAccount* account) {
   quiet_failure_.clear();
   if (!state_.StartUp(program_dir, FolderPart(rules_file))) {
     quiet_failure_ = state_.quiet_failure();
@@ -30,10 +30,10 @@ bool Library::Xml2ArmTi(const ShortText& program_dir, const ShortText& rules_fil
   }
   try {
     RunConversion(rules_file, xml_file, output_dir, state_.types(), tables_, state_.environment(),
-                  observer);
+                  account);
     return true;
   } catch (const std::exception& error) {
-    quiet_failure_ = FailureText(error);
+    quiet_failure_ = ToldText(error);
   }
   return false;
 }
@@ -52,6 +52,7 @@ bool Library::CheckXsd(const ShortText& program_dir, const ShortText& schema_pat
 
 bool Library::CheckDocuments(const ShortText& xml_file, LineList& errors, CheckObserver* observer) {
   TXMLContainer container(xml_file, state_.types(), state_.environment());
+  if (observer != nullptr) observer->FileRead(ContentOf(container));
   DocumentWriter writer;
   while (const std::unique_ptr<TDocument> document = container.Next()) {
     const std::string text = writer.Text(*document);
@@ -60,9 +61,13 @@ bool Library::CheckDocuments(const ShortText& xml_file, LineList& errors, CheckO
       const SchemaVerdict verdict = schema_check_.ValidateXml(text, state_.environment());
       const std::string_view short_name = document->DocInfo().ShortName;
       if (!verdict.error_text.empty()) errors.Append(ErrorLine(short_name, verdict.error_text));
-      if (observer != nullptr) observer->Checked(short_name, container.CurOccurrence(), verdict);
+      if (observer == nullptr) continue;
+      if (!verdict.error_text.empty()) {
+        observer->Found(OriginalPlaceOf(verdict, text, container));
+      }
+      observer->Checked(short_name, container.CurOccurrence(), verdict);
     } catch (const std::exception& error) {
-      quiet_failure_ = FailureText(error);
+      quiet_failure_ = ToldText(error);
       return false;
     }
   }

@@ -6,8 +6,9 @@
 
 #include "base/lifetime.h"
 #include "dbf/dbf_cache.h"
-#include "entry/conversion_report.h"
+#include "entry/conversion_account.h"
 #include "entry/line_list.h"
+#include "entry/original_place.h"
 #include "entry/start_up.h"
 #include "validation/schema_check.h"
 
@@ -17,6 +18,10 @@ namespace customsconv {
 class CheckObserver {
  public:
   virtual ~CheckObserver() = default;
+  // The file was read, and its documents will be checked.
+  virtual void FileRead(const FileContent&) {}
+  // Where in the file is what the verdict that comes next finds fault with.
+  virtual void Found(const OriginalPlace&) {}
   virtual void Checked(std::string_view short_name, int occurrence,
                        const SchemaVerdict& verdict) = 0;
 };
@@ -38,10 +43,11 @@ class Library {
 
   // Texts are code page 1251, at most 255 bytes. `program_dir` and `output_dir` end with a
   // separator. Converts the documents of `xml_file`; false when the catalogue cannot be loaded or
-  // an error ended the run. Throws Error when kord.ini is missing or unusable.
+  // an error ended the run. Throws Error when kord.ini is missing or unusable. `account` says
+  // what of the file is missing in the tables even so.
   bool Xml2ArmTi(const ShortText& program_dir, const ShortText& rules_file,
                  const ShortText& xml_file, const ShortText& output_dir,
-                 ConversionObserver* observer = nullptr);
+                 FileAccount* account = nullptr);
 
   // Checks every document of `xml_file` against the schemas in the folder part of `schema_path`; a
   // line a failing document goes to `errors`. False when the catalogue cannot be loaded or a check

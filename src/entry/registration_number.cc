@@ -77,8 +77,8 @@ bool IsComplete(std::string_view number) {
 
 }  // namespace
 
-ShortText RegistrationNumberOf(std::string_view xml_file, std::string_view text, TDbfCache& tables,
-                               Environment& environment) {
+RegistrationNumber RegistrationNumberOf(std::string_view xml_file, std::string_view text,
+                                        TDbfCache& tables, Environment& environment) {
   const std::string_view base_name = ExtractFileBaseName(xml_file);
   const std::size_t words = WordCount(base_name, kNameSeparator);
   ShortText number;
@@ -88,7 +88,8 @@ ShortText RegistrationNumberOf(std::string_view xml_file, std::string_view text,
     number = FromXmlText(text);
     if (number.empty()) number = FromRegister(FolderPart(xml_file), base_name, tables);
   }
-  return IsComplete(number) ? number : NextRegNumber(kNumberSeries, false, environment);
+  if (IsComplete(number)) return {number};
+  return {NextRegNumber(kNumberSeries, false, environment), true};
 }
 
 }  // namespace customsconv

@@ -33,7 +33,7 @@ bool StartUpState::StartUp(std::string_view program_dir, std::string_view aux_di
     LoadTypes();
     return true;
   } catch (const std::exception& error) {
-    quiet_failure_ = FailureText(error);
+    quiet_failure_ = ToldText(error);
   }
   environment_.config = nullptr;
   config_.reset();

@@ -34,7 +34,9 @@ class StartUpState {
   void TearDown();
 
   [[nodiscard]] Environment& environment() CUSTOMSCONV_LIFETIME_BOUND { return environment_; }
-  // Only after a start-up that returned true.
+  // The last start-up returned true, and nothing was released since.
+  [[nodiscard]] bool is_started() const { return environment_.config != nullptr; }
+  // Only while it is started.
   [[nodiscard]] TDocTypeList& types() CUSTOMSCONV_LIFETIME_BOUND { return *types_; }
   // Why the last start-up returned false; empty when the user has been told.
   [[nodiscard]] const std::string& quiet_failure() const CUSTOMSCONV_LIFETIME_BOUND {

@@ -7,7 +7,6 @@
 #include "base/cp1251_literal.h"
 #include "base/error.h"
 #include "dbf/dbf_cache.h"
-#include "tables/table_levels.h"
 #include "tables/table_loader.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
@@ -60,12 +59,14 @@ void TDbfDocument::Load(std::string_view path) {
 
 void TDbfDocument::Save(std::string_view folder) {
   appended_rows_.clear();
+  abandoned_ = false;
   const std::string target(folder.empty() ? doc_folder_.view() : folder);
   doc_key_ = KeysOf(RootBasis()).Of(RootRecord());
   try {
     cache_.BeginSave(target);
   } catch (const SilentAbort&) {
-    return;  // the user gives the save up for another station's sake
+    abandoned_ = true;  // the user gives the save up for another station's sake
+    return;
   }
   try {
     WriteRows(target);
@@ -109,8 +110,11 @@ void TDbfDocument::NoteRow(std::string_view path) {
 std::unique_ptr<TDbfDocument> CreateDbfDocument(std::string_view code, std::string_view folder,
                                                 TDocTypeList& types, TDbfCache& cache,
                                                 Environment& environment) {
-  LoadFromDbf(types.GetDocInfo(code), folder, cache, environment);
-  return std::make_unique<TDbfDocument>(code, types, cache, environment);
+  std::vector<MissingTable> missing =
+      LoadFromDbf(types.GetDocInfo(code), folder, cache, environment);
+  auto document = std::make_unique<TDbfDocument>(code, types, cache, environment);
+  document->missing_tables_ = std::move(missing);
+  return document;
 }
 
 }  // namespace customsconv

@@ -11,6 +11,7 @@
 #include "base/short_text.h"
 #include "document/document.h"
 #include "tables/table_keys.h"
+#include "tables/table_levels.h"
 #include "tables/table_writer.h"
 
 namespace customsconv {
@@ -46,6 +47,12 @@ class TDbfDocument : public TDocument {
   [[nodiscard]] const RowCounts& AppendedRows() const CUSTOMSCONV_LIFETIME_BOUND {
     return appended_rows_;
   }
+  // The last save was abandoned.
+  [[nodiscard]] bool abandoned() const { return abandoned_; }
+  // Tables that CreateDbfDocument could not open; rows that belong there are written nowhere.
+  [[nodiscard]] const std::vector<MissingTable>& MissingTables() const CUSTOMSCONV_LIFETIME_BOUND {
+    return missing_tables_;
+  }
   // Notes the row of the record for deletion at the next save and removes the record; rows of
   // the records below it stay.
   void DeleteRecord(std::string_view path);
@@ -62,6 +69,10 @@ class TDbfDocument : public TDocument {
   [[nodiscard]] const ShortText& DocKey() const CUSTOMSCONV_LIFETIME_BOUND { return doc_key_; }
 
  private:
+  friend std::unique_ptr<TDbfDocument> CreateDbfDocument(std::string_view code,
+                                                         std::string_view folder,
+                                                         TDocTypeList& types, TDbfCache& cache,
+                                                         Environment& environment);
   // Into the tables of `folder`, appended, posted and deleted.
   void WriteRows(const std::string& folder);
   // Moves to the record and notes its row for deletion.
@@ -75,6 +86,8 @@ class TDbfDocument : public TDocument {
   std::unordered_map<const TBasis*, TableKeys> keys_;
   DeletedRows deleted_rows_;
   RowCounts appended_rows_;
+  bool abandoned_ = false;
+  std::vector<MissingTable> missing_tables_;
 };
 
 // A document of a table-set type over `folder`, whose table headers give the

@@ -50,8 +50,8 @@ class LevelLoader {
     while (CloseLevel()) {
     }
   }
-  // The tables that could not be opened, each behind CR LF.
-  [[nodiscard]] const std::string& failed() const { return failed_; }
+  // The tables that could not be opened.
+  [[nodiscard]] std::vector<MissingTable> TakeMissing() { return std::move(missing_); }
 
  private:
   struct Level {
@@ -93,11 +93,21 @@ class LevelLoader {
     const std::string name = folder_ + basis.table_file;
     TFileDbfFile table(cache_);
     if (table.Open(name, kModeRead | kShareDenyNone, OnError::kReturn) != DbfStatus::kOk) {
-      failed_ += "\r\n" + name;
+      missing_.push_back({basis.table_file, CauseOf(name)});
       return;
     }
     for (const FieldDescriptor& descriptor : table.fields()) basis.Append(FieldOf(descriptor));
     table.Close();
+  }
+
+  // Why the table cannot be opened.
+  std::string CauseOf(const std::string& name) {
+    try {
+      TFileDbfFile(cache_).Open(name, kModeRead | kShareDenyNone, OnError::kThrow);
+    } catch (const Error& error) {
+      return error.told();
+    }
+    return name;  // it can be, by now
   }
 
   // False when no level was open.
@@ -118,13 +128,20 @@ class LevelLoader {
   std::string folder_;
   TDbfCache& cache_;
   std::vector<Level> levels_;
-  std::string failed_;
+  std::vector<MissingTable> missing_;
 };
+
+void Warn(const std::vector<MissingTable>& missing, std::string_view folder, Dialogs& dialogs) {
+  if (missing.empty()) return;
+  std::string text("Не могу открыть:"_cp1251);
+  for (const MissingTable& table : missing) text.append("\r\n").append(folder).append(table.file);
+  dialogs.Message(text);
+}
 
 }  // namespace
 
-void LoadFromDbf(TDocInfo& type, std::string_view folder, TDbfCache& cache,
-                 Environment& environment) {
+std::vector<MissingTable> LoadFromDbf(TDocInfo& type, std::string_view folder, TDbfCache& cache,
+                                      Environment& environment) {
   auto* const top = dynamic_cast<TDbfBasis*>(&type.GetBasis(environment));
   if (top == nullptr) {
     throw Error(std::string("Документ не описан как набор таблиц: "_cp1251) + type.Code);
@@ -132,10 +149,10 @@ void LoadFromDbf(TDocInfo& type, std::string_view folder, TDbfCache& cache,
   top->Clear();
   LevelLoader loader(*top, folder, cache);
   loader.Load();
-  if (!loader.failed().empty()) {
-    environment.host.dialogs.Message(std::string("Не могу открыть:"_cp1251) + loader.failed());
-  }
+  std::vector<MissingTable> missing = loader.TakeMissing();
+  Warn(missing, folder, environment.host.dialogs);
   type.LevelsChanged();
+  return missing;
 }
 
 }  // namespace customsconv

@@ -63,7 +63,7 @@ SchemaVerdict SchemaCheck::Check(std::string_view text, const Environment& envir
   const std::string schema_name = root.name + ".xsd";
   const std::string schema_path = environment.aux_path + schema_name;
   if (!environment.host.files.Exists(schema_path)) {
-    return {.outcome = SchemaVerdict::Outcome::kNoSchema};
+    return {.outcome = SchemaVerdict::Outcome::kNoSchema, .schema = schema_name};
   }
   const std::unique_ptr<XmlDocumentService> document = CreateDocument();
   document->SetAsync(false);
@@ -81,7 +81,8 @@ SchemaVerdict SchemaCheck::Check(std::string_view text, const Environment& envir
   return {.error_text = ErrorText(report, schema_name),
           .reason = report.exact_reason,
           .line = report.line,
-          .line_text = report.src_text};
+          .line_text = report.src_text,
+          .schema = schema_name};
 }
 
 // The version that was there is the first one tried next time.

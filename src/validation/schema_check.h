@@ -25,6 +25,8 @@ struct SchemaVerdict {
   std::string reason{};
   int line = 0;
   std::string line_text{};
+  // Name of the schema's file, but for a text whose root is not known.
+  std::string schema{};
 };
 
 // Checks XML texts against the schemas of the environment's auxiliary folder, the schema of a

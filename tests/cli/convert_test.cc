@@ -43,9 +43,9 @@ TEST_F(ConvertTest, JsonHoldsFilesResultAndMessages) {
   EXPECT_EQ(Convert("--json"), kDone);
   EXPECT_EQ(output.results,
             R"({"files":[{"file":"C:\\IN\\10702020_110615_0001234.xml",)"
-            R"("number":"10702020/110615/0001234","converted":[{"kind":"ESADout","occurrence":1,)"
-            R"("section_line":1,"table":"DBRHEAD.DBF"}],"skipped":[],)"
-            R"("rows_added":{"DBRHEAD.DBF":1}}],"result":true,"messages":[{"kind":"message",)"
+            R"("number":"10702020/110615/0001234","number_drawn":false,"converted":[{"kind":)"
+            R"("ESADout","occurrence":1,"section_line":1,"table":"DBRHEAD.DBF"}],"skipped":[],)"
+            R"("rows_added":{"DBRHEAD.DBF":1},"problems":[],"returned":true}],"result":true,"messages":[{"kind":"message",)"
             R"("text":"В документе 10702020_110615_0001234.xml были найдены неверные )"
             R"(идентифиаторы (устаревший формат?).\n\rВозможно при конвертации XML файла часть )"
             R"(информации была потеряна"}]})"
@@ -190,7 +190,7 @@ TEST_F(ConvertTest, SaysThatItWaitsForAnotherStationsNumber) {
     if (host.clock.slept.size() > 200) other_station.reset();
   };
   host.files["C:\\IN\\new.xml"] = "";
-  EXPECT_EQ(Convert("C:\\IN\\new.xml"), kDone);
+  EXPECT_EQ(Convert("C:\\IN\\new.xml"), kNegative);
   EXPECT_EQ(output.remarks, "wait: Ждем, пока другая станция освободит C:\\PROG/kord.ini\n");
 }
 
@@ -210,7 +210,7 @@ TEST_F(ConvertTest, TheLockQuestionIsAnsweredByOption) {
     world.host.files[kLock] = "";
     world.output.terminal = !c.typed.empty();
     world.output.answers = c.typed;
-    EXPECT_EQ(world.Convert(c.option), kDone);
+    EXPECT_EQ(world.Convert(c.option), c.written ? kDone : kNegative);
     EXPECT_EQ(world.Table("DBRTOV.DBF") != empty, c.written);
     EXPECT_EQ(world.host.files.Has(kLock), !c.written) << "the other's lock or nobody's";
     std::uint32_t waited = 0;

@@ -10,7 +10,7 @@ class TablesTest : public CliWorld, public testing::Test {
   TablesTest() {
     TableImage image = TableImage("G32 N5, SUM N8.2");
     image.Field("NAME", 'C', 20).Field("DAY", 'D', 8);
-    image.Row({"1", "3.50", "Сахар, \"песок\"", "20260317"}).DeletedRow({"2", "", "Соль"});
+    image.Row({"1", "3.50", "Сахар, \"песок\"", "19350611"}).DeletedRow({"2", "", "Соль"});
     host.files["C:\\OUT\\GOODS.DBF"] = image.Row({"3"}).Bytes();
   }
 };
@@ -20,7 +20,7 @@ TEST_F(TablesTest, ListShowsFieldsAndRowCount) {
   EXPECT_EQ(output.results,
             "C:\\OUT\\GOODS.DBF  3 rows\n"
             "  G32         N 5\n  SUM         N 8.2\n  NAME        C 20\n  DAY         D 8\n"
-            "C:\\OUT\\DBRTOV.DBF  0 rows\n  G073        C 7\n  G33         C 2\n");
+            "C:\\OUT\\dbrtov  0 rows\n  G073        C 7\n  G33         C 2\n");
   EXPECT_EQ(RunProgram(R"(tables list --json C:\OUT\DBRTOV.DBF)"), kDone);
   EXPECT_EQ(output.results, R"({"tables":[{"file":"C:\\OUT\\DBRTOV.DBF","rows":0,"fields":[)"
                             R"({"name":"G073","type":"C","length":7,"decimals":0},)"
@@ -39,7 +39,8 @@ TEST_F(TablesTest, VerifyFindsWhatIsWrongWithASet) {
   const std::string heads = head().Row({"1"}).Row({"2"}).Bytes();
   const Case cases[] = {
       {heads, whole, "3 tables, 5 rows: nothing found\n"},
-      {head().Row({"1"}).DeletedRow({"2"}).Bytes(), goods().Row({"1"}).Row({"2"}).Row({"2"}).Bytes(),
+      {head().Row({"1"}).DeletedRow({"2"}).Bytes(),
+       goods().Row({"1"}).Row({"2"}).Row({"2"}).Bytes(),
        "DBRTOV.DBF: 2 rows that belong to no row of DBRHEAD.DBF; the first is row 2\n"
        "3 tables, 5 rows: 1 finding\n"},
       {head().Row({"1"}).Row({"2"}).Row({"1"}).Bytes(), whole,
@@ -48,7 +49,8 @@ TEST_F(TablesTest, VerifyFindsWhatIsWrongWithASet) {
       {heads, whole.substr(0, whole.size() - 1) + " ",
        "DBRTOV.DBF: no end mark behind the rows\n3 tables, 5 rows: 1 finding\n"},
       {heads.substr(0, heads.size() - 5), whole,
-       "DBRHEAD.DBF: cannot be read: DBF not DBF2: C:\\OUT\\DBRHEAD.DBF\n2 tables, 3 rows: 1 finding\n"}};
+       "DBRHEAD.DBF: cannot be read: DBF not DBF2: C:\\OUT\\DBRHEAD.DBF\n2 tables, 3 rows: 1 "
+       "finding\n"}};
   for (const auto& [head_bytes, goods_bytes, printed] : cases) {
     host.files["C:\\OUT\\DBRHEAD.DBF"] = head_bytes;
     host.files["C:\\OUT\\DBRTOV.DBF"] = goods_bytes;
@@ -64,18 +66,18 @@ TEST_F(TablesTest, VerifyFindsWhatIsWrongWithASet) {
 
 TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
   const std::string head = "G32,SUM,NAME,DAY\n";
-  const std::string first = "1,3.50,\"Сахар, \"\"песок\"\"\",17.03.26\n";
+  const std::string first = "1,3.50,\"Сахар, \"\"песок\"\"\",1935-06-11\n";
   const std::string filled =
-      "GOODS.DBF  3 rows\n"
-      "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=17.03.26\n";
+      "C:\\OUT\\GOODS.DBF  3 rows\n"
+      "     1  G32=1 | SUM=3.50 | NAME=Сахар, \"песок\" | DAY=11.06.35\n";
   const std::string x(80, 'x');
   host.files["C:\\OUT\\WIDE.DBF"] = TableImage("A C80, B C80, C C5").Row({x, x, "5"}).Bytes();
   const std::pair<std::string, std::string> cases[] = {
       {"--filled C:\\OUT\\WIDE.DBF --rows 1 ",
-       "WIDE.DBF  1 rows\n     1  A=" + x + "\n        B=" + x + " | C=5\n" + filled},
+       "C:\\OUT\\WIDE.DBF  1 rows\n     1  A=" + x + "\n        B=" + x + " | C=5\n" + filled},
       {"",
        " # | G32 |  SUM | NAME           | DAY\n"
-       " 1 |   1 | 3.50 | Сахар, \"песок\" | 17.03.26\n"
+       " 1 |   1 | 3.50 | Сахар, \"песок\" | 11.06.35\n"
        "*2 |   2 |      | Соль           |\n"
        " 3 |   3 |      |                |\n"},
       {"--filled", filled + "    *2  G32=2 | NAME=Соль\n"
@@ -84,7 +86,9 @@ TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
       {"--csv --rows 1", head + first},
       {"--csv --rows 2-", head + "3,,,\n"},
       {"--csv --rows 3-900", head + "3,,,\n"},
-      {"--csv --rows 4", head}};
+      {"--csv --rows 4", head},
+      {"--csv --rows 4 C:\\OUT\\DBRTOV.DBF",
+       "==> C:\\OUT\\DBRTOV.DBF <==\nG073,G33\n==> C:\\OUT\\GOODS.DBF <==\n" + head}};
   for (const auto& [options, printed] : cases) {
     EXPECT_EQ(RunProgram("tables show " + options + R"( C:\OUT\GOODS.DBF)"), kDone);
     EXPECT_EQ(output.results, printed);
@@ -92,7 +96,7 @@ TEST_F(TablesTest, ShowPrintsTheRowsThatAreWanted) {
   EXPECT_EQ(RunProgram(R"(tables show --json --rows 1-2 C:\OUT\GOODS.DBF)"), kDone);
   const std::string records = output.results.substr(output.results.find("\"records\""));
   EXPECT_EQ(records, R"("records":[{"number":1,"deleted":false,)"
-                     R"("values":["1","3.50","Сахар, \"песок\"","17.03.26"]},)"
+                     R"("values":["1","3.50","Сахар, \"песок\"","1935-06-11"]},)"
                      R"({"number":2,"deleted":true,"values":["2","","Соль",""]}]}],"messages":[]})"
                      "\n");
 }

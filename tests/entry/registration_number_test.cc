@@ -20,8 +20,9 @@ class RegistrationNumberTest : public testing::Test {
   RegistrationNumberTest() { world.host.clock.Set({2026, 3, 17}); }
 
   std::string Number(const std::string& base_name, std::string_view text = "<R/>") {
-    return Utf8(RegistrationNumberOf(Win("C:\\IN\\" + base_name + ".xml"), text, tables,
-                                     world.environment));
+    return Utf8(
+        RegistrationNumberOf(Win("C:\\IN\\" + base_name + ".xml"), text, tables, world.environment)
+            .text);
   }
 
   TestEnvironment world;

@@ -5,7 +5,6 @@
 #include "text/numbers.h"
 #include "text/words.h"
 #include "xml/read/document_filler.h"
-#include "xml/read/xml_text.h"
 #include "xml/tree/xml_parser.h"
 
 namespace customsconv {
@@ -45,9 +44,9 @@ void TXMLContainer::ReadFile() {
   const Files& files = environment_.host.files;
   const FileStamp age = files.Stamp(file_name_);
   try {
-    text_ = LoadXmlText(files, file_name_);
+    text_ = LoadXmlText(files, file_name_, &lines_);
   } catch (const Error& error) {
-    throw Error(error.text() + " " + file_name_.str());
+    throw Error(error.text() + " " + file_name_.str(), error.told());
   }
   file_age_ = age;
   finders_.clear();
@@ -56,7 +55,10 @@ void TXMLContainer::ReadFile() {
 void TXMLContainer::ListDocuments() {
   for (const RootName& root : FindRootNames(text_)) {
     const int type = TypeOfRoot(root.name, types_);
-    if (type < 0) continue;
+    if (type < 0) {
+      unknown_roots_.push_back(root);
+      continue;
+    }
     doc_list_.push_back({KindText(types_.Item(type).ShortName, root.count), type});
   }
 }
@@ -77,9 +79,9 @@ std::unique_ptr<TDocument> TXMLContainer::Build(int index, int occurrence) {
   const int type = doc_list_[static_cast<std::size_t>(index)].type_index;
   auto document = CreateDocument(types_.Item(type).Code, types_, environment_);
   if (text_.empty()) throw Error(std::string("Пустой файл: "_cp1251) + file_name_.str());
-  const std::string_view text = DocumentText(type, occurrence);
-  if (!text.empty()) {
-    const XmlTree tree(text);
+  cur_text_ = DocumentText(type, occurrence);
+  if (!cur_text_.empty()) {
+    const XmlTree tree(cur_text_);
     document->OpenBlock("");
     DocumentFiller(*document, unknown_ids_found_).Fill(tree.root());
   }

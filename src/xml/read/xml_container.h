@@ -12,6 +12,7 @@
 #include "document/document.h"
 #include "platform/files.h"
 #include "xml/read/document_finder.h"
+#include "xml/read/xml_text.h"
 
 namespace customsconv {
 
@@ -51,6 +52,17 @@ class TXMLContainer {
   }
   [[nodiscard]] const ShortText& FileName() const CUSTOMSCONV_LIFETIME_BOUND { return file_name_; }
   [[nodiscard]] int CurIndex() const { return cur_index_; }
+  // Roots that stand where a document is expected and of which the catalogue has no type.
+  [[nodiscard]] const std::vector<RootName>& UnknownRoots() const CUSTOMSCONV_LIFETIME_BOUND {
+    return unknown_roots_;
+  }
+  // The text of the document that was yielded last; empty when its start was not found, so that it
+  // has no values.
+  [[nodiscard]] std::string_view CurText() const CUSTOMSCONV_LIFETIME_BOUND { return cur_text_; }
+  // The line of the file, from 1, in which a byte of the text stands, given by its address.
+  [[nodiscard]] std::size_t FileLineOf(const char* byte) const {
+    return lines_.LineOf(text_, static_cast<std::size_t>(byte - text_.data()));
+  }
   // Which occurrence (from 1) of its kind was yielded last.
   [[nodiscard]] int CurOccurrence() const { return cur_occurrence_; }
   // Values were met under element names that are no fields of their type.
@@ -66,12 +78,15 @@ class TXMLContainer {
   TDocTypeList& types_;
   Environment& environment_;
   std::string text_;
+  FileLines lines_;
   FileStamp file_age_ = kNoStamp;                    // when text_ was read
   std::unordered_map<int, DocumentFinder> finders_;  // in text_, by catalogue index
   std::vector<Kind> doc_list_;
+  std::vector<RootName> unknown_roots_;
   ShortText file_name_;
   int cur_index_ = -1;
   int cur_occurrence_ = 0;
+  std::string_view cur_text_;
   bool unknown_ids_found_ = false;
 };
 

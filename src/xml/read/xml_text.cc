@@ -66,32 +66,56 @@ bool DecodeXml(std::string& text) {
   return WinFromUtf8InPlace(text);
 }
 
-void RemoveFirstComment(std::string& text) {
+std::size_t LineEnds(std::string_view text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+struct Comment {
+  std::size_t start = 0;
+  std::size_t size = 0;  // 0: there is none
+};
+
+Comment FirstComment(std::string_view text) {
   // "!" is rare where "<" is not.
   std::size_t mark = text.find("!--", 1);
   while (mark != std::string::npos && text[mark - 1] != '<') mark = text.find("!--", mark + 1);
-  if (mark == std::string::npos) return;
+  if (mark == std::string::npos) return {};
   const std::size_t start = mark - 1;
   const std::size_t end = text.find("-->");
-  if (end != std::string::npos && end > start) text.erase(start, end + 3 - start);
+  if (end == std::string::npos || end <= start) return {};
+  return {start, end + 3 - start};
 }
 
 }  // namespace
 
-std::string XmlTextFromBytes(std::string text, std::string_view file_name) {
+std::size_t FileLines::LineOf(std::string_view text, std::size_t position) const {
+  return 1 + in_front_ + LineEnds(text.substr(0, position)) +
+         (position >= comment_at_ ? in_comment_ : 0);
+}
+
+std::string XmlTextFromBytes(std::string text, std::string_view file_name, FileLines* lines) {
   if (text.empty()) return text;
   UnifySchemaPrefix(text);
   if (!DecodeXml(text) || text.empty()) {
     throw Error(std::string(file_name) + '\r' +
                 std::string("Ошибка при перекодировке из UTF-8 - битый файл!"_cp1251));
   }
-  RemoveFirstComment(text);
-  if (const std::size_t start = text.find('<'); start != std::string::npos) text.erase(0, start);
-  return text;
+  const Comment comment = FirstComment(text);
+  const std::size_t in_comment =
+      LineEnds(std::string_view(text).substr(comment.start, comment.size));
+  text.erase(comment.start, comment.size);
+  std::size_t start = text.find('<');
+  if (start == std::string::npos) start = 0;
+  if (lines != nullptr) {
+    lines->in_front_ = LineEnds(std::string_view(text).substr(0, start));
+    lines->comment_at_ = comment.start - std::min(comment.start, start);
+    lines->in_comment_ = in_comment;
+  }
+  return text.erase(0, start);
 }
 
-std::string LoadXmlText(const Files& files, std::string_view file_name) {
-  return XmlTextFromBytes(files.Read(file_name), file_name);
+std::string LoadXmlText(const Files& files, std::string_view file_name, FileLines* lines) {
+  return XmlTextFromBytes(files.Read(file_name), file_name, lines);
 }
 
 }  // namespace customsconv

@@ -1,0 +1,86 @@
+#ifndef CUSTOMSCONV_ENTRY_CONVERSION_ACCOUNT_H_
+#define CUSTOMSCONV_ENTRY_CONVERSION_ACCOUNT_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mapping/mapping_report.h"
+#include "tables/table_levels.h"
+#include "tables/table_writer.h"
+#include "xml/read/xml_container.h"
+
+namespace customsconv {
+
+// The account of a conversion: what the driver and all below it have to tell about one file.
+//
+//   FileAccount account;
+//   library.Xml2ArmTi(program, rules, file, output, &account);
+//   if (!account.IsWhole()) Keep(file);   // the export's own answer may be true all the same
+//
+// Reports only show it. All texts are code page 1251.
+
+enum class SkipReason : std::uint8_t {
+  kNotFirstDeclaration,  // a run converts one goods declaration
+  kKindNotConverted,
+  kNoSection,       // no section of the rules serves the kind
+  kNotFirstOfKind,  // SBRHEAD and KBRHEAD take the first of a kind
+  kNoTableSet,      // the catalogue has no type with the section's table
+};
+
+// What became of one document.
+struct DocumentAccount {
+  std::string kind{};   // code of the document's type
+  int occurrence = 0;   // in the file, from 1
+  int section = -1;     // index of the section's line in the rules
+  std::string table{};  // head table of the section
+
+  std::optional<SkipReason> skipped{};  // nothing below is set then
+  // Its start was not found, and a document without any value was converted.
+  bool is_empty = false;
+  // The error that ended its section: what the rest of the section writes is missing.
+  std::string section_error{};
+  // Tables of the set that could not be opened: the rows that belong there are missing.
+  std::vector<MissingTable> missing_tables{};
+  // The lock that the user gave the document up at; nothing of it is in the tables.
+  std::string abandoned_at{};
+  RowCounts rows_added{};  // by table file
+
+  [[nodiscard]] bool IsConverted() const { return !skipped && abandoned_at.empty(); }
+};
+
+// What the search for documents found in a file beside them.
+struct FileContent {
+  bool was_read = false;  // nothing below is known otherwise
+  bool is_empty = false;
+  bool is_xml = false;  // an element is in it
+  std::vector<RootName> unknown_roots{};
+};
+
+// Watches a conversion while it runs. It never changes what is converted.
+class ConversionObserver : public MappingObserver {
+ public:
+  // A document is done with; the account's last one. May throw something that is no
+  // std::exception to end the run.
+  virtual void DocumentDone() = 0;
+};
+
+struct FileAccount {
+  ConversionObserver* observer = nullptr;  // null: nobody watches
+
+  std::string number{};       // registration number
+  bool number_drawn = false;  // it is a fresh one
+  std::vector<DocumentAccount> documents{};
+  FileContent content{};
+
+  [[nodiscard]] bool ConvertedAny() const;
+  // Something was converted, and nothing of it is known to be missing in the tables.
+  [[nodiscard]] bool IsWhole() const;
+};
+
+[[nodiscard]] FileContent ContentOf(const TXMLContainer& container);
+
+}  // namespace customsconv
+
+#endif  // CUSTOMSCONV_ENTRY_CONVERSION_ACCOUNT_H_
