@@ -28,14 +28,13 @@ class TDocProtect {
   TDocProtect(const TDocInfo& info, const TBasis& basis, Environment& environment);
   // 0 when neither level has the name.
   [[nodiscard]] std::uint16_t FieldIdByName(std::string_view name) const;
-  // The main block's level; the top level when there is no such block.
-  [[nodiscard]] const TBasis* main_basis() const { return main_basis_; }
   // Looks for the main block again, after the levels of a table set were rebuilt.
   void FindMainBasis();
 
  private:
   const TDocInfo& info_;
   const TBasis& basis_;
+  // The main block's level; the top level when there is no such block.
   const TBasis* main_basis_ = nullptr;
 };
 

@@ -158,9 +158,7 @@ ExitStatus ShowCatalogue(const CatalogueOptions& options, CommandContext& contex
     }
     return ExitStatus::kDone;
   } catch (const Error& error) {
-    TellError(context, ToldBy(error));
-    FinishFailure(context, ToldBy(error));
-    return ExitStatus::kError;
+    return FinishWithError(context, error);
   }
 }
 

@@ -36,9 +36,7 @@ ExitStatus Draft(const DraftArguments& arguments, CommandContext& context) {
     Deliver(DraftType(schemas, arguments.draft), arguments, context);
     return ExitStatus::kDone;
   } catch (const Error& error) {
-    TellError(context, ToldBy(error));
-    FinishFailure(context, ToldBy(error));
-    return ExitStatus::kError;
+    return FinishWithError(context, error);
   }
 }
 

@@ -49,4 +49,10 @@ void TellError(CommandContext& context, std::string_view error) {
   context.output.Remark(Say(texts::kError, {OneLine(error)}) + "\n");
 }
 
+ExitStatus FinishWithError(CommandContext& context, const Error& error) {
+  TellError(context, ToldBy(error));
+  FinishFailure(context, ToldBy(error));
+  return ExitStatus::kError;
+}
+
 }  // namespace customsconv::cli

@@ -70,6 +70,9 @@ void FinishFailure(CommandContext& context, std::string_view error);
 // Tells an error on the remark stream ("error: TEXT").
 void TellError(CommandContext& context, std::string_view error);
 
+// Both, for a command that an error of the library ends: the command's exit status.
+[[nodiscard]] ExitStatus FinishWithError(CommandContext& context, const Error& error);
+
 }  // namespace customsconv::cli
 
 #endif  // CUSTOMSCONV_CLI_COMMAND_H_

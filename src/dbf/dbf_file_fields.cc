@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kRawPrefix = "||";
 // Texts from this length on, in fields from this length on, continue in further fields.
-constexpr std::size_t kLongText = 255;
+constexpr std::size_t kLongText = ShortText::kMaxSize;
 
 struct NameAndForm {
   std::string_view name;
