@@ -199,7 +199,6 @@ bool TVeltIni::SetLine(std::string_view section, std::string_view key, std::stri
     lines_.Set(found, line);
   } else if (const int commented = commented_keys_.Find(full_key); commented >= 0) {
     lines_.Set(commented, line);
-    commented_keys_.Remove(full_key);
     keys_.Add(full_key, commented);
   } else {
     const int existing = first_sections_.Find(section);

@@ -86,8 +86,8 @@ class TVeltIni {
 
  protected:
   // The steps of a change, in memory only; Flush makes them last. A caller that
-  // deleted keys calls BuildIndex once at the end, which lets second lines of the
-  // same key come to light.
+  // deleted keys calls BuildIndex before it sets one of them again and at the end,
+  // which lets second lines of the same key come to light.
   void CheckValue(std::string_view section, std::string_view key, std::string_view value) const;
   // Both return whether a line changed.
   bool SetLine(std::string_view section, std::string_view key, std::string_view value);
@@ -118,7 +118,8 @@ class TVeltIni {
   std::vector<IniLines::Number> sections_;  // their header lines, in file order
   KeyIndex first_sections_;                 // by name, to the index in sections_
   KeyIndex keys_;                           // by "<section>_<key>", to the first line's number
-  KeyIndex commented_keys_;                 // the same for keys that are switched off
+  // The same for keys that are switched off; those that were switched on are found in keys_ first.
+  KeyIndex commented_keys_;
   bool modified_ = false;
   bool unread_ = false;               // the file is there, but the last reading of it failed
   FileStamp known_stamp_ = kNoStamp;  // of the file when it was read or written last

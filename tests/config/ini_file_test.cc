@@ -4,8 +4,7 @@
 
 #include <random>
 
-#include "support/fake_host.h"
-#include "support/text.h"
+#include "support/environment_builder.h"
 
 namespace customsconv {
 namespace {
@@ -165,29 +164,17 @@ TEST(TVeltIni, KeepsTheCodePageOfTheFile) {
   EXPECT_EQ(world.host.files.changes(), 0);
 }
 
-TEST(TVeltIni, MissingFilesFollowTheCreateMode) {
-  FakeHost host;
-  host.files.AddFolder("C:\\PROG");
-  const auto open = [&](CreateMode mode) { TVeltIni(host, kFile, mode, CodePage::kWindows); };
-  open(CreateMode::kInMemory);
-  EXPECT_FALSE(host.files.Has(kFile));
-  open(CreateMode::kCreate);
-  EXPECT_EQ(host.files[kFile], "");
-}
-
 TEST(TVeltIni, WhatCouldNotBeWrittenIsWrittenLaterWhereNobodyElseWrote) {
   const std::string old = "[A]\r\nx=1\r\n", changed = "[A]\r\nx=2\r\n", others = "[A]\r\nx=8\r\n";
   enum Trouble { kOver, kStays, kOthersWrote, kOthersWrite };
-  const struct {
-    Trouble trouble;
-    std::string after, reason;
-  } cases[] = {{kOver, changed, ""},
-               {kStays, old, ""},
-               {kOthersWrote, others, ": файл изменен другой программой, изменения потеряны"},
-               {kOthersWrite, old, ": файл занят"}};
+  const std::tuple<Trouble, std::string, std::string> cases[] = {
+      {kOver, changed, ""},
+      {kStays, old, ""},
+      {kOthersWrote, others, ": файл изменен другой программой, изменения потеряны"},
+      {kOthersWrite, old, ": файл занят"}};
   for (const bool destroyed : {true, false}) {
-    for (const auto& c : cases) {
-      SCOPED_TRACE(std::to_string(c.trouble) + (destroyed ? " destroyed" : " read again"));
+    for (const auto& [trouble, after, reason] : cases) {
+      SCOPED_TRACE(std::to_string(trouble) + (destroyed ? " destroyed" : " read again"));
       FakeHost host;
       host.files[kFile] = old;
       auto ini =
@@ -197,35 +184,44 @@ TEST(TVeltIni, WhatCouldNotBeWrittenIsWrittenLaterWhereNobodyElseWrote) {
         EXPECT_NE(ErrorOf([&] { ini->WriteString("A", "x", "2"); }).find(kFile), std::string::npos);
       }
       EXPECT_EQ(ini->ReadString("A", "x", ""), "2") << "the lines keep the change";
-      if (c.trouble != kStays) host.files.StopFailing();
-      if (c.trouble == kOthersWrote) host.files[kFile] = others;
-      std::unique_ptr<FileLock> lock;
-      if (c.trouble == kOthersWrite) lock = host.files.Lock(kFile, [] {});
+      if (trouble != kStays) host.files.StopFailing();
+      if (trouble == kOthersWrote) host.files[kFile] = others;
+      const auto lock = trouble == kOthersWrite ? host.files.Lock(kFile, [] {}) : nullptr;
       if (destroyed) {
         ini.reset();
       } else {
         ini->UpdateFile();
-        EXPECT_EQ(ini->ReadString("A", "x", ""), c.after.substr(7, 1));
+        EXPECT_EQ(ini->ReadString("A", "x", ""), after.substr(7, 1));
       }
-      EXPECT_EQ(host.files[kFile], c.after);
-      ASSERT_EQ(host.dialogs.exceptions.size(), c.trouble == kOver ? 0U : 1U);
-      if (!c.reason.empty()) {
-        EXPECT_EQ(Utf8(host.dialogs.exceptions[0]),
-                  "Не могу записать файл C:\\PROG\\kord.ini" + c.reason);
-      }
+      EXPECT_EQ(host.files[kFile], after);
+      ASSERT_EQ(host.dialogs.exceptions.size(), trouble == kOver ? 0U : 1U);
+      if (reason.empty()) continue;
+      EXPECT_EQ(host.dialogs.exceptions[0], Win("Не могу записать файл ") + kFile + Win(reason));
     }
   }
 }
 
+TEST(TVeltIni, MissingFilesFollowTheCreateMode) {
+  World world("");
+  world.host.files.Remove(kFile);
+  TVeltIni(world.host, kFile, CreateMode::kInMemory, CodePage::kWindows);
+  EXPECT_FALSE(world.host.files.Has(kFile));
+  TVeltIni(world.host, kFile, CreateMode::kCreate, CodePage::kWindows);
+  EXPECT_EQ(world.host.files[kFile], "");
+}
+
 TEST(TVeltIni, AFileThatCouldNotBeReadIsNotWrittenOver) {
-  FakeHost host;
-  host.files[kFile] = "[A]\r\nx=1\r\n";
-  host.files.FailPath(kFile, FileOp::kRead, FileError::Kind::kRead);
-  TVeltIni unread(host, kFile, CreateMode::kMustExist, CodePage::kWindows);
-  EXPECT_EQ(host.dialogs.exceptions.size(), 1u);
-  host.files.StopFailing();
-  EXPECT_NE(ErrorOf([&] { unread.WriteString("A", "y", "2"); }).find(kFile), std::string::npos);
-  EXPECT_EQ(host.files[kFile], "[A]\r\nx=1\r\n");
+  World world("[A]\nx=1\n");
+  world.host.files.FailPath(kFile, FileOp::kRead, FileError::Kind::kRead);
+  world.ini.Reload();
+  EXPECT_EQ(world.host.dialogs.exceptions.size(), 1u);
+  world.host.files.StopFailing();
+  const std::string error = ErrorOf([&] { world.ini.WriteString("A", "y", "2"); });
+  EXPECT_NE(error.find(kFile), std::string::npos);
+  EXPECT_EQ(world.Lines(), "[A]\nx=1\n");
+  world.ini.Reload();
+  world.ini.WriteString("A", "y", "3");
+  EXPECT_EQ(world.Lines(), "[A]\nx=1\ny=3\n");
 }
 
 TEST(TVeltIni, RefreshComparesWithTheAgeAtConstruction) {
@@ -238,6 +234,49 @@ TEST(TVeltIni, RefreshComparesWithTheAgeAtConstruction) {
     EXPECT_EQ(world.Read("A", "x"), value);
   }
   EXPECT_EQ(world.ini.file_age(), age);
+}
+
+TEST(TConfiguration, ReadsFlagsAndListsInWordsAndAppendsValues) {
+  TestEnvironment world("[S]\nyes=да\nno=2\nempty=\nlist=,one; two\n");
+  TConfiguration& config = world.config();
+  EXPECT_TRUE(config.GetBool("S", "yes", false) && config.GetBool("S", "empty", true));
+  EXPECT_FALSE(config.GetBool("S", "no", true) || config.GetBool("S", "empty", false));
+  EXPECT_EQ(config.GetWord("S", "list", 2), " two");
+  config.AppendValue("S", "list", "three");
+  config.AppendValue("S", "new", "one");
+  EXPECT_EQ(config.ReadSectionValues("S")[3] + config.GetString("S", "new", ""),
+            "list=,one; two,three,one");
+}
+
+TEST(TConfiguration, KeepsLongValuesInPieces) {
+  const std::string a(240, 'a'), b(240, 'b'), c(20, 'c');
+  TestEnvironment world("[S]\nk=old\nk(4)=x\nk(5)=y\nk(6)=\nk(7)=z\n");
+  TConfiguration& config = world.config();
+  EXPECT_EQ(ErrorOf([&] { config.SetLongString("S", "k", a + "b\tb"); }),
+            Win("TVeltIni: Недопустимое значение S_k(2)=b\tb"));
+  EXPECT_EQ(config.GetLongString("S", "k", ""), "old");
+  config.SetLongString("S", "k", a + b + c);
+  EXPECT_EQ(world.host.files[kFile],
+            "[S]\r\nk(6)=\r\nk(7)=z\r\nk(1)=" + a + "\r\nk(2)=" + b + "\r\nk(3)=" + c + "\r\n");
+  EXPECT_EQ(world.host.files.Count(FileOp::kCommit), 1) << "nobody sees half of the pieces";
+  EXPECT_EQ(config.GetLongString("S", "k", ""), a + b + c);
+  config.SetLongString("S", "k", a);
+  EXPECT_EQ(config.ReadSection("S"), (std::vector<std::string>{"k(6)", "k(7)", "k(1)"}));
+  config.SetLongString("S", "k", "short");
+  EXPECT_EQ(config.ReadSection("S"), (std::vector<std::string>{"k(6)", "k(7)", "k"}));
+  EXPECT_EQ(config.GetLongString("S", "k", ""), "short");
+}
+
+TEST(SharedConfigurations, HandsOutOneObjectUntilTheFileChanges) {
+  TestEnvironment world("[S]\nk=1\n");
+  SharedConfigurations shared(world.host);
+  TConfiguration& first = shared.Get(kFile, CodePage::kWindows);
+  EXPECT_EQ(&shared.Get("c:\\prog\\KORD.INI", CodePage::kWindows), &first);
+  world.host.files[kFile] = "[S]\r\nk=2\r\n";
+  EXPECT_EQ(shared.Get(kFile, CodePage::kWindows).GetString("S", "k", ""), "2");
+  world.host.files.Remove(kFile);
+  EXPECT_EQ(ErrorOf([&] { shared.Get(kFile, CodePage::kWindows); }),
+            Win("Не могу открыть ini-файл \"C:\\PROG\\kord.ini\""));
 }
 
 }  // namespace
