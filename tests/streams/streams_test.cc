@@ -1,14 +1,16 @@
-#include "streams/read_stream.h"
-
 #include <gtest/gtest.h>
 
+#include "streams/document_streams.h"
 #include "support/fake_host.h"
 #include "support/text.h"
 
 namespace customsconv {
 namespace {
 
+using std::string_literals::operator""s;
+
 constexpr const char* kFile = "C:\\A.TXT";
+constexpr const char* kSignature = "KD 1.0";
 constexpr std::size_t kBuffer = TReadStream::kBufferSize;
 
 struct World {
@@ -20,15 +22,14 @@ struct World {
 
 // Bytes that tell their position.
 std::string Pattern(std::size_t size) {
-  std::string bytes(size, '\0');
-  for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i % 251);
+  std::string bytes;
+  for (std::size_t i = 0; i < size; ++i) bytes += static_cast<char>(i % 251);
   return bytes;
 }
 
 TEST(TReadStream, LinesEndAtCarriageReturns) {
-  using Texts = std::vector<std::string>;
   const std::string full(kBuffer, 'f'), less1 = full.substr(1), less2 = full.substr(2);
-  const std::pair<std::string, Texts> cases[] = {
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"A\r\nB\rC\nD", {"A", "B", "C\nD"}},
       {"\r\n\r\r\n\n", {"", "", "", "\n"}},
       {"", {}},
@@ -39,7 +40,7 @@ TEST(TReadStream, LinesEndAtCarriageReturns) {
       {full, {full}}};
   for (const auto& [bytes, lines] : cases) {
     World world(bytes);
-    Texts read;
+    std::vector<std::string> read;
     while (!world.stream.AtEnd()) world.stream.ReadLnLong(read.emplace_back());
     EXPECT_TRUE(read == lines) << bytes.size() << " bytes";
   }
@@ -76,7 +77,7 @@ TEST(TReadStream, SeeksInsideAndOutsideTheBuffer) {
     ASSERT_EQ(world.stream.Read(&byte, 1), 1u);
     EXPECT_EQ(byte, bytes[static_cast<std::size_t>(position)]) << "at " << position;
   };
-  constexpr auto kLength = static_cast<std::int64_t>(kBuffer);
+  constexpr std::int64_t kLength = kBuffer;
   for (const std::int64_t place : {std::int64_t{5}, 2 * kLength + 1, kLength, kLength - 1}) {
     EXPECT_EQ(world.stream.Seek(place, SeekOrigin::kBegin), place);
     expect_at(place);
@@ -94,6 +95,60 @@ TEST(TReadStream, WritesLinesBehindTheFile) {
   world.stream.WriteLnShort(std::string(300, 's'));
   const std::string added = std::string(300, 'l') + "\r\n" + std::string(255, 's') + "\r\n";
   EXPECT_EQ(world.host.files[kFile], "first\r\n" + added);
+}
+
+TEST(DocumentStreams, FrameStringsByTheirLength) {
+  const std::pair<std::size_t, std::string> cases[] = {{0, "\0\0"s},
+                                                       {3, "\x03\0"s},
+                                                       {65534, "\xFE\xFF"},
+                                                       {65535, "\xFF\xFF\xFF\xFF\0\0"s},
+                                                       {70000, "\xFF\xFF\x70\x11\x01\0"s}};
+  for (const auto& [size, prefix] : cases) {
+    FakeHost host;
+    host.files[kFile] = "";
+    TDocWriteStream(host.files, kFile, kSignature, kModeCreate)
+        .WriteLongText(std::string(size, 'x'));
+    EXPECT_TRUE(host.files[kFile] == kSignature + prefix + std::string(size, 'x')) << size;
+    {
+      TDocWriteStream more(host.files, kFile, kSignature, kModeReadWrite);
+      more.Seek(0, SeekOrigin::kEnd);
+      more.WriteShortText(std::string(300, 's'));
+    }
+    TDocReadStream stream(host.files, kFile, kSignature);
+    std::string text;
+    ShortText short_text;
+    stream.ReadLongText(text);
+    stream.ReadShortText(short_text);
+    EXPECT_TRUE(text == std::string(size, 'x') && short_text == std::string(255, 's')) << size;
+  }
+}
+
+TEST(DocumentStreams, RefuseAnotherSignature) {
+  for (const std::string found : {"KD 0.9", "KD", ""}) {
+    FakeHost host;
+    host.files[kFile] = found;
+    EXPECT_EQ(Utf8(ErrorOf([&] { TDocReadStream(host.files, kFile, kSignature); })),
+              "Старая версия C:\\A.TXT : \"" + found + "\" вместо \"KD 1.0\"");
+    EXPECT_EQ(
+        Utf8(ErrorOf([&] { TDocWriteStream(host.files, kFile, kSignature, kModeReadWrite); })),
+        "Не та сигнатура файла :" + found + " вместо KD 1.0");
+  }
+}
+
+TEST(TDocReadStream, RefusesLengthsBeyondTheFile) {
+  for (const std::string& bytes :
+       {"\xFF\xFF\xFF\xFF\xFF\xFFz"s, "\x04\0ab"s, "\xFF\xFF\x01"s, ""s}) {
+    FakeHost host;
+    host.files[kFile] = kSignature + bytes;
+    TDocReadStream stream(host.files, kFile, kSignature);
+    std::string text;
+    EXPECT_EQ(Utf8(ErrorOf([&] { stream.ReadLongText(text); })),
+              "Не могу прочитать файл C:\\A.TXT: файл кончается внутри строки");
+    EXPECT_LT(text.capacity(), 100u) << "nothing was allocated";
+    ShortText short_text;
+    stream.Seek(-static_cast<std::int64_t>(bytes.size()), SeekOrigin::kEnd);
+    EXPECT_NE(ErrorOf([&] { stream.ReadShortText(short_text); }), kNoError);
+  }
 }
 
 }  // namespace
