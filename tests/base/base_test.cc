@@ -1,25 +1,22 @@
-#include "base/code_pages.h"
-
 #include <gtest/gtest.h>
 #include <iconv.h>
 
 #include <map>
 #include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
+#include "base/code_pages.h"
 #include "base/cp1251_literal.h"
+#include "base/date_time.h"
 #include "base/dos_code_page.h"
 #include "base/dos_unicode.h"
-#include "base/unicode.h"
+#include "base/letter_case.h"
+#include "base/short_text.h"
 #include "support/text.h"
 
 namespace customsconv {
 namespace {
 
-// The C library's conversion, as a second way to the answer. Empty when it
-// refuses the text. For results of up to four times the input's bytes.
+// The C library's conversion, as a second way to the answer; empty when it refuses the text.
 std::optional<std::string> Iconv(const char* from, const char* to, std::string_view text) {
   const iconv_t converter = iconv_open(to, from);
   std::string source(text);
@@ -36,12 +33,10 @@ std::optional<std::string> Iconv(const char* from, const char* to, std::string_v
 }
 
 std::string Encode(const char* to, char32_t c) {
-  const std::string bytes(reinterpret_cast<const char*>(&c), sizeof c);
-  return Iconv("UTF-32LE", to, bytes).value();
+  return Iconv("UTF-32LE", to, {reinterpret_cast<const char*>(&c), sizeof c}).value();
 }
 
-// The bytes of code page 1251 by the C library's table, by character. The
-// unassigned byte 0x98 goes with the control character of its number.
+// The C library's bytes by character. The unassigned byte 0x98 is the control character 0x98.
 std::map<char32_t, char> WitnessTable() {
   std::map<char32_t, char> table{{0x98, '\x98'}};
   for (unsigned byte = 0; byte < 256; ++byte) {
@@ -71,8 +66,7 @@ TEST(Unicode, EveryCharacterHasItsByteOrAQuestionMark) {
 }
 
 TEST(WinFromUtf8, RefusesExactlyWhatIsMalformed) {
-  // All pairs of bytes, and all triples and quadruples that matter: every lead
-  // with second bytes at the borders of what each lead allows.
+  // All pairs of bytes, with tails at the borders of what each lead allows.
   const std::string tails[] = {"", "\x80", "\xBF", "\x7F", "\xC0", "\x80\x80", "\xBF\xBF", "\x80 "};
   for (unsigned lead = 0x80; lead < 0x100; ++lead) {
     for (unsigned second = 0; second < 0x100; ++second) {
@@ -155,12 +149,8 @@ std::string Expected(const char* from, const char* to,
   return expected;
 }
 
-TEST(Cp1251Literal, HoldsTheBytesThatTheConversionGives) {
-  constexpr std::string_view kText =
-      "Яя Ёё № «» § ° – — · ¤ ЄєЇїЎў \xC2\xA0 “”‘’„‚…•†‡‰€™ ©®±¶µ¬¦ ЂѓЉЊЌЋЏљњќћџЈјҐґЅѕІі abc~"_cp1251;
-  EXPECT_EQ(kText, Win("Яя Ёё № «» § ° – — · ¤ ЄєЇїЎў \xC2\xA0 “”‘’„‚…•†‡‰€™ ©®±¶µ¬¦ "
-                       "ЂѓЉЊЌЋЏљњќћџЈјҐґЅѕІі abc~"));
-  static_assert("АЯая"_cp1251 == "\xC0\xDF\xE0\xFF");
+TEST(Cp1251Literal, HoldsTheBytesOfCharactersOfOneToThreeBytes) {
+  static_assert("Яё№“a"_cp1251 == "\xDF\xB8\xB9\x93\x61");
   static_assert(""_cp1251.empty());
 }
 
@@ -200,24 +190,19 @@ TEST(DosCodePage, KeepsEveryCharacterOnTheWayToUtf8) {
   }
 }
 
+// By byte 255 the name must end; the page that has four letters first wins.
 TEST(DetectCodePage, GuessesFromNameMarkOrLetters) {
   const std::string late(248, ' ');
-  const std::tuple<const char*, std::string, CodePage> cases[] = {
-      {"name in any case", "<?xml version=\"1.0\" encoding=\"utf-8\"?>", CodePage::kUtf8},
-      {"name ends with byte 255", late + "\"UTF-8\"", CodePage::kUtf8},
-      {"name ends with byte 256", " " + late + "\"UTF-8\"", CodePage::kWindows},
-      {"name in apostrophes", "encoding='UTF-8'", CodePage::kWindows},
-      {"two bytes of the mark", "\xEF\xBB\x80\x80\x80\x80", CodePage::kUtf8},
-      {"mark not at the start", " \xEF\xBB\xBF", CodePage::kWindows},
-      {"nothing", "", CodePage::kWindows},
-      {"plain ASCII", "plain", CodePage::kWindows},
-      {"four DOS letters", "\x80\x81\x82\xAF", CodePage::kDos},
-      {"three DOS letters", "\x80\x81\x82", CodePage::kWindows},
-      {"letters that count for neither", "\xB0\xCE\xE0\xF1\xB0\xCE\xE0\xF1", CodePage::kWindows},
-      {"Windows first", "\xCF\xDF\xF2\xFF\x80\x80\x80\x80", CodePage::kWindows},
-      {"DOS first", "\xCF\xDF\xF2\x80\x80\x80\x80\xFF", CodePage::kDos}};
-  for (const auto& [what, text, expected] : cases) {
-    EXPECT_EQ(DetectCodePage(text), expected) << what;
+  const std::pair<CodePage, std::vector<std::string>> cases[] = {
+      {CodePage::kUtf8,
+       {"<?xml version=\"1.0\" encoding=\"utf-8\"?>", late + "\"UTF-8\"",
+        "\xEF\xBB\x80\x80\x80\x80"}},
+      {CodePage::kDos, {"\x80\x81\x82\xAF", "\xCF\xDF\xF2\x80\x80\x80\x80\xFF"}},
+      {CodePage::kWindows,
+       {"", "plain", " " + late + "\"UTF-8\"", "encoding='UTF-8'", " \xEF\xBB\xBF", "\x80\x81\x82",
+        "\xB0\xCE\xE0\xF1\xB0\xCE\xE0\xF1", "\xCF\xDF\xF2\xFF\x80\x80\x80\x80"}}};
+  for (const auto& [expected, texts] : cases) {
+    for (const std::string& text : texts) EXPECT_EQ(DetectCodePage(text), expected) << text;
   }
 }
 
@@ -233,6 +218,88 @@ TEST(ToWindows, ConvertsByCodePageAndDetectsTheUnknown) {
     EXPECT_EQ(Utf8(ToWindows(text, code_page)), expected) << what;
   }
   EXPECT_EQ(ToWindows("\x81\x82", static_cast<CodePage>(9)), "\x81\x82") << "an unknown number";
+}
+
+TEST(Error, CarriesTheMessageIn1251AndShowsItInUtf8) {
+  const std::string path = Win("C:\\Декларации\\Ёж.DBF");
+  using Kind = FileError::Kind;
+  const std::pair<Error, const char*> cases[] = {
+      {Error(Win("Нет данных №5")), "Нет данных №5"},
+      {ListIndexError(-1), "List index out of bounds (-1)"},
+      {ConversionError(Win("12ш")), "'12ш' is not a valid integer value"},
+      {SilentAbort(), ""},
+      {FileError(Kind::kMissing, path, ""), "Не найден файл C:\\Декларации\\Ёж.DBF"},
+      {FileError(Kind::kOpen, path, "is a folder"),
+       "Не могу открыть файл C:\\Декларации\\Ёж.DBF: is a folder"},
+      {FileError(Kind::kCreate, "X", "full"), "Не могу создать файл X: full"},
+      {FileError(Kind::kRead, "X", "full"), "Не могу прочитать файл X: full"},
+      {FileError(Kind::kWrite, "X", "full"), "Не могу записать файл X: full"}};
+  for (const auto& [error, expected] : cases) {
+    EXPECT_STREQ(error.what(), expected);
+    EXPECT_EQ(error.text(), Win(expected));
+  }
+}
+
+const std::string kFull(255, 'x');
+
+TEST(ShortText, CutsAt255BytesWhereItSays) {
+  static_assert(!std::is_convertible_v<std::string_view, ShortText>);
+  static_assert(!std::is_convertible_v<const char(&)[257], ShortText>);
+  const std::tuple<const char*, ShortText, std::string> cases[] = {
+      {"fits", ShortText::Cut(kFull), kFull},
+      {"one too many", ShortText::Cut(kFull + "y"), kFull},
+      {"one appended", ShortText::Cut(kFull) += 'y', kFull},
+      {"cut within what is appended", ShortText::Cut(std::string(250, 'x')) += "xxxxxyyy", kFull},
+      {"bytes above 127 and zero", "\xFF\0\x80", {"\xFF\0\x80", 3}},
+      {"nothing", "", ""}};
+  for (const auto& [what, text, expected] : cases) EXPECT_EQ(text.str(), expected) << what;
+}
+
+TEST(ShortText, AppendsAndAssignsItsOwnText) {
+  ShortText text = ShortText::Cut(std::string(200, 'x'));
+  text += text;
+  EXPECT_EQ(text.str(), kFull);
+  text = "abab";
+  text = ShortText::Cut(text.view().substr(1, 2));
+  EXPECT_EQ(text, "ba");
+}
+
+TEST(ShortText, ComparesByBytes) {
+  EXPECT_LT(ShortText("B"), ShortText("a"));
+  EXPECT_LT(ShortText("z"), ShortText("\xE0"));  // bytes are unsigned
+  EXPECT_LT(ShortText("a"), ShortText("aa"));
+  EXPECT_NE(ShortText("a\0"), ShortText("a"));
+  EXPECT_EQ(CutToShort(kFull + "y"), kFull);
+  static_assert(sizeof(ShortText) == 256);
+}
+
+TEST(LetterCase, OnlyLatinLettersRussianLettersAndYoHaveCases) {
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    unsigned expected = byte;
+    if ((byte >= 'a' && byte <= 'z') || byte >= 0xE0) expected = byte - 0x20;
+    if (byte == 0xB8) expected = 0xA8;
+    const std::string upper = UpperCaseRu(std::string(1, static_cast<char>(byte)));
+    EXPECT_EQ(upper, std::string(1, static_cast<char>(expected))) << byte;
+  }
+  EXPECT_EQ(UpperCaseLatin(Win("Ёж x")), Win("Ёж X"));
+}
+
+TEST(LetterCase, ComparesUpperCasedBytes) {
+  EXPECT_TRUE(SameTextRu(Win("ёлка a"), Win("ЁЛКА A")));
+  EXPECT_FALSE(SameTextRu("ab", "a"));
+  EXPECT_EQ(CompareTextRu("abc", "ABC"), 0);
+  EXPECT_LT(CompareTextRu("z", Win("А")), 0);  // bytes are unsigned
+  EXPECT_LT(CompareTextRu("a", "AB"), 0);
+  EXPECT_GT(CompareTextRu("_", "z"), 0);  // "_" stands behind "Z"
+  EXPECT_TRUE(StartsWithRu(Win("ГТД: x"), Win("гтд:")));
+  EXPECT_FALSE(StartsWithRu("a", "ab"));
+  EXPECT_EQ(NoCaseHash()(Win("Ёж")), NoCaseHash()(Win("ёЖ")));
+}
+
+TEST(DateTime, CountsDaysOfTheYears1To9999) {
+  EXPECT_EQ(DateOf({1, 1, 1}), -693593);
+  const CalendarDay none[] = {{2023, 13, 1}, {2023, 0, 1}, {2023, 1, 0}, {0, 1, 1}, {10000, 1, 1}};
+  for (const auto& day : none) EXPECT_EQ(DateOf(day), std::nullopt) << day.year << day.month;
 }
 
 }  // namespace
