@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "support/catalogue_builder.h"
 
 namespace customsconv {
@@ -171,18 +169,10 @@ TEST_F(DocumentTest, IdentifiersReachTopAndGoods) {
   }
   EXPECT_EQ(document.GetFieldById(1000, 2) + document.GetFieldById(1000, -1), "");
   EXPECT_TRUE(messages.empty());
-}
-
-TEST_F(DocumentTest, OnlyAskingForAValueOfTheMainBlockOpensARecord) {
   document.OpenBlock("");
-  EXPECT_EQ(document.MainBasis().Item(0).name, "G33");
-  EXPECT_EQ(document.MainRecordCount(), 0);
   EXPECT_EQ(document.GetFieldById(1000, 0), "");
-  EXPECT_EQ(document.MainRecordCount(), 1);
+  EXPECT_EQ(document.MainRecordCount(), 1) << "asking opens a record";
   EXPECT_EQ(document.CurPath(), "");
-  TDocument plain("PLAIN", types, world);
-  EXPECT_EQ(&plain.MainBasis(), &plain.RootBasis());
-  EXPECT_EQ(plain.GetFieldById(1000, 0), "");
 }
 
 TEST_F(DocumentTest, CompositeFieldHoldsItsParts) {
@@ -195,19 +185,17 @@ TEST_F(DocumentTest, CompositeFieldHoldsItsParts) {
 }
 
 TEST_F(DocumentTest, JoinsAFieldOfABlock) {
-  const struct {
-    std::vector<const char*> values;
-    const char *lines, *blanks, *both;
-  } cases[] = {{{"", "a", "", "b"}, "\r\na\r\n\r\nb", "a b", "\r\na \r\n\r\nb"},
-               {{"a\r", "b"}, "a\rb", "a\rb", "a\rb"},
-               {{"a ", "b"}, "a \r\nb", "a b", "a \r\nb"},
-               {{}, "", "", ""}};
-  for (const auto& c : cases) {
+  const std::tuple<std::vector<const char*>, const char*, const char*, const char*> cases[] = {
+      {{"", "a", "", "b"}, "\r\na\r\n\r\nb", "a b", "\r\na \r\n\r\nb"},
+      {{"a\r", "b"}, "a\rb", "a\rb", "a\rb"},
+      {{"a ", "b"}, "a \r\nb", "a b", "a \r\nb"},
+      {{}, "", "", ""}};
+  for (const auto& [values, lines, blanks, both] : cases) {
     document.OpenBlock("");
-    AddGoods(c.values);
-    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kLines).text, c.lines);
-    EXPECT_EQ(document.JoinBlockField(R"(\\TOVAR)", "", JoinMode::kBlanks).text, c.blanks);
-    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kBlanksAndLines).text, c.both);
+    AddGoods(values);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kLines).text, lines);
+    EXPECT_EQ(document.JoinBlockField(R"(\\TOVAR)", "", JoinMode::kBlanks).text, blanks);
+    EXPECT_EQ(document.JoinBlockField("TOVAR", "G33", JoinMode::kBlanksAndLines).text, both);
     EXPECT_EQ(document.JoinBlockField("TOVAR", "NONE", JoinMode::kLines).text, "");
   }
 }
@@ -223,6 +211,124 @@ TEST_F(DocumentTest, ChoiceGoesIntoTheMarkBeforeItOrBeforeItsBlock) {
   EXPECT_EQ(marks(R"(TOVAR\1\DOCS)", 1, 7), "2/");  // NUM is no mark
   EXPECT_EQ(marks("CARS", 0, 3), "2/");             // nor TOVAR, which stands before the block
   EXPECT_EQ(marks("BUS", 0, 4), "2/4");
+}
+
+TFieldInfo Field(std::string_view name, std::string_view xml_path = {}) {
+  TFieldInfo field;
+  field.name = Win(name);
+  field.xml_path = xml_path;
+  return field;
+}
+
+TEST(TBasis, FindsNamesExactlyBeforeAndInAnyCaseAfterIndexing) {
+  TBasis basis;
+  for (const char* name : {"G01", "Ёж", "g01", "G02"}) basis.Append(Field(name));
+  EXPECT_EQ(basis.IndexOfName("g01"), 2);
+  EXPECT_EQ(basis.IndexOfName("g02"), -1);
+  basis.Reindex();
+  EXPECT_EQ(basis.IndexOfName("g01"), 0) << "the first of equal names wins";
+  EXPECT_EQ(basis.IndexOfName("g02"), 3);
+  EXPECT_EQ(basis.IndexOfName(Win("ёЖ")), 1);
+  EXPECT_EQ(basis.IndexOfName("G0"), -1);
+}
+
+TEST(TBasis, FindsXmlPathsWithoutTheirPrefixes) {
+  const std::string longest(255, 'L');
+  TBasis basis;
+  for (const std::string& path :
+       {std::string("ESADout_CU:GoodsShipment#cat_ru:Consignor"), std::string(),
+        std::string("x:y:goodsshipment#Consignor"), longest + "longer", "p:" + longest}) {
+    basis.Append(Field("A", path));
+  }
+  basis.Reindex();
+  EXPECT_EQ(basis.IndexOfXmlPath("goodsshipment#CONSIGNOR"), 0);
+  EXPECT_EQ(basis.IndexOfXmlPath("ESADout_CU:GoodsShipment#cat_ru:Consignor"), -1);
+  EXPECT_EQ(basis.IndexOfXmlPath(""), 1) << "the first field without a path";
+  EXPECT_EQ(basis.IndexOfXmlPath(longest + "longer"), 4)
+      << "what is looked up is cut, a field's is not";
+}
+
+TEST(TBasis, WalksDownBlockNames) {
+  TypeWorld type("G01=1\nTOVAR {\nG33=1\nDOCS {\nG44=1\n}\n}\n");
+  const TBasis& top = type.Basis();
+  const TBasis& tovar = *top.FieldByName("TOVAR").block;
+  const TBasis& docs = *tovar.FieldByName("DOCS").block;
+  EXPECT_EQ(top.checksum(), 0x09121E5Du) << "of the names of all levels";
+  const std::pair<const TBasis*, std::vector<const char*>> cases[] = {
+      {&top, {"", "root", "Main", "G01\\TOVAR"}},
+      {&tovar, {"TOVAR\\NONE\\DOCS", "TOVAR\\0\\DOCS"}},
+      {&docs, {"tovar\\3\\DOCS\\1", "\\\\TOVAR\\\\docs"}}};
+  for (const auto& [level, paths] : cases) {
+    for (const char* path : paths) EXPECT_EQ(&top.FindSubBasis(path), level) << path;
+  }
+  EXPECT_EQ(docs.Path() + top.Path(), "TOVAR\\DOCS");
+  TBasis not_indexed;
+  not_indexed.AppendBlock(Field("TOVAR"), std::make_unique<TBasis>());
+  EXPECT_EQ(&not_indexed.FindSubBasis("TOVAR"), &not_indexed);
+}
+
+// 20 fields, the block GOODS, which has one field, and 20 more.
+class RecordTest : public testing::Test {
+ protected:
+  static constexpr int kBlock = 20;
+
+  RecordTest() { record.Fill(); }
+  static std::string Fields() {
+    std::string fields;
+    for (int i = 0; i < kBlock; ++i) fields += "F=1\n";
+    return fields;
+  }
+
+  TypeWorld type{Fields() + "GOODS {\nG33=1\n}\n" + Fields()};
+  RecordArena arena;
+  TDocFieldList record{type.Basis(), arena};
+};
+
+TEST_F(RecordTest, BlockEntryHoldsItsNameUntilAnotherTextIsStored) {
+  EXPECT_EQ(record.Text(kBlock), "GOODS");
+  EXPECT_EQ(record.Records(kBlock), nullptr);
+  record.EnsureRecords(kBlock).Append(1);
+  record.AppendText(kBlock, "+");
+  EXPECT_EQ(record.Text(kBlock), "GOODS+");
+  record.SetText(kBlock, "");
+  EXPECT_EQ(record.Text(kBlock), "");
+  EXPECT_EQ(record.Records(kBlock)->Count(), 1);
+  EXPECT_EQ(record.Records(0), nullptr);
+}
+
+TEST_F(RecordTest, TextsGrowShrinkAndMayComeFromTheSlotItself) {
+  std::string expected;
+  for (int i = 0; i < 3000; ++i) {
+    const std::string piece(static_cast<std::size_t>(i % 7), static_cast<char>('a' + i % 26));
+    record.AppendText(3, piece);
+    record.SetText(40, piece + "x");  // takes the room that the growing text gives back
+    expected += piece;
+  }
+  EXPECT_EQ(record.Text(3), expected);
+  record.AppendText(3, record.Text(3));
+  EXPECT_EQ(record.Text(3), expected + expected);
+  record.SetText(3, record.Text(3).substr(5, 40));
+  EXPECT_EQ(record.Text(3), expected.substr(5, 40));
+  EXPECT_EQ(record.Text(40), "jjjx");
+}
+
+TEST_F(RecordTest, ListKeepsOrderAndLabels) {
+  RecordList& list = record.EnsureRecords(kBlock);
+  TDocFieldList& first = list.Append("000");
+  list.Append(1);
+  list.Insert(1, 1).SetText(0, "in front");
+  list.Insert(4, 4);
+  const auto labels = [&list] {
+    std::string all;
+    for (int i = 1; i <= list.Count(); ++i) all += list.Label(i) + " ";
+    return all;
+  };
+  EXPECT_EQ(labels(), "1 000 1 4 ");
+  EXPECT_EQ(list.Record(1).Text(0), "in front");
+  EXPECT_EQ(&list.Record(2), &first);
+  EXPECT_EQ(ErrorOf([&] { list.Insert(6, 6); }), "List index out of bounds (5)");
+  list.Remove(2);
+  EXPECT_EQ(labels(), "1 1 4 ");
 }
 
 }  // namespace
