@@ -2,16 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include "catalogue/files_reader.h"
 #include "dbf/dbf_cache.h"
 #include "support/catalogue_builder.h"
 #include "support/document_dump.h"
-#include "support/table_image.h"
+#include "tables/table_levels.h"
 
 namespace customsconv {
 namespace {
 
-// A head table, its goods, their documents and their parts, which know their goods by
-// its number under another name.
+// A head, its goods, their documents and their parts, which have the goods number by another name.
 class TDbfDocumentTest : public ::testing::Test {
  protected:
   TDbfDocumentTest() {
@@ -204,6 +204,70 @@ HEAD = DBRHEAD [NOMER]
   const auto document = Create("ODD");
   document->Load("C:\\OUT\\1");
   EXPECT_EQ(Dump(document->RootRecord()), "NOMER=\"A\" ODD{CODE=\"A\"} BOTH{NOMER=\"A\"}");
+}
+
+TEST(FilesReader, ParsesLines) {
+  for (const auto& [text, parsed] :
+       Cases({"Head = DbrHead [g32,NumTov] -> 0 HEAD DBRHEAD G32,NUMTOV ",
+              "   B = T.DBF -> 1 B T.DBF  ", "    B=T [K|L+M] -> 2 B=T T K L+M",
+              "B = T [K]|L -> 0 B T K L", "B[K] = T -> 0 B T K ", "B -> 0 B   "})) {
+    const FilesLine line = ParseFilesLine(text);
+    EXPECT_EQ(std::to_string(line.level) + " " + line.block_name + " " + line.table_file + " " +
+                  line.key_fields + " " + line.link_fields,
+              parsed)
+        << text;
+  }
+}
+
+std::string Describe(const TBasis& basis) {
+  const auto& table = dynamic_cast<const TDbfBasis&>(basis);
+  std::string text = table.table_file + "[" + table.key_fields + "|" + table.link_fields + "]:";
+  for (int i = 0; i < basis.Count(); ++i) {
+    const TFieldInfo& field = basis.Item(i);
+    text += " " + field.name;
+    text += field.block != nullptr
+                ? "{" + Describe(*field.block) + "}"
+                : std::string("=") + static_cast<char>(field.type) + std::to_string(field.width) +
+                      "." + std::to_string(field.decimals) + "x" + std::to_string(field.lines);
+  }
+  return text;
+}
+
+TEST_F(TDbfDocumentTest, TakesItsLevelsFromTableHeaders) {
+  world.TableSet("TS", R"(; the head
+
+head = dbrhead [nomer]        : NOMER C7, SUM N12.2
+    goods = dbrtov [nomer|g32]  : NOMER C7, TXT C251
+      docs = dbrdocs            : D D8
+  a = lost
+    b = dbrtov
+    c = gone
+  tail = dbrtail                : L L1
+next = dbrnext
+  lost = dbrtail
+[OTHER]
+)");
+  const TBasis& basis = Create("TS")->RootBasis();
+  EXPECT_EQ(Describe(basis),
+            "DBRHEAD[NOMER|]: NOMER=C7.0x1 SUM=N12.2x1"
+            " GOODS{DBRTOV[NOMER|G32]: NOMER=C7.0x1 TXT=C101.0x3 DOCS{DBRDOCS[|]: D=D8.0x1}}"
+            " TAIL{DBRTAIL[|]: L=L1.0x1}");
+  EXPECT_EQ(basis.FindSubBasis("GOODS\\DOCS").Path(), "GOODS\\DOCS");
+  EXPECT_EQ(Utf8(world.host.dialogs.messages.at(0)),
+            "Не могу открыть:\r\nC:\\OUT\\LOST\r\nC:\\OUT\\GONE");
+}
+
+TEST_F(TDbfDocumentTest, LoadsItsLevelsAgainAndKeepsTheNumberingRight) {
+  types = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world);
+  TDocInfo& type = types->GetDocInfo("SET");
+  const TDocProtect& numbering = type.Numbering(world);
+  EXPECT_EQ(numbering.FieldIdByName("NUMTOV"), 0) << "not read yet";
+  for (int i = 0; i < 2; ++i) {
+    LoadFromDbf(type, "C:\\OUT\\", cache, world);
+    EXPECT_EQ(type.GetBasis(world).Count(), 4);
+    EXPECT_EQ(numbering.FieldIdByName("nomer"), 1);
+    EXPECT_EQ(numbering.FieldIdByName("numtov"), 1001);
+  }
 }
 
 }  // namespace
