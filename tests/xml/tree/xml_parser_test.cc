@@ -2,21 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "support/text.h"
 
 namespace customsconv {
 namespace {
 
-struct Case {
-  std::string text, expected;
-};
-
-// A tree on one line: elements as name(attribute="value"){children}, text in quotes,
-// CDATA in "[]", comments in "!!".
+// On one line: name(attribute="value"){children}, "text", [CDATA] and !comment!.
 std::string Dump(const TXMLNode& node) {
   const std::string value(node.value);
   if (node.type == NodeType::kText) return '"' + value + '"';
@@ -38,8 +29,7 @@ std::string Dump(const TXMLNode& node) {
 std::string DumpOf(const std::string& text) { return Dump(XmlTree(text).root()); }
 
 TEST(XmlTree, ReadsElementsAttributesAndContent) {
-  // Any three bytes pass for a byte order mark. Of entities the parser itself decodes some, the
-  // rest is left to DecodeXmlEntities.
+  // Of entities the parser itself decodes some, the rest is left to DecodeXmlEntities.
   for (const auto& [text, expected] :
        Cases({" -> ", "<a></a> -> a", "<a> x </a> -> a{\" x \"}",
               "<a>\n <b/>\n <c> </c>tail\n</a> -> a{b c \"tail\n\"}",

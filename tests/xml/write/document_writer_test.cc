@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "support/catalogue_builder.h"
 #include "text/words.h"
 
@@ -49,33 +47,30 @@ TEST(DocumentWriter, NestsElementsByTheNamesOfTheFields) {
   const std::string own_path = "A=9 | NAMESPACE=\"c:P#c:Q\"\nB=9 | NAMESPACE=\"NOP\"\nNOP=9";
   const std::string text_of_x =
       "A#B=9\nX=9 | NAMESPACE=\"X#NodeText\"\nY=9 | NAMESPACE=\"X#Y#NodeText\"";
-  const struct {
-    const char* what;
-    std::string fields;
-    std::string_view values;  // "," between them, "-" for none
-    const char* body;
-  } cases[] = {{"inner ones close first", inner, "1,2,3",
-                "<A>|<B>|<C1>1</C1>|<C2>2</C2>|</B>|<D>3</D>|</A>|"},
-               {"left word by word", twins, "1,2,3,4",
-                "<A>|<B>|<C>1</C>|</B>|<BB>|<C>2</C>|</BB>|</A>|<A>3</A>|<A>|<E>4</E>|</A>|"},
-               {"empty elements vanish", "A#B#C=9\nD#E=9\nF=9", "-,-,1", "<F>1</F>|"},
-               {"marked ones stay", marks, "-,1,2", "<A>|<B></B>|<D>1</D>|</A>|<E>|<F>2</F>|</E>|"},
-               {"a path of its own", own_path, "1,2,3", "<c:P>|<c:Q>1</c:Q>|</c:P>|"},
-               {"NOP only by the name in use", "NOP=9 | NAMESPACE=\"A\"", "1", "<A>1</A>|"},
-               {"a child of the same name", "A#A=9\nB=9", "1,2", "<A>|<A>1</A></A>|<B>2</B>|"},
-               {"text of an element", text_of_x, "-,x", "<X>x</X>|"},
-               {"text behind a value", text_of_x, "1,x,y", "<A>|<B>1</B>|</A>|<X>x|<Y>y</Y>|</X>|"},
-               {"text of blanks", "N=9 | NAMESPACE=\"A#B#NodeText\"\nC=9", "  ,1", "<C>1</C>|"},
-               {"marks go from values, too", "A=19", "x P=1 P=1y P= P=11", "<A>xy P=1</A>|"},
-               {"a CR ends the line", "A=9\nB=9", "1\r2\n\r\r\n3,4", "<A>1|2 || 3</A>|<B>4</B>|"},
-               {"line ends of raw text", "A=Z9", "1\n2\r\n3\r", "<A>1|2|3|</A>|"}};
-  for (const auto& c : cases) {
-    WriterWorld world(c.fields);
+  // Values have "," between them, "-" for none.
+  const std::tuple<const char*, std::string, std::string, const char*> cases[] = {
+      {"inner ones close first", inner, "1,2,3",
+       "<A>|<B>|<C1>1</C1>|<C2>2</C2>|</B>|<D>3</D>|</A>|"},
+      {"left word by word", twins, "1,2,3,4",
+       "<A>|<B>|<C>1</C>|</B>|<BB>|<C>2</C>|</BB>|</A>|<A>3</A>|<A>|<E>4</E>|</A>|"},
+      {"empty elements vanish", "A#B#C=9\nD#E=9\nF=9", "-,-,1", "<F>1</F>|"},
+      {"marked ones stay", marks, "-,1,2", "<A>|<B></B>|<D>1</D>|</A>|<E>|<F>2</F>|</E>|"},
+      {"a path of its own", own_path, "1,2,3", "<c:P>|<c:Q>1</c:Q>|</c:P>|"},
+      {"NOP only by the name in use", "NOP=9 | NAMESPACE=\"A\"", "1", "<A>1</A>|"},
+      {"a child of the same name", "A#A=9\nB=9", "1,2", "<A>|<A>1</A></A>|<B>2</B>|"},
+      {"text of an element", text_of_x, "-,x", "<X>x</X>|"},
+      {"text behind a value", text_of_x, "1,x,y", "<A>|<B>1</B>|</A>|<X>x|<Y>y</Y>|</X>|"},
+      {"text of blanks", "N=9 | NAMESPACE=\"A#B#NodeText\"\nC=9", "  ,1", "<C>1</C>|"},
+      {"marks go from values, too", "A=19", "x P=1 P=1y P= P=11", "<A>xy P=1</A>|"},
+      {"a CR ends the line", "A=9\nB=9", "1\r2\n\r\r\n3,4", "<A>1|2 || 3</A>|<B>4</B>|"},
+      {"line ends of raw text", "A=Z9", "1\n2\r\n3\r", "<A>1|2|3|</A>|"}};
+  for (const auto& [what, fields, values, body] : cases) {
+    WriterWorld world(fields);
     int position = 0;
-    for (const std::string_view value : Words(c.values, ",")) {
+    for (const std::string_view value : Words(values, ",")) {
       world.Set(position++, value == "-" ? "" : value);
     }
-    EXPECT_EQ(world.Body(), c.body) << c.what;
+    EXPECT_EQ(world.Body(), body) << what;
   }
 }
 
@@ -174,10 +169,7 @@ TEST(DocumentWriter, WritesThePartsOfStructuredValues) {
 TEST(DocumentWriter, TheHeaderDecidesFormAndEncoding) {
   const std::string win = Win("Я"), cyrillic = Win("Ы");
   const std::string xml = "<?xml version=\"1.0\" encoding=";
-  const struct {
-    const char *fields, *header;
-    std::string text;
-  } cases[] = {
+  const std::tuple<const char*, const char*, std::string> cases[] = {
       {"A=C5", "XmlCoding=UTF-8\n", xml + "\"windows-1251\"?>|  <A>" + win + "</A>|"},
       {"A=C5", "Prefix=<d:R x=\"1\">\nXmlCoding=Win-1251\n",
        xml + "\"windows-1251\"?>|<d:R x=\"1\">|  <A>" + win + "</A>|</d:R>|"},
@@ -188,12 +180,11 @@ TEST(DocumentWriter, TheHeaderDecidesFormAndEncoding) {
        xml + "\"UTF-8\"?>|<ROWSET>| <ROW xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
              "doctype=\"KIND\">|    <A>Я</A>|  </ROW>|</ROWSET>|"},
       {"B=B5", "Prefix=<R>\n", xml + "\"UTF-8\"?>|<R>|</R>|"}};
-  for (const auto& c : cases) {
-    WriterWorld world(c.fields, c.header);
+  for (const auto& [fields, header, text] : cases) {
+    WriterWorld world(fields, header);
     world.Set(0, "Я");
-    EXPECT_EQ(world.Bytes(), c.text);
-    EXPECT_EQ(ExportXml(&world.document).size(),
-              static_cast<std::size_t>(std::count(c.text.begin(), c.text.end(), '|')));
+    EXPECT_EQ(world.Bytes(), text);
+    EXPECT_EQ(ExportXml(&world.document).size(), Words(text, "|").size());
   }
   EXPECT_TRUE(ExportXml(nullptr).empty());
 }

@@ -1,38 +1,34 @@
-#include "xml/read/xml_container.h"
-
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <string>
-
 #include "support/catalogue_builder.h"
 #include "support/document_dump.h"
+#include "xml/read/base64.h"
+#include "xml/read/xml_container.h"
+#include "xml/read/xml_text.h"
+#include "xml/read/xml_value_lookup.h"
 
 namespace customsconv {
 namespace {
 
 constexpr const char* kFile = "C:\\IN\\decl.xml";
 
-constexpr const char* kCatalogue =
-    "[ESADout.HEADER]\nShortName=ЭД ДТ\nXmlType=ESADout\nPrefix=<ESADout xmlns:cat=\"u\">\n"
-    "[ESADout.Fields]\n"
-    "Kind=C10 | NAMESPACE=\"cat:Kind\"\nBare=C10\n"
-    "Mode=C10 | NAMESPACE=\"Transport#cat:Border#Mode\"\n"
-    "Since=D | NAMESPACE=\"Since\"\nCost=N15.2 | NAMESPACE=\"Cost\"\n"
-    "Lines=C250 | NAMESPACE=\"Line\" SEQ=\"1\"\nList=C250 | NAMESPACE=\"List\" SEQ=\"2\"\n"
-    "WAY_CHOICE=C5\nChosen=C10 | NAMESPACE=\"Chosen\" CHOICE=\"2\"\n"
-    "Group=B | NAMESPACE=\"Group\"\nInGroup=C10 | NAMESPACE=\"Group#Inside\"\n"
-    "Scan=Y | NAMESPACE=\"Scan\"\nVersion=C10 | NAMESPACE=\"att=Version\"\n"
-    "Goods { NAMESPACE=\"Shipment#Goods\"\n"
-    "  Number=C10 | NAMESPACE=\"Number\"\n  Id=C10 | NAMESPACE=\"att=id\"\n"
-    "  Mark { NAMESPACE=\"cat:Mark\"\n    Text=C10\n    Sign=C10 | NAMESPACE=\"Sign\"\n  }\n"
-    "}\n"
-    "[Inventory.HEADER]\nShortName=Inventory\nXmlType=Inventory\nPrefix=<Inventory xmlns=\"u\">\n"
-    "[Inventory.Fields]\nNumber=C10 | NAMESPACE=\"Number\"\n";
+constexpr const char* kCatalogue = R"([ESADout.HEADER], ShortName=ЭД ДТ, XmlType=ESADout
+Prefix=<ESADout xmlns:cat="u">, [ESADout.Fields], Kind=C10 | NAMESPACE="cat:Kind", Bare=C10
+Mode=C10 | NAMESPACE="Transport#cat:Border#Mode", Since=D | NAMESPACE="Since"
+Cost=N15.2 | NAMESPACE="Cost", Lines=C250 | NAMESPACE="Line" SEQ="1"
+List=C250 | NAMESPACE="List" SEQ="2", WAY_CHOICE=C5, Chosen=C10 | NAMESPACE="Chosen" CHOICE="2"
+Group=B | NAMESPACE="Group", InGroup=C10 | NAMESPACE="Group#Inside", Scan=Y | NAMESPACE="Scan"
+Version=C10 | NAMESPACE="att=Version", Goods { NAMESPACE="Shipment#Goods"
+  Number=C10 | NAMESPACE="Number", Id=C10 | NAMESPACE="att=id", Mark { NAMESPACE="cat:Mark"
+    Text=C10, Sign=C10 | NAMESPACE="Sign", }, }
+[Inventory.HEADER], ShortName=Inventory, XmlType=Inventory, Prefix=<Inventory xmlns="u">
+[Inventory.Fields], Number=C10 | NAMESPACE="Number"
+)";
 
 // A program folder and one XML file. Texts are UTF-8.
 struct World : CatalogueWorld {
-  World() : CatalogueWorld(kCatalogue) {}
+  World() : CatalogueWorld(LinesOf(kCatalogue)) {}
   TXMLContainer Open(std::string_view xml) {
     Put(xml);
     return TXMLContainer(kFile, types, *this);
@@ -66,10 +62,7 @@ TEST(TXMLContainer, YieldsDocumentsByKind) {
   const std::string second = "<Inventory a='b'><Number>2</Number></Inventory>\r\n";
   const std::string third = "<ESADout x=\"\"><Kind>3</Kind></ESADout>";
   const std::string xml = "<?xml version=\"1.0\"?>";
-  const struct {
-    const char *what, *documents;
-    std::string xml;
-  } cases[] = {
+  const std::tuple<const char*, const char*, std::string> cases[] = {
       {"envelopes win over declarations",
        "ESADout 1: Kind=\"1\"\nESADout 2: Kind=\"3\"\nInventory 1: Number=\"2\"\n",
        xml + "<r>" + Envelope(first) + Envelope("\n" + second) + Envelope(third)},
@@ -83,10 +76,10 @@ TEST(TXMLContainer, YieldsDocumentsByKind) {
       {"a root without attributes is not found", "ESADout 1: \n", Envelope("<ESADout></ESADout>")},
       {"a line break belongs to the name", "", Envelope("<ESADout\nx='y'></ESADout>")},
       {"neither envelope nor declaration", "", first}};
-  for (const auto& c : cases) {
+  for (const auto& [what, documents, text] : cases) {
     World world;
-    TXMLContainer container = world.Open(c.xml);
-    EXPECT_EQ(DumpAll(container), c.documents) << c.what;
+    TXMLContainer container = world.Open(text);
+    EXPECT_EQ(DumpAll(container), documents) << what;
   }
 }
 
@@ -122,8 +115,7 @@ TEST(TXMLContainer, FillsFieldsByTheirXmlPaths) {
       {"<Line>1</Line><Line>2,5&amp;</Line><List>1</List><List/><List>3</List>",
        "Lines=\"1\r2,5&\" List=\"1,,3\""},
       {"<Kind>1</Kind><Kind>2</Kind>", "Kind=\"1\""},
-      // Another element, a comment (the file's first one is gone) and a text end them; the
-      // text goes to the first field without a path.
+      // Elements, comments behind the first and texts end them; these go to "Bare", without a path.
       {"<Line>1</Line><Kind>a</Kind><Line>2</Line>", "Kind=\"a\" Lines=\"2\""},
       {"<!-- --><Line>1</Line><!-- --><Line>2</Line>", "Lines=\"2\""},
       {"<Line>1</Line>stray<Line>2</Line>", "Bare=\"stray\" Lines=\"2\""}};
@@ -222,6 +214,94 @@ TEST(TXMLContainer, FillsWhateverIsNestedOrWide) {
   EXPECT_EQ(document->GetField("Version"), "v");
   document->FlattenLongText = false;
   EXPECT_EQ(document->GetField("Lines").size(), std::size_t{5} * kMany - 1);
+}
+
+std::string Loaded(std::string_view bytes) {
+  FakeHost host;
+  host.files["A.XML"] = bytes;
+  return Utf8(LoadXmlText(host.files, "A.XML"));
+}
+
+std::string Utf16(std::string_view ascii) {
+  std::string bytes = "\xFF\xFE";
+  for (const char c : ascii) bytes.append(1, c).append(1, '\0');
+  return bytes;
+}
+
+TEST(XmlText, TheHeadOfTheFileDecidesItsEncoding) {
+  const std::string bom = "\xEF\xBB\xBF", win = Win("Я"), late(82, ' '), last(81, ' ');
+  const std::string declared = "<?xml e=\"windows-1251\"?>", utf16 = "<?xml e=\"UTF-16\"?>";
+  const std::tuple<const char*, std::string, std::string> cases[] = {
+      {"nothing declared", "<a>Я№\xE2\x82\xBF</a>", "<a>Я№?</a>"},
+      {"1251 declared", declared + win, declared + "Я"},
+      {"blanks and single quotes", "<?xml e = 'windows-1251'?>" + win, declared + "Я"},
+      {"a mark wins over the declaration", bom + declared + "Я", declared + "Я"},
+      {"text behind the mark", bom + "x '<a b = 'c'/>", "<a b = 'c'/>"},
+      {"declared too late", late + "<a n=\"windows-1251\"/>", "<a n=\"windows-1251\"/>"},
+      {"declared last", last + "<a n=\"windows-1251\"/>" + win, "<a n=\"windows-1251\"/>Я"},
+      {"near once normalised", last + "<a n = \"windows-1251\"/>", "<a n=\"windows-1251\"/>"},
+      {"UTF-16", Utf16(utf16) + "\x2F\x04\x16\x21", utf16 + "Я№"},
+      {"no element", " x ", " x "},
+      {"an empty file", "", ""}};
+  for (const auto& [what, bytes, text] : cases) EXPECT_EQ(Loaded(bytes), text) << what;
+}
+
+TEST(XmlText, KnowsOneSchemaPrefixAndDropsTheFirstComment) {
+  for (const auto& [bytes, text] : Cases(
+           {"<xs:a t=\"xs:b\">xs xxs:</xs:a> -> <xsd:a t=\"xsd:b\">xs xxsd:</xsd:a>",
+            "<?xml?><!-- one --><a/><!-- two --> -> <?xml?><a/><!-- two -->",
+            "<!--><b/> --><a/> -> <b/> --><a/>", "<a>--><!-- one --></a> -> <a>--><!-- one --></a>",
+            "<a><!-- open -> <a><!-- open", "!--<a>!--<!--!----> -> <a>!--"})) {
+    EXPECT_EQ(Loaded(bytes), text);
+  }
+}
+
+TEST(XmlText, ABrokenFileIsNamed) {
+  const std::string message = Win("A.XML\rОшибка при перекодировке из UTF-8 - битый файл!");
+  for (const char* bytes : {"<a>\xC3</a>", "\xEF\xBB", "\xEF\xBB\xBFno root", "<a>\xFF\xFE"}) {
+    EXPECT_EQ(ErrorOf([&] { (void)Loaded(bytes); }), message) << bytes;
+  }
+}
+
+TEST(Base64DecodeInPlace, DecodesInPlaceAndRefusesMisplacedPadding) {
+  // The text goes on behind a padded group; an unfinished last group gives nothing.
+  const auto well_formed =
+      Cases({" -> ", "TWFu\r\nTWE= -> ManMa", "T\tW F-u -> Man", "TQ= \r\n=TWFu -> MMan",
+             "+/+/ -> \xFB\xFF\xBF", "TWFuTWE -> Man"});
+  const auto misplaced = Cases({"= -> =", "TWFu=TWFu -> Man=TWFu", "T= -> =", "TWFuTQ= -> Man",
+                                "TWFuTQ=T -> ManT", "TWE== -> Ma="});
+  for (const auto& cases : {well_formed, misplaced}) {
+    for (auto [text, bytes] : cases) {
+      EXPECT_EQ(Base64DecodeInPlace(text), cases == well_formed) << bytes;
+      EXPECT_EQ(text, bytes);
+    }
+  }
+}
+
+TEST(GetXmlValue, FindsAValueByItsPath) {
+  for (const auto& [query, value] : Cases(
+           {"N\\Code in <r><Code>1</Code><N><Code>2</Code></N></r> -> 2",
+            " N \\ Code  in <N><ns:Code>2</ns:Code></N> -> 2",
+            "N\\Code in <n><cODE>abвг</Code></N> -> ABВГ", "A\\B\\C in <A><B><C>1</C></B></A> -> 1",
+            "N\\Code in <N><x/></N><N><Code>2</Code></N> -> 2",
+            "N\\Code in <N xmlns='u'><Code>2</Code></N> -> 2",
+            "N\\Code in <N a='u'><Code>2</Code></N> -> ", "N\\Code in <N><Code>2</Code> -> 2",
+            "N\\Code in <Nx><Code>1</Code></Nx><N><Code>2</Code></N> -> ",
+            "N\\Code in <a:N><Code>2</Code></a:N> -> ", "N\\N in <N><C>1</C><N>2</N></N> -> 2",
+            "N in <N>1</N><N>2</N> -> 2", "Code in <r><Code>1<x>2</x></Code></r> -> 1<X>2",
+            "Code in <r><Code>1 -> ", "D in <r><D>2015/06.11</D></r> -> 11.06.2015",
+            "D in <r><D>\r\n 2015-06-11\r\n</D></r> -> 11.06.2015", "\\D in <r><D>1</D></r> -> 1",
+            "N\\ in <N><D>1</D></N> -> ", " in <N></N> -> "})) {
+    const std::size_t in = query.find(" in ");
+    EXPECT_EQ(Utf8(GetXmlValue(Win(query.substr(in + 4)), query.substr(0, in))), value) << query;
+  }
+}
+
+TEST(GetXmlValue, DecodesOnceMoreWhereTheTextNamesUtf8) {
+  const std::string declaration = "<?xml encoding='utf-8'?>";
+  EXPECT_EQ(Utf8(GetXmlValue(declaration + "<N><D>1</D></N>", "N\\D")), "1");
+  EXPECT_EQ(Utf8(GetXmlValue(declaration + "<N><D>\xD0\x90</D></N>", "N\\D")), "А");
+  EXPECT_EQ(Utf8(GetXmlValue(declaration + Win("<N><D>АБ</D></N>"), "N\\D")), "");
 }
 
 }  // namespace
