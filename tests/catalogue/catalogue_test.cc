@@ -73,8 +73,7 @@ TEST(Catalogue, RecognisesKeysByTheBeginningOfTheLine) {
       "HasBackSide=7x\nScriptRevise=true\nTablePrint=no\nAllUpCase=да\nDoubleSided=\n"
       "PrnLineWidth=1.5\n[no section line]\nPrefix=<cat:ESADout v=\"1\">\nprefix=later\n");
   const TDocInfo& info = type.Info();
-  EXPECT_EQ(info.FullName, "A b");
-  EXPECT_EQ(info.ShortName, "B");
+  EXPECT_EQ(info.FullName + "/" + info.ShortName, "A b/B");
   EXPECT_EQ(type.host.dialogs.log, Lines{"message: DocFileLabel длиннее 5! T:abcdef"});
   EXPECT_EQ(info.BlankColor, 0xFF0010u);
   EXPECT_EQ(info.BlocksOnExtraPage, 2) << "kept in 8 bits";

@@ -146,17 +146,13 @@ TEST(PartValue, EndsAtTheNextPartOrTheRangeAndIsTrimmed) {
   EXPECT_EQ(PartValue(composite, 1, {50, 5}), "");
 }
 
-struct StoreCase {
-  const char* composite;
-  int number;
-  const char *value, *result;
-};
+// A composite text, the number of the part, the value to store, and the result.
+using StoreCase = std::tuple<const char*, int, const char*, const char*>;
 
 void ExpectStores(const TSubFieldsList& parts, const std::vector<StoreCase>& cases) {
-  for (const StoreCase& c : cases) {
-    SCOPED_TRACE(std::string(c.composite) + ", part " + std::to_string(c.number));
-    EXPECT_EQ(WithPart(Marked(c.composite), parts, c.number, Marked(c.value), {}),
-              Marked(c.result));
+  for (const auto& [composite, number, value, result] : cases) {
+    EXPECT_EQ(WithPart(Marked(composite), parts, number, Marked(value), {}), Marked(result))
+        << composite << ", part " << number;
   }
 }
 

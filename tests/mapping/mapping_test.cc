@@ -176,18 +176,13 @@ TEST(RecordMapper, ReducesDatesToSixDigits) {
   }
 }
 
+// Fields of the current record in any case; of a block's records the first field or a named one.
 TEST(RecordMapper, ResolvesExpressions) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"code", "C2"},                      // a field of the current record, in any case
-      {"Description", "one two"},          // the first field of a block's records
-      {R"(Description\More)", "m1 m2"},    // a named one
-      {R"(Description\2\More)", "m2"},     // of one record
-      {R"(\\ESADoutGoods\1\Code)", "C1"},  // from the root
-      {"Plain", ""},                       // no field of the record
-      {"*DBRPASP_ReImp_Code", "C2"},       // markers in front
-  };
-  for (const auto& [expression, value] : cases) {
-    MappingWorld world(WithLines("T1 " + std::string(expression)));
+  for (const auto& [expression, value] :
+       Cases({"code -> C2", "Description -> one two", "Description\\More -> m1 m2",
+              "Description\\2\\More -> m2", "\\\\ESADoutGoods\\1\\Code -> C1", "Plain -> ",
+              "*DBRPASP_ReImp_Code -> C2"})) {
+    MappingWorld world(WithLines("T1 " + expression));
     world.Fill(R"(Plain=header, ESADoutGoods\1\Code=C1, ESADoutGoods\2\Code=C2
 ESADoutGoods\2\Description\1\Part=one, ESADoutGoods\2\Description\2\Part=two
 ESADoutGoods\2\Description\1\More=m1, ESADoutGoods\2\Description\2\More=m2)");

@@ -68,12 +68,9 @@ TEST_F(TDbfDocumentTest, LoadsAHeadRowWithTheRowsOfItsKey) {
 TEST_F(TDbfDocumentTest, ReadsTheHeadRowNumberFromThePath) {
   world.Table("DBRHEAD", head.Row({"A"}).Row({"B"}));
   // A head row without goods gets an empty goods record.
-  const std::pair<const char*, const char*> cases[] = {{"", "1 NOMER=\"A\" TOVAR{}"},
-                                                       {"2", "2 NOMER=\"B\" TOVAR{}"},
-                                                       {"2x", "1 NOMER=\"A\" TOVAR{}"},
-                                                       {"3", "3 TOVAR{}"},
-                                                       {"0", "0 TOVAR{}"}};
-  for (const auto& [path, loaded] : cases) {
+  for (const auto& [path, loaded] :
+       Cases({" -> 1 NOMER=\"A\" TOVAR{}", "2 -> 2 NOMER=\"B\" TOVAR{}",
+              "2x -> 1 NOMER=\"A\" TOVAR{}", "3 -> 3 TOVAR{}", "0 -> 0 TOVAR{}"})) {
     const auto document = Loaded(path);
     EXPECT_EQ(std::to_string(document->RootRecNo()) + " " + Dump(document->RootRecord()), loaded);
   }
