@@ -185,6 +185,32 @@ void RecoveryJson(const Recovery& recovery, const ShortText& folder, JsonWriter&
   json.Key("journal").WinText(recovery.kept_as);
 }
 
+void KeptJson(const std::vector<KeptJournal>& kept, JsonWriter& json) {
+  json.Key("kept").BeginArray();
+  for (const KeptJournal& journal : kept) {
+    json.BeginObject();
+    json.Key("journal").WinText(journal.name);
+    json.Key("begun").WinText(journal.moment);
+    json.Key("save").WinText(journal.note);
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+// Who may not write in a folder has nothing to do there as long as no journal stands in it.
+Recovery RecoverFolder(const std::string& folder, Host& host) {
+  try {
+    const SaveLock lock(host, folder);
+    return Recover(host, folder);
+  } catch (const SilentAbort&) {
+    throw WaitingGivenUp(folder);
+  } catch (const FileError& failure) {
+    const bool refused = failure.kind() == FileError::Kind::kCreate;
+    if (refused && !HasJournal(host.files, folder)) return {};
+    throw;
+  }
+}
+
 // Undoes the save that a dead process left; waits for a living one.
 ExitStatus RecoverTables(const TablesOptions& options, CommandContext& context) {
   const ShortText folder = FolderArgument(options.folder);
@@ -194,18 +220,25 @@ ExitStatus RecoverTables(const TablesOptions& options, CommandContext& context) 
   Recovery recovery;
   std::string failure;
   try {
-    const SaveLock lock(context.host, folder.str());
-    recovery = Recover(context.host, folder.str());
+    recovery = RecoverFolder(folder.str(), context.host);
   } catch (const Error& error) {
     failure = ToldBy(error);
   }
-  if (recovery.outcome == Recovery::Outcome::kForeign)
+  if (recovery.outcome == Recovery::Outcome::kForeign) {
     failure = Utf8FromWin(Told(recovery, folder));
+  }
+  const std::vector<KeptJournal> kept = KeptJournals(context.host, folder.str());
+  for (const KeptJournal& journal : kept) {
+    if (journal.name == recovery.kept_as) continue;
+    if (!failure.empty()) TellError(context, failure);
+    failure = Utf8FromWin(Told(journal, folder));
+  }
   if (!failure.empty()) TellError(context, failure);
   if (context.json) {
     JsonWriter json(context.output);
     json.BeginObject();
     if (failure.empty() || !recovery.moment.empty()) RecoveryJson(recovery, folder, json);
+    if (!kept.empty()) KeptJson(kept, json);
     FinishJson(json, context.dialogs, failure);
   } else if (failure.empty()) {
     const std::string told = Told(recovery, folder);

@@ -65,17 +65,20 @@ class TDbfCache {
   void SaveAllOrNone() { all_or_none_ = true; }
   // Writes what waits. When that fails nothing is written, all is forgotten, and Error is thrown.
   void Commit();
-  // Saves wait to be committed.
-  [[nodiscard]] bool HoldsSaves() const { return held_.has_value(); }
+  // For how many milliseconds saves that wait to be committed have kept others out by now; empty
+  // when none waits, or one is just being made.
+  [[nodiscard]] std::optional<std::uint64_t> KeepsOthersOut() const;
 
   // Undoes, in a folder that is about to be read, the save that a dead process left half done;
   // waits for a living one. Throws DbfError naming the command for that where it may not be done.
   void UndoBrokenSave(std::string_view folder);
+  // The same, and keeps saves out; empty when a save of ours does so already.
+  [[nodiscard]] std::optional<SaveLock> LockToCreate(std::string_view folder);
 
   // Another process saves into the folder or has changed the file `path` since it had `stamp`.
   [[nodiscard]] bool IsSavedMeanwhile(std::string_view folder, std::string_view path,
                                       FileStamp stamp) const;
-  // Waits for who saves there, and keeps saves out.
+  // Waits for who saves there, and keeps saves out. Throws Error when it does not come to that.
   [[nodiscard]] SaveLock LockToRead(std::string_view folder);
 
   // Some image differs from its file: it was changed since the last flush, or could not be
@@ -130,18 +133,31 @@ class TDbfCache {
   void PrepareOwn(TDbfMemoryStream& image);
   // Takes what is not changed any more out of the changed list.
   void ForgetWritten();
-  void UndoAndTell(const std::string& folder);
+  void CloseUnused();
+  void GiveRoomBack(TDbfMemoryStream& image) const;
+  // Commit, but for what comes of a failure.
+  void WriteWaiting();
+  // The same; SilentAbort when the user gives up.
+  [[nodiscard]] SaveLock LockAndUndo(const std::string& folder);
+  void UndoAndTell(const std::string& folder, const SaveLock& lock);
+  void TellKeptJournals(const std::string& folder);
   void Lose(TDbfMemoryStream& image, std::string_view why);
   void ShowFailure(const std::exception& failure) const;
 
   // The locks of the folder that a save goes to.
   struct Held {
     Held(Host& host, std::string identity, SaveLock save_lock, std::string_view marked)
-        : folder(std::move(identity)), own(std::move(save_lock)), marker(host, marked) {}
+        : folder(std::move(identity)),
+          own(std::move(save_lock)),
+          marker(host, marked),
+          since(host.clock.Ticks()) {}
     std::string folder;  // its identity
     SaveLock own;
     ExchangeLock marker;
+    std::uint64_t since;
   };
+  void LetGo();
+  void LeaveGap();
 
   Host& host_;
   std::unordered_map<std::string, std::unique_ptr<TDbfMemoryStream>> images_;  // by identity
@@ -149,10 +165,14 @@ class TDbfCache {
   std::vector<TDbfMemoryStream*> changed_;
   std::unordered_set<TFileDbfFile*> tables_;
   std::optional<Held> held_;
+  std::unordered_set<std::string> looked_through_;  // folders, for journals that were kept
   std::string note_;
   bool all_or_none_ = false;
   std::string lost_;  // a table whose rows were forgotten
   std::uint64_t save_ = 0;  // number of the save at hand
+  bool in_save_ = false;
+  std::uint64_t free_since_ = 0;  // moment of the clock's ticks
+  std::uint64_t busy_since_ = 0;  // the same, behind the last long gap between saves
 };
 
 }  // namespace customsconv

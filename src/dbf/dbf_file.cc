@@ -166,10 +166,12 @@ DbfStatus TFileDbfFile::CreateTable(TDescrs& fields, std::string_view name) {
   Host& host = cache_.host();
   const std::string empty_table = dbf::EmptyTable(fields, DayOf(host.clock.Today()));
   const std::string path = cache_.PathOf(name);
-  cache_.UndoBrokenSave(FolderPart(path));
-  TDbfMemoryStream* const outdated = cache_.HeldImage(path);
-  host.files.Replace(path, empty_table);
-  if (outdated != nullptr) cache_.Drop(*outdated);
+  {
+    const auto lock = cache_.LockToCreate(FolderPart(path));
+    TDbfMemoryStream* const outdated = cache_.HeldImage(path);
+    host.files.Replace(path, empty_table);
+    if (outdated != nullptr) cache_.Drop(*outdated);
+  }
   const DbfStatus status = Open(name, kModeReadWrite | kShareDenyNone, OnError::kReturn);
   if (status == DbfStatus::kOk) fields = layout_->fields;
   return status;

@@ -1,11 +1,14 @@
 #include <algorithm>
+#include <list>
 #include <map>
+#include <set>
 #include <tuple>
 #include <utility>
 
 #include "base/cp1251_literal.h"
 #include "base/letter_case.h"
 #include "dbf/dbf_cache.h"
+#include "dbf/dbf_file.h"
 #include "dbf/dbf_image.h"
 #include "dbf/dbf_layout.h"
 #include "text/char_set.h"
@@ -34,6 +37,19 @@ bool ByName(const TDbfMemoryStream* a, const TDbfMemoryStream* b) {
   return std::tie(a->name, a->identity) < std::tie(b->name, b->identity);
 }
 
+[[noreturn]] void ThrowNotUndone(const std::string& folder, std::string_view cause) {
+  std::string text("Прерванное сохранение таблиц не отменено: "_cp1251);
+  text.append(cause).append(". Команда: customsconv tables recover "_cp1251);
+  throw DbfError(text.append(folder));
+}
+
+std::map<std::string, std::vector<TDbfMemoryStream*>> ByFolder(
+    const std::vector<TDbfMemoryStream*>& images) {
+  std::map<std::string, std::vector<TDbfMemoryStream*>> by_folder;
+  for (TDbfMemoryStream* image : images) by_folder[image->folder].push_back(image);
+  return by_folder;
+}
+
 // A file that is not to be had, which may be because another station has it.
 bool MayBeBusy(const FileError& failure) {
   return failure.kind() == FileError::Kind::kCreate || failure.kind() == FileError::Kind::kOpen;
@@ -48,15 +64,42 @@ void TDbfCache::BeginSave(std::string_view folder) {
   const std::string own_folder(FolderPart(path));
   std::string identity = FolderIdentity(own_folder);
   ++save_;
-  if (held_ && held_->folder == identity) return;
+  in_save_ = held_ && held_->folder == identity;
+  if (in_save_) return;
   Commit();
+  if (all_or_none_) LeaveGap();
   held_.emplace(host_, std::move(identity), SaveLock(host_, own_folder), folder);
   try {
-    UndoAndTell(own_folder);  // behind the marker: its holder may have the tables in memory
+    TellKeptJournals(own_folder);
+    UndoAndTell(own_folder, held_->own);  // behind the marker: its holder may have the tables
   } catch (...) {
-    held_.reset();
+    LetGo();
     throw;
   }
+  in_save_ = true;
+}
+
+// Other stations look once a second whether the folder is free: who saves without end leaves it
+// free for longer than that now and then.
+void TDbfCache::LeaveGap() {
+  constexpr std::uint64_t kBusy = 10'000;  // milliseconds
+  constexpr std::uint64_t kGap = 1'100;
+  const std::uint64_t now = host_.clock.Ticks();
+  const std::uint64_t gap = now - free_since_;
+  if (gap < kGap && now - busy_since_ < kBusy) return;
+  if (gap < kGap) host_.clock.Sleep(static_cast<std::uint32_t>(kGap - gap));
+  busy_since_ = host_.clock.Ticks();
+}
+
+void TDbfCache::LetGo() {
+  held_.reset();
+  in_save_ = false;
+  free_since_ = host_.clock.Ticks();
+}
+
+std::optional<std::uint64_t> TDbfCache::KeepsOthersOut() const {
+  if (!held_ || in_save_) return std::nullopt;
+  return host_.clock.Ticks() - held_->since;
 }
 
 void TDbfCache::EndSave() {
@@ -69,45 +112,82 @@ void TDbfCache::EndSave() {
       AbandonSave();
       throw;
     }
+    in_save_ = false;
     return;
   }
-  Flush({}, /*show_progress=*/true);
-  held_.reset();
+  try {
+    Flush({}, /*show_progress=*/true);
+  } catch (...) {
+    AbandonSave();
+    throw;
+  }
+  LetGo();
 }
 
 void TDbfCache::AbandonSave() {
+  in_save_ = false;
   if (all_or_none_) {
     for (TDbfMemoryStream* image : changed_) {
-      if (image->save == save_) image->Undo();
+      if (image->save != save_) continue;
+      image->Undo();
+      image->spare_room = true;
+      if (!image->changed) GiveRoomBack(*image);
     }
     ForgetWritten();
     if (!changed_.empty() || !lost_.empty()) return;  // of earlier saves
   }
   for (TDbfMemoryStream* image : changed_) image->late = true;
-  held_.reset();
+  LetGo();
 }
 
 void TDbfCache::Commit() {
-  if (!all_or_none_) return held_.reset();
-  Images images = changed_;
+  if (!held_) return;
+  if (all_or_none_) {
+    try {
+      WriteWaiting();
+    } catch (...) {
+      while (!changed_.empty()) Drop(*changed_.back());
+      lost_.clear();
+      LetGo();
+      throw;
+    }
+  }
+  LetGo();
+}
+
+void TDbfCache::WriteWaiting() {
+  std::map<std::string, Images> by_folder = ByFolder(changed_);
+  // Tables that the catalogue looks for elsewhere. The folder of the set comes last: most of what
+  // can go wrong has gone wrong before.
+  Images own;
+  if (auto found = by_folder.extract(held_->folder)) own = std::move(found.mapped());
+  std::list<Held> others;
+  for (const auto& [identity, images] : by_folder) {
+    const std::string folder(FolderPart(images.front()->path));
+    try {
+      others.emplace_back(host_, identity, LockAndUndo(folder), folder);
+    } catch (const SilentAbort&) {
+      throw WaitingGivenUp(folder);
+    }
+  }
   // Whoever does not mind our locks may have written since the save ended.
-  for (const TDbfMemoryStream* image : images) {
+  for (const TDbfMemoryStream* image : changed_) {
     const FileStamp expected = image->replaces ? kNoStamp : image->file_age;
     if (host_.files.Stamp(image->path) != expected) lost_ = image->path;
   }
   if (!lost_.empty()) {
-    for (TDbfMemoryStream* image : images) Drop(*image);
-    held_.reset();
-    throw FileError(FileError::Kind::kWrite, std::exchange(lost_, {}),
-                    "файл изменила другая программа"_cp1251);
+    throw FileError(FileError::Kind::kWrite, lost_, "файл изменила другая программа"_cp1251);
   }
-  std::sort(images.begin(), images.end(), ByName);
-  std::optional<TransactionFailure> failure;
-  if (!images.empty()) failure = Write(std::string(FolderPart(images.front()->path)), images);
-  for (TDbfMemoryStream* image : images) failure ? Drop(*image) : Written(*image);
-  ForgetWritten();
-  held_.reset();
-  if (failure) std::rethrow_exception(failure->cause);
+  const auto write = [this](Images& images) {
+    if (images.empty()) return;
+    std::sort(images.begin(), images.end(), ByName);
+    const auto failure = Write(std::string(FolderPart(images.front()->path)), images);
+    if (failure) std::rethrow_exception(failure->cause);
+    for (TDbfMemoryStream* image : images) Written(*image);
+    ForgetWritten();
+  };
+  for (auto& [identity, images] : by_folder) write(images);
+  write(own);
 }
 
 // Others may have written the file since it was loaded only if they do not mind our lock.
@@ -120,6 +200,32 @@ void TDbfCache::PrepareOwn(TDbfMemoryStream& image) {
 void TDbfCache::ForgetWritten() {
   const auto settled = [](const TDbfMemoryStream* image) { return !image->changed; };
   changed_.erase(std::remove_if(changed_.begin(), changed_.end(), settled), changed_.end());
+  CloseUnused();
+}
+
+// Images of large tables keep their files open. Where there are many, those go that nobody uses:
+// they are soon loaded again.
+void TDbfCache::CloseUnused() {
+  constexpr std::size_t kMostOpen = 128;
+  Images open;
+  for (const auto& [identity, image] : images_) {
+    if (image->file.stream() != nullptr) open.push_back(image.get());
+  }
+  if (open.size() <= kMostOpen) return;
+  std::set<const TDbfMemoryStream*> used(changed_.begin(), changed_.end());
+  for (const TFileDbfFile* table : tables_) used.insert(table->bytes_.image());
+  for (TDbfMemoryStream* image : open) {
+    if (!used.contains(image)) Drop(*image);
+  }
+}
+
+// Room on the disk was made sure of for rows that will not come.
+void TDbfCache::GiveRoomBack(TDbfMemoryStream& image) const {
+  if (!std::exchange(image.spare_room, false) || !image.writable) return;
+  FileStream& file = *image.file.stream();
+  if (file.Stamp() != image.file_age) return;
+  GiveSpareRoomBack(file);
+  image.file_age = file.Stamp();
 }
 
 void TDbfCache::UndoBrokenSave(std::string_view folder) {
@@ -129,10 +235,13 @@ void TDbfCache::UndoBrokenSave(std::string_view folder) {
   try {
     const SaveLock lock = LockToRead(path);
   } catch (const FileError& failure) {
-    std::string text("Прерванное сохранение таблиц не отменено: "_cp1251);
-    text.append(failure.text()).append(". Команда: customsconv tables recover "_cp1251);
-    throw DbfError(text.append(path));
+    ThrowNotUndone(path, failure.text());
   }
+}
+
+std::optional<SaveLock> TDbfCache::LockToCreate(std::string_view folder) {
+  if (held_ && held_->folder == FolderIdentity(folder)) return std::nullopt;
+  return LockToRead(folder);
 }
 
 bool TDbfCache::IsSavedMeanwhile(std::string_view folder, std::string_view path,
@@ -142,18 +251,41 @@ bool TDbfCache::IsSavedMeanwhile(std::string_view folder, std::string_view path,
 }
 
 SaveLock TDbfCache::LockToRead(std::string_view folder) {
-  const std::string path(folder);
-  SaveLock lock(host_, path);
-  if (HasJournal(host_.files, path)) {
-    const ExchangeLock marker(host_, path);
-    UndoAndTell(path);
+  try {
+    return LockAndUndo(std::string(folder));
+  } catch (const SilentAbort&) {
+    throw WaitingGivenUp(folder);
+  }
+}
+
+SaveLock TDbfCache::LockAndUndo(const std::string& folder) {
+  SaveLock lock(host_, folder);
+  if (HasJournal(host_.files, folder)) {
+    const ExchangeLock marker(host_, folder);
+    UndoAndTell(folder, lock);
   }
   return lock;
 }
 
-void TDbfCache::UndoAndTell(const std::string& folder) {
-  const std::string told = Told(Recover(host_, folder), folder);
-  if (!told.empty()) host_.dialogs.Message(told);
+void TDbfCache::UndoAndTell(const std::string& folder, const SaveLock& lock) {
+  if (!HasJournal(host_.files, folder)) return;
+  if (!lock.certain()) {
+    ThrowNotUndone(folder, "этот диск не хранит блокировок, ее автор может работать"_cp1251);
+  }
+  try {
+    const std::string told = Told(Recover(host_, folder), folder);
+    if (!told.empty()) host_.dialogs.Message(told);
+  } catch (const FileError& failure) {
+    ThrowNotUndone(folder, failure.text());
+  }
+}
+
+// Once for each folder: they stand there until somebody has looked at the tables.
+void TDbfCache::TellKeptJournals(const std::string& folder) {
+  if (!looked_through_.insert(held_->folder).second) return;
+  for (const KeptJournal& kept : KeptJournals(host_, folder)) {
+    host_.dialogs.Message(Told(kept, folder));
+  }
 }
 
 // ---- flushing
@@ -165,9 +297,11 @@ void TDbfCache::Flush(std::string_view table_names, bool show_progress) {
   if (table_names.empty() && show_progress) {
     progress = host_.dialogs.StartProgress(kProgressTitle, due.size());
   }
-  std::map<std::string, Images> by_folder;
-  for (TDbfMemoryStream* image : due) {
-    by_folder[image->folder].push_back(image);
+  std::map<std::string, Images> by_folder = ByFolder(due);
+  if (held_) {
+    if (const auto own = by_folder.extract(held_->folder)) WriteFolder(own.mapped(), progress.get());
+    // Two that hold a folder and wait for each other's would wait for good.
+    if (!by_folder.empty()) held_.reset();
   }
   for (const auto& [folder, images] : by_folder) WriteFolder(images, progress.get());
   ForgetWritten();
@@ -198,7 +332,7 @@ void TDbfCache::WriteFolder(const Images& due, Progress* progress) {
   std::optional<ExchangeLock> marker;
   try {
     if (!held_ || held_->folder != due.front()->folder) {
-      own.emplace(LockToRead(folder));
+      own.emplace(LockAndUndo(folder));
       const auto late = [](const TDbfMemoryStream* image) { return image->late; };
       if (std::any_of(due.begin(), due.end(), late)) marker.emplace(host_, folder);
     }
@@ -313,6 +447,7 @@ std::optional<TransactionFailure> TDbfCache::Write(const std::string& folder,
 
 void TDbfCache::Written(TDbfMemoryStream& image) {
   image.file_age = host_.files.Stamp(image.path);
+  GiveRoomBack(image);
   image.failure_time = kNoFailureSinceWrite;
   image.changed = image.late = false;
   image.note.clear();

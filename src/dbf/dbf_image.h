@@ -93,6 +93,7 @@ struct TDbfMemoryStream {
   std::shared_ptr<const TableLayout> layout;  // once the image was found to be a table
   BufferedFile file;                          // of what is not in memory, or to write to
   bool writable = false;                      // `file` is open for writing
+  bool spare_room = false;                    // was reserved for rows that were given up
 
  private:
   void MarkDirty(std::int64_t at, std::int64_t end);

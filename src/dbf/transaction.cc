@@ -35,6 +35,18 @@ void DeleteSurely(Files& files, const std::string& path) {
   }
 }
 
+}  // namespace
+
+void GiveSpareRoomBack(FileStream& file) {
+  try {
+    file.Resize(file.Size());
+  } catch (const FileError&) {
+    // The table's next rows will take it.
+  }
+}
+
+namespace {
+
 // What stands in the old table and what is added to it are ranges of their own: cutting the table
 // off leaves the one as it is and takes the other away.
 journal::Table Noted(const TableChange& change) {
@@ -122,7 +134,10 @@ bool Restore(FileStream& file, const journal::Table& table) {
     WriteAt(file, range.at, range.old_bytes);
     changed = true;
   }
-  if (file.Size() == table.old_size) return changed;
+  if (file.Size() == table.old_size) {
+    GiveSpareRoomBack(file);
+    return changed;
+  }
   file.Resize(table.old_size);
   return true;
 }
@@ -192,6 +207,15 @@ void WriteJournal(Host& host, const std::string& path, const std::string& bytes)
   host.files.SyncFolder(path);
 }
 
+std::string BrokenSave(std::string_view folder, std::string_view moment, std::string_view note) {
+  std::string text("Прерванное сохранение таблиц в папке "_cp1251);
+  text.append(folder);
+  if (moment.empty()) return text;
+  text.append(" (").append(moment);
+  if (!note.empty()) text.append(", ").append(note);
+  return text.append(")");
+}
+
 std::string MomentText(DateTime moment) {
   return std::string(FormatDateTime("yyyy-mm-dd hh:nn:ss", moment));
 }
@@ -253,18 +277,39 @@ Recovery Recover(Host& host, const std::string& folder) {
   return {};
 }
 
+std::vector<KeptJournal> KeptJournals(Host& host, const std::string& folder) {
+  std::vector<KeptJournal> kept;
+  for (std::string& name : host.files.Find(folder, "ccsave-*.jnl")) {
+    KeptJournal journal{std::move(name), {}, {}};
+    try {
+      journal::Journal read = journal::Read(host.files.Read(folder + journal.name)).journal;
+      journal.moment = std::move(read.moment);
+      journal.note = std::move(read.note);
+    } catch (const FileError&) {
+      // It stands there all the same.
+    }
+    kept.push_back(std::move(journal));
+  }
+  return kept;
+}
+
+std::string Told(const KeptJournal& kept, std::string_view folder) {
+  std::string text = BrokenSave(folder, kept.moment, kept.note);
+  text.append(" осталось не отменено, его журнал "_cp1251).append(kept.name);
+  return text.append(
+      " можно удалить, когда таблицы проверены (customsconv tables verify)"_cp1251);
+}
+
 std::string Told(const Recovery& recovery, std::string_view folder) {
   if (recovery.outcome == Recovery::Outcome::kNone) return {};
-  std::string text("Прерванное сохранение таблиц в папке "_cp1251);
-  text.append(folder).append(" (").append(recovery.moment);
-  if (!recovery.note.empty()) text.append(", ").append(recovery.note);
+  std::string text = BrokenSave(folder, recovery.moment, recovery.note);
   if (recovery.outcome == Recovery::Outcome::kUndone) {
-    return text.append(") отменено"_cp1251);
+    return text.append(" отменено"_cp1251);
   }
-  text.append(") не отменено: таблицу "_cp1251).append(recovery.table);
+  text.append(" не отменено: таблицу "_cp1251).append(recovery.table);
   text.append(" с тех пор изменила другая программа. Журнал сохранен под именем "_cp1251);
   text.append(recovery.kept_as);
-  return text.append("; что в таблицах, показывает customsconv tables list"_cp1251);
+  return text.append("; что в таблицах, показывает customsconv tables verify"_cp1251);
 }
 
 }  // namespace customsconv

@@ -41,6 +41,9 @@ struct TransactionFailure {
                                                             std::string_view note,
                                                             const std::vector<TableChange>& tables);
 
+// Room was reserved for rows that will not come.
+void GiveSpareRoomBack(FileStream& file);
+
 // What became of the save that a dead process left in a folder.
 struct Recovery {
   enum class Outcome {
@@ -62,7 +65,16 @@ struct Recovery {
 // it cannot be done (now); the journal then stays.
 [[nodiscard]] Recovery Recover(Host& host, const std::string& folder);
 
-// The sentence for people; empty when there is nothing to tell. Code page 1251.
+// The journal of a save that could not be undone, for somebody to look at.
+struct KeptJournal {
+  std::string name;
+  std::string moment, note;  // as of a Recovery; empty when it cannot be read
+};
+[[nodiscard]] std::vector<KeptJournal> KeptJournals(Host& host, const std::string& folder);
+
+// The sentences for people, code page 1251.
+[[nodiscard]] std::string Told(const KeptJournal& kept, std::string_view folder);
+// Empty when there is nothing to tell.
 [[nodiscard]] std::string Told(const Recovery& recovery, std::string_view folder);
 
 }  // namespace customsconv

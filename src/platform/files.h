@@ -30,6 +30,8 @@ inline constexpr FileMode kModeCreate = 0xFFFF;  // create, or empty what is the
 // for a missing file.
 using FileStamp = std::int64_t;
 inline constexpr FileStamp kNoStamp = -1;
+// Of a pipe, whose reader may have to wait for its writer.
+inline constexpr FileStamp kPipeStamp = 0;
 
 enum class SeekOrigin : std::uint8_t { kBegin, kCurrent, kEnd };
 
@@ -48,7 +50,7 @@ class FileStream {
   // Makes sure that the disk has room for a file of `size`, which stays as long as it is. Where
   // that cannot be asked for, writing finds out.
   virtual void Reserve(std::int64_t size) = 0;
-  // Cuts the file off, or fills it up with zeros.
+  // Cuts the file off, or fills it up with zeros. Room beyond its end is given back.
   virtual void Resize(std::int64_t size) = 0;
   // The disk begins to write while the program goes on.
   virtual void StartSync() {}
@@ -86,6 +88,8 @@ class OutputFile;  // platform/output_file.h
 class FileLock {
  public:
   virtual ~FileLock() = default;
+  // False where the file system keeps no locks: somebody else may hold it, too.
+  [[nodiscard]] virtual bool certain() const { return true; }
 };
 
 // The file system as the system sees it.
@@ -172,7 +176,8 @@ class Files {
   [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(std::string_view path,
                                                        const std::function<void()>& on_busy) = 0;
   // Makes the file `path`, or takes the one that a process left when it died, and holds it until
-  // destruction, which removes it. Empty while a living process holds it. Throws FileError
+  // destruction, which removes it. Empty while a living process holds it; where the file system
+  // keeps no locks it is held by whoever asks, who is not certain then. Throws FileError
   // (kCreate).
   [[nodiscard]] virtual std::unique_ptr<FileLock> HoldFile(std::string_view path) = 0;
 };

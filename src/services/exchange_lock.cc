@@ -1,7 +1,6 @@
 #include "services/exchange_lock.h"
 
 #include "base/cp1251_literal.h"
-#include "base/error.h"
 #include "platform/wait_for_lock.h"
 #include "text/blanks.h"
 #include "text/file_names.h"
@@ -12,6 +11,8 @@ namespace {
 constexpr std::uint32_t kPause = 1000;  // milliseconds between two checks
 constexpr int kChecks = 101;
 constexpr int kChecksPerQuestion = 20;
+// Who holds a SaveLock may itself wait for another station's marker.
+constexpr int kSaveLockChecks = kChecks + kChecksPerQuestion;
 constexpr std::string_view kBusy = "База занята - ждем..."_cp1251;
 
 LockAnswer Ask(Dialogs& dialogs) {
@@ -30,6 +31,7 @@ SaveLock::SaveLock(Host& host, const std::string& folder) {
   const std::string path = folder + std::string(kSaveLockFile);
   file_ = host.files.HoldFile(path);
   if (file_ == nullptr) file_ = Wait(host, path);
+  if (!certain()) return;
   const std::string marker = folder + std::string(kExchangeLockFile);
   if (host.files.Stamp(marker) == host.files.Stamp(path)) host.files.Delete(marker);
 }
@@ -39,7 +41,7 @@ std::unique_ptr<FileLock> SaveLock::Wait(Host& host, const std::string& path) {
   constexpr std::uint32_t kLook = 5;  // milliseconds between two looks
   constexpr std::uint32_t kLooksPerSecond = kPause / kLook;
   std::unique_ptr<Progress> progress;
-  for (std::uint32_t look = 1;; ++look) {
+  for (std::uint32_t look = 1; look <= kSaveLockChecks * kLooksPerSecond; ++look) {
     host.clock.Sleep(kLook);
     if (auto file = host.files.HoldFile(path)) return file;
     if (look % kLooksPerSecond != 0) continue;
@@ -48,6 +50,13 @@ std::unique_ptr<FileLock> SaveLock::Wait(Host& host, const std::string& path) {
     progress->Show(step == 0 ? kChecksPerQuestion : step);
     if (step == 0 && Ask(host.dialogs) == LockAnswer::kAbandon) throw SilentAbort();
   }
+  throw FileError(FileError::Kind::kOpen, path,
+                  "его держит другой процесс этой программы, который не отвечает"_cp1251);
+}
+
+Error WaitingGivenUp(std::string_view folder) {
+  std::string text("Таблицы сохраняет другая программа, ожидание прервано: "_cp1251);
+  return Error(text.append(folder));
 }
 
 ExchangeLock::ExchangeLock(Host& host, std::string_view folder)

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/error.h"
 #include "platform/host.h"
 
 namespace customsconv {
@@ -14,18 +15,26 @@ inline constexpr std::string_view kSaveLockFile = "~ccsave.lck";
 
 // Keeps other processes of this program out of a table folder while one saves: a file that is
 // held, so that it is known whether its maker still lives. A living process is waited for (the
-// user may give up at every 20 seconds); what a dead one left, its exchange marker too, goes.
+// user may give up at every 20 seconds), but not without end: it may be stopped. What a dead one
+// left, its exchange marker too, goes.
 class SaveLock {
  public:
   // `folder` ends with a separator. Throws SilentAbort when the user gives up, and FileError
-  // when the file cannot be made.
+  // when the file cannot be made (kCreate) or is not let go in two minutes (kOpen).
   SaveLock(Host& host, const std::string& folder);
+
+  // False where the file system keeps no locks, so that others may hold it, too: whether what
+  // stands in the folder was left by a dead process is not known there.
+  [[nodiscard]] bool certain() const { return file_->certain(); }
 
  private:
   [[nodiscard]] std::unique_ptr<FileLock> Wait(Host& host, const std::string& path);
 
   std::unique_ptr<FileLock> file_;
 };
+
+// What is thrown instead of SilentAbort where people would not know why nothing came of it.
+[[nodiscard]] Error WaitingGivenUp(std::string_view folder);
 
 // Keeps two stations from writing one exchange folder at the same moment: an
 // empty marker file in the folder. Taken by the constructor, which waits while

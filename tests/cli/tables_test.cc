@@ -131,10 +131,16 @@ TEST_F(TablesTest, RecoverUndoesAnInterruptedSave) {
   host.files["C:\\OUT\\DBRTOV.DBF"] = rows + "rows of another program";
   EXPECT_EQ(RunProgram(R"(tables recover C:\OUT)"), kError);
   EXPECT_NE(output.remarks.find("таблицу DBRTOV.DBF"), std::string::npos) << output.remarks;
+  EXPECT_EQ(RunProgram(recover), kError) << "until somebody has looked";
+  EXPECT_TRUE(Printed(R"("kept":[{"journal":"ccsave-1.jnl","begun":"2024-03-15 10:30:00",)"));
+  host.files.Remove("C:\\OUT\\ccsave-1.jnl");
   host.files["C:\\OUT\\DBRTOV.DBF"] = rows;
+  die();
   host.files.SetReadOnly("C:\\OUT");
   host.files.Remove("C:\\OUT\\~ccsave.lck");
-  EXPECT_EQ(RunProgram(R"(tables recover C:\OUT)"), kError);
+  EXPECT_EQ(RunProgram(recover), kError);
+  host.files.Remove("C:\\OUT\\~ccsave.jnl");
+  EXPECT_EQ(RunProgram(recover), kDone);
 }
 
 TEST_F(TablesTest, CreateMakesADescribedSet) {

@@ -148,6 +148,18 @@ TEST_F(TDbfCacheTest, ShowsWhatCannotBeWrittenAndKeepsItForTheNextFlush) {
   }
 }
 
+TEST_F(TDbfCacheTest, KeepsAHundredLargeTablesOpenAtMost) {
+  TableImage large = TableImage().Field("A", 'C', 250);
+  for (int i = 0; i < 300; ++i) large.Row({"old"});
+  for (int i = 0; i < 200; ++i) {
+    host.files[Path(std::to_string(i))] = large.Bytes();
+    Change(std::to_string(i).c_str());
+    cache.Flush();
+  }
+  EXPECT_LE(host.files.open_streams(), 129U);
+  EXPECT_FALSE(cache.HasUnsaved());
+}
+
 // The flush gives the first image the second one's file.
 TEST(TDbfCache, KeepsItsImagesWhenAFileAppearsThatDiffersInLetterCaseOnly) {
   const TempFolder folder;

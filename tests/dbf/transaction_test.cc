@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 
 #include "dbf/dbf_file.h"
 #include "dbf/journal.h"
@@ -21,7 +22,8 @@ const std::string kJournal = kFolder + std::string(journal::kFileName);
 const std::string kMarker = kFolder + std::string(kExchangeLockFile);
 
 // Three tables and a save that makes, fills, posts and deletes in them: A is small, B is larger
-// than what is held in memory, C has gone when the save writes it.
+// than what is held in memory and stands elsewhere behind a link, C has gone when the save writes
+// it.
 class SaveTest : public ::testing::Test {
  protected:
   static std::string Rows(int count) {
@@ -31,7 +33,8 @@ class SaveTest : public ::testing::Test {
   }
   static void SetUpWorld(FakeHost& host) {
     host.files[kFolder + "A.DBF"] = Rows(8);
-    host.files[kFolder + "B.DBF"] = Rows(400);
+    host.files["D:\\FAR\\B.DBF"] = Rows(400);
+    host.files.Link(kFolder + "B.DBF", "D:\\FAR\\B.DBF");
     host.files[kFolder + "C.DBF"] = Rows(1);
   }
   static void Append(TDbfCache& cache, const char* name, int rows) {
@@ -131,12 +134,13 @@ TEST_F(SaveTest, GoesOnAtOnceAfterADeadOne) {
   SetUpWorld(host);
   ASSERT_TRUE(DiesAt(10, host, &Save));
   ASSERT_TRUE(host.files.Has(kMarker));
+  host.clock.slept.clear();
   TDbfCache cache(host);
   cache.BeginSave(kFolder);
   EXPECT_TRUE(host.clock.slept.empty());
   EXPECT_TRUE(host.files.Has(kMarker));
   cache.EndSave();
-  EXPECT_EQ(StateOf(host), before_);
+  EXPECT_TRUE(StateOf(host) == before_);
 }
 
 // Every way in which the disk can lose what it was not made to keep, at every moment.
@@ -213,20 +217,28 @@ TEST_F(SaveTest, IsNotUndoneOverWhatOthersWroteSince) {
     ASSERT_EQ(host.dialogs.messages.size(), 1U);
     EXPECT_NE(Utf8(host.dialogs.messages[0]).find("таблицу A.DBF с тех пор изменила другая"),
               std::string::npos);
+    for (int i = 0; i < 2; ++i) TDbfCache(host).BeginSave(kFolder);
+    ASSERT_EQ(host.dialogs.messages.size(), 3U) << "each program says it that saves there";
+    EXPECT_NE(Utf8(host.dialogs.messages[2]).find("0000001) осталось не отменено, его журнал ccsave-1"),
+              std::string::npos);
   }
 }
 
-TEST_F(SaveTest, ABrokenOneInAFolderThatMayNotBeWrittenNamesTheCommand) {
-  FakeHost host;
-  SetUpWorld(host);
-  ASSERT_TRUE(DiesAt(10, host, &Save));
-  host.files.Remove(kFolder + std::string(kSaveLockFile));
-  host.files.SetReadOnly(kFolder);
-  TDbfCache cache(host);
-  TFileDbfFile table(cache);
-  const std::string told = Utf8(
-      ErrorOf([&] { table.Open(kFolder + "A", kModeRead | kShareDenyNone, OnError::kReturn); }));
-  EXPECT_NE(told.find("customsconv tables recover C:\\OUT\\"), std::string::npos) << told;
+TEST_F(SaveTest, ABrokenOneThatMayNotBeUndoneNamesTheCommand) {
+  for (const bool keeps_locks : {true, false}) {
+    FakeHost host;
+    SetUpWorld(host);
+    ASSERT_TRUE(DiesAt(10, host, &Save));
+    host.files.Remove(kFolder + std::string(kSaveLockFile));
+    host.files.SetReadOnly(kFolder, keeps_locks);
+    host.files.keeps_locks = keeps_locks;
+    TDbfCache cache(host);
+    TFileDbfFile table(cache);
+    const std::string told = Utf8(
+        ErrorOf([&] { table.Open(kFolder + "A", kModeRead | kShareDenyNone, OnError::kReturn); }));
+    EXPECT_NE(told.find("customsconv tables recover C:\\OUT\\"), std::string::npos) << told;
+    EXPECT_TRUE(host.files.Has(kJournal));
+  }
 }
 
 TEST_F(SaveTest, WaitsForALivingOne) {
@@ -244,6 +256,80 @@ TEST_F(SaveTest, WaitsForALivingOne) {
   host.dialogs.lock_answers = {LockAnswer::kTakeOver, LockAnswer::kAbandon};
   TDbfCache cache(host);
   EXPECT_THROW(cache.BeginSave(kFolder), SilentAbort) << "a living one is not taken over";
+  const auto told = [&] { return Utf8(ErrorOf([&] { cache.BeginSave(kFolder); })); };
+  EXPECT_NE(told().find("который не отвечает"), std::string::npos) << "it may be stopped";
+  EXPECT_NEAR(static_cast<double>(host.clock.Ticks()), 1000 * (27 + 40 + 121), 1000);
+  host.files[kJournal] = "";
+  TFileDbfFile table(cache);
+  TDescrs fields;
+  host.files[kFolder + "D.DBF"] = Rows(1);
+  for (const auto& waits : std::initializer_list<std::function<void()>>{
+           [&] { table.Open(kFolder + "D", kShared, OnError::kReturn); },
+           [&] { table.CreateTable(fields = {{"A", 1, 5}}, kFolder + "E"); }}) {
+    host.dialogs.lock_answers = {LockAnswer::kAbandon};
+    EXPECT_NE(Utf8(ErrorOf(waits)).find("ожидание прервано: C:\\OUT\\"), std::string::npos);
+  }
+}
+
+// Each folder has locks and a journal of its own.
+TEST_F(SaveTest, OfTablesInTwoFoldersIsWholeOrUndoneInEach) {
+  std::set<std::string> states;
+  for (int change = 1, going = 1; going != 0; ++change) {
+    FakeHost host;
+    SetUpWorld(host);
+    host.files["C:\\FAR\\E.DBF"] = Rows(2);
+    going = DiesAt(change, host, [](FakeHost& world) {
+      TDbfCache cache(world);
+      cache.SaveAllOrNone();
+      cache.BeginSave(kFolder);
+      Append(cache, "B", 3);
+      Append(cache, "..\\FAR\\E", 3);
+      cache.EndSave();
+      cache.Commit();
+    }) ? 1 : 0;
+    EXPECT_TRUE(!host.files.Has("C:\\FAR\\~ccsave.jnl") ||
+                host.files.Has("C:\\FAR\\veltlock.$$$"));
+    TDbfCache cache(host);
+    std::string state;
+    for (const char* name : {"C:\\OUT\\B", "C:\\FAR\\E"}) {
+      TFileDbfFile table(cache);
+      table.Open(name, kShared, OnError::kThrow);
+      state += std::to_string(table.RecordCount()) + " ";
+    }
+    states.insert(state);
+  }
+  EXPECT_EQ(states, (std::set<std::string>{"400 2 ", "400 5 ", "403 5 "}));
+}
+
+// Two processes that waited for each other's folders would wait for good.
+TEST_F(SaveTest, HoldsNoFolderWhileItWaitsForAnother) {
+  for (const bool dies : {false, true}) {
+    FakeHost host;
+    SetUpWorld(host);
+    host.files["D:\\T.DBF"] = Rows(1);
+    TDbfCache cache(host);
+    TFileDbfFile table(cache);
+    table.Open("D:\\T.DBF", kShared, OnError::kThrow);
+    table.Append();
+    auto other = host.files.HoldFile("D:\\" + std::string(kSaveLockFile));
+    const auto is_free = [&] { return host.files.HoldFile(kFolder + std::string(kSaveLockFile)); };
+    host.clock.on_sleep = [&](std::uint32_t) {
+      EXPECT_TRUE(is_free());
+      other.reset();
+    };
+    cache.BeginSave(kFolder);
+    Append(cache, "A", 1);
+    EXPECT_FALSE(is_free());
+    if (dies) host.files.DieAtChange(4);
+    try {
+      cache.EndSave();
+    } catch (const SuddenDeath&) {
+    }
+    host.files.Revive();
+    EXPECT_TRUE(is_free());
+    host.files.Remove(kMarker);
+    EXPECT_EQ(other == nullptr, !dies);
+  }
 }
 
 // Rows that a flush could not write wait for a later one, but not in the way of other stations.
@@ -254,7 +340,7 @@ TEST_F(SaveTest, LateRowsAreWrittenUnderTheLockOrLostAndTold) {
     TDbfCache cache(host);
     cache.NoteSaves("10702020/150324/0000001");
     Append(cache, "B", 1);
-    host.files.FailPath(kFolder + "B.DBF", FileOp::kReserve, FileError::Kind::kWrite);
+    host.files.FailPath("D:\\FAR\\B.DBF", FileOp::kReserve, FileError::Kind::kWrite);
     cache.Flush();
     host.files.StopFailing();
     if (changed) host.files[kFolder + "B.DBF"] = Rows(401);

@@ -54,19 +54,27 @@ class FakeFiles::MemoryStream : public FileStream {
 
   void Write(const void* from, std::size_t count) override {
     if (!Writes(mode_)) throw FileError(Kind::kWrite, node_->name, "open for reading only");
-    files_.Change(FileOp::kOtherChange, node_->name, [&] {
-      Do({position_, {static_cast<const char*>(from), count}});
-      position_ += count;
+    const auto put = [&](std::size_t size) {
+      if (size == 0) return;
+      Do({position_, {static_cast<const char*>(from), size}});
+      position_ += size;
+    };
+    files_.Change(FileOp::kOtherChange, node_->name, [&] { put(count); }, [&] {
+      const std::size_t half = position_ + (count + 1) / 2;  // a process dies between two sectors
+      put(std::max(files_.dead_ ? half / 512 * 512 : half, position_) - position_);
     });
   }
 
-  void Reserve(std::int64_t) override {
-    files_.Change(FileOp::kReserve, node_->name, [&] { node_->stamp = ++files_.last_stamp_; });
+  void Reserve(std::int64_t size) override {
+    files_.Change(FileOp::kReserve, node_->name, [&] {
+      node_->room = std::max(node_->room, static_cast<std::size_t>(size));
+      node_->stamp = ++files_.last_stamp_;
+    });
   }
 
   void Resize(std::int64_t size) override {
     files_.Change(FileOp::kOtherChange, node_->name,
-                  [&] { Do({static_cast<std::size_t>(size), {}}); });
+                  [&] { Do({node_->room = static_cast<std::size_t>(size), {}}); });
   }
 
   void Sync() override {
@@ -161,6 +169,7 @@ class FakeFiles::MemoryHeldFile : public FileLock {
     } catch (const SuddenDeath&) {
     }
   }
+  [[nodiscard]] bool certain() const override { return files_.keeps_locks; }
   MemoryHeldFile(const MemoryHeldFile&) = delete;
   MemoryHeldFile& operator=(const MemoryHeldFile&) = delete;
 
@@ -197,6 +206,11 @@ void FakeFiles::Put(std::string_view path, std::string_view bytes) {
   node->stamp = ++last_stamp_;
   safe_nodes_[key] = node;
   AddFolder(FolderOf(key));
+}
+
+void FakeFiles::Link(std::string_view path, std::string_view target) {
+  for (Nodes* names : {&nodes_, &safe_nodes_}) (*names)[Key(path)] = nodes_.at(Key(target));
+  AddFolder(FolderOf(Key(path)));
 }
 
 void FakeFiles::Make(std::string_view path) {
@@ -282,13 +296,16 @@ void FakeFiles::Operation(FileOp op, std::string_view path) const {
 }
 
 template <typename Write>
-void FakeFiles::Change(FileOp op, std::string_view path, Write write) const {
+void FakeFiles::Change(FileOp op, std::string_view path, Write write,
+                       const std::function<void()>& half) const {
   if (dead_) return;
   Operation(op, path);
   ++changes_;
-  if (fails_in_ > 0 && --fails_in_ == 0) throw FileError(Kind::kWrite, path, "made to fail");
-  if (dies_in_ == 0 || --dies_in_ > 0) return write();
-  dead_ = true;
+  const bool fails = fails_in_ > 0 && --fails_in_ == 0;
+  if (!fails && (dies_in_ == 0 || --dies_in_ > 0)) return write();
+  dead_ = !fails;
+  half();
+  if (fails) throw FileError(Kind::kWrite, path, "made to fail");
   throw SuddenDeath();
 }
 
@@ -414,7 +431,7 @@ bool FakeFiles::SyncFolder(std::string_view path) {
 }
 
 std::unique_ptr<FileLock> FakeFiles::HoldFile(std::string_view path) {
-  if (held_files_.contains(Key(path))) return nullptr;
+  if (keeps_locks && held_files_.contains(Key(path))) return nullptr;
   if (!Has(path)) static_cast<void>(CreateNew(path));
   return std::make_unique<MemoryHeldFile>(*this, std::string(path));
 }

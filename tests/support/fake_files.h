@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
 #define CUSTOMSCONV_TESTS_SUPPORT_FAKE_FILES_H_
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -73,6 +74,12 @@ class FakeFiles : public Files {
     safe_nodes_.erase(Key(path));
   }
   void AddFolder(std::string_view path);
+  // `path` becomes another name of the file `target`.
+  void Link(std::string_view path, std::string_view target);
+  // Room is reserved for more than the file holds.
+  [[nodiscard]] bool HasSpareRoom(std::string_view path) const {
+    return NodeOf(path).room > NodeOf(path).bytes.size();
+  }
   void SetStamp(std::string_view path, FileStamp stamp) { NodeOf(path).stamp = stamp; }
   // Nothing in the folder (not below it) can be written, made or deleted.
   void SetReadOnly(std::string_view folder, bool read_only = true);
@@ -85,10 +92,11 @@ class FakeFiles : public Files {
     faults_[{Key(path), op}] = kind;
   }
   void StopFailing() { faults_.clear(); }
-  // The `n`th change from now is refused, those behind it are not.
+  // The `n`th change from now is refused, of a write behind its first half; those behind it are
+  // not.
   void FailChange(int n) { fails_in_ = n; }
-  // In the place of the `n`th change from now SuddenDeath is thrown; the files stay as they
-  // are then, whatever destructors still try, until Revive.
+  // In the place of the `n`th change from now, or half-way in it, SuddenDeath is thrown; the files
+  // stay as they are then, whatever destructors still try, until Revive.
   void DieAtChange(int n);
   void Revive() { DieAtChange(0); }
   [[nodiscard]] bool dead() const { return dead_; }
@@ -104,6 +112,7 @@ class FakeFiles : public Files {
 
   std::string current_folder = "C:\\WORK\\";
   bool has_short_names = true;
+  bool keeps_locks = true;
 
   // --- Files
   [[nodiscard]] bool Exists(std::string_view path) const override;
@@ -124,7 +133,9 @@ class FakeFiles : public Files {
   [[nodiscard]] std::vector<std::string> Find(std::string_view folder,
                                               std::string_view mask) const override;
   [[nodiscard]] std::string FullName(std::string_view path) const override;
-  [[nodiscard]] std::string Identity(std::string_view path) const override { return Key(path); }
+  [[nodiscard]] std::string Identity(std::string_view path) const override {
+    return Key(Has(path) ? NodeOf(path).name : path);
+  }
   [[nodiscard]] std::string ShortName(std::string_view path) const override;
   // std::logic_error when `on_busy` is called again and again: this would block for ever.
   [[nodiscard]] std::unique_ptr<FileLock> Lock(std::string_view path,
@@ -151,6 +162,7 @@ class FakeFiles : public Files {
     std::vector<FileMode> open_modes;
     std::string safe_bytes;  // as they were synced
     std::vector<Unsynced> unsynced;
+    std::size_t room = 0;
   };
   using Nodes = std::map<std::string, std::shared_ptr<Node>>;
 
@@ -160,8 +172,10 @@ class FakeFiles : public Files {
   // Counts the operation and refuses it where a test asked for that.
   void Operation(FileOp op, std::string_view path) const;
   // The same, then runs `write` unless the program dies in its place.
+  // `half`: what is done of it all the same when it fails.
   template <typename Write>
-  void Change(FileOp op, std::string_view path, Write write) const;
+  void Change(FileOp op, std::string_view path, Write write,
+              const std::function<void()>& half = [] {}) const;
   // The same for what the system answers with a plain no.
   template <typename Write>
   bool TryToChange(std::string_view path, Write write) const;

@@ -20,7 +20,7 @@ class FakeClock : public Clock {
  public:
   [[nodiscard]] DateTime Now() const override { return static_cast<double>(now_) / kDay; }
   [[nodiscard]] Date Today() const override { return static_cast<Date>(now_ / kDay); }
-  [[nodiscard]] std::uint64_t Ticks() const override { return ticks_; }
+  [[nodiscard]] std::uint64_t Ticks() const override { return ticks_ += ticks_each_look; }
   void Sleep(std::uint32_t milliseconds) override {
     Advance(milliseconds);
     slept.push_back(milliseconds);
@@ -36,13 +36,14 @@ class FakeClock : public Clock {
     ticks_ += static_cast<std::uint64_t>(milliseconds);
   }
 
-  std::vector<std::uint32_t> slept;  // every Sleep, in order
+  std::uint64_t ticks_each_look = 0;  // that pass while the program works
+  std::vector<std::uint32_t> slept;   // every Sleep, in order
   std::function<void(std::uint32_t)> on_sleep;
 
  private:
   static constexpr std::int64_t kDay = 24LL * 60 * 60 * 1000;
   std::int64_t now_ = DateOf({2024, 3, 15}).value() * kDay + (10LL * 60 + 30) * 60 * 1000;
-  std::uint64_t ticks_ = 1000;
+  mutable std::uint64_t ticks_ = 1000;
 };
 
 // Records what is shown and answers from queues; an empty queue answers with

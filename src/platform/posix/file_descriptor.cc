@@ -83,7 +83,7 @@ void OpenStandardDescriptors() {
 
 // The time alone would not do: the system's clock for it ticks in milliseconds.
 FileStamp StampOf(const struct stat& status) {
-  if (!S_ISREG(status.st_mode)) return 0;
+  if (!S_ISREG(status.st_mode)) return kPipeStamp;
   std::uint64_t stamp = static_cast<std::uint64_t>(status.st_mtim.tv_sec) * 1'000'000'000 +
                         static_cast<std::uint64_t>(status.st_mtim.tv_nsec);
   for (const auto part :

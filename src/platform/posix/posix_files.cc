@@ -107,10 +107,13 @@ class HeldFile : public FileLock {
            held.st_ino == named.st_ino && held.st_dev == named.st_dev;
   }
   void Forget() { name_.clear(); }
+  void Doubt() { certain_ = false; }
+  [[nodiscard]] bool certain() const override { return certain_; }
 
  private:
   FileDescriptor file_;
   std::string name_;
+  bool certain_ = true;
 };
 
 bool IsFile(const dirent& entry, const std::string& folder) {
@@ -310,15 +313,19 @@ std::unique_ptr<FileLock> PosixFiles::HoldFile(std::string_view path) {
   const std::string name = SystemName(path);
   ClearOnce(FolderOf(name));
   for (;;) {
+    const bool was_there = StatusOf(name).has_value();
     // Some network drives lock only what may be written.
     FileDescriptor file = FileDescriptor::Open(name, O_RDWR | O_CREAT | O_NOFOLLOW);
     if (!file.valid()) throw SystemFileError(Kind::kCreate, path, errno);
     // Another user takes it over when its maker dies.
     static_cast<void>(::fchmod(file.number(), 0666));
-    // Where the file system keeps no locks, work goes on unguarded.
-    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return nullptr;
+    const bool locked = ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+    if (!locked && errno == EINTR) continue;
+    if (!locked && errno == EWOULDBLOCK) return nullptr;
     auto held = std::make_unique<HeldFile>(std::move(file), name);
-    if (held->IsInPlace()) return held;
+    if (!locked) held->Doubt();
+    if (!locked && was_there) held->Forget();  // its maker may live and removes it
+    if (!locked || held->IsInPlace()) return held;
     held->Forget();
   }
 }

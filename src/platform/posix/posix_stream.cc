@@ -54,7 +54,11 @@ class PosixStream : public FileStream {
   }
 
   void Resize(std::int64_t size) override {
-    if (::ftruncate(file_.number(), size) != 0) Fail(Kind::kWrite);
+    int result = 0;
+    do {
+      result = ::ftruncate(file_.number(), size);
+    } while (result != 0 && errno == EINTR);
+    if (result != 0) Fail(Kind::kWrite);
   }
 
   void StartSync() override {
