@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "cli/interrupt.h"
 #include "cli/json_writer.h"
 #include "cli/output.h"
 #include "cli/terminal_dialogs.h"
@@ -43,6 +44,7 @@ struct CommandContext {
   Host& host;
   TerminalDialogs& dialogs;
   Output& output;
+  Pauses& pauses;
   bool json = false;
   bool quiet = false;  // results and errors only
 };

@@ -2,9 +2,12 @@
 
 #include "cli/conversion_log.h"
 
+#include <algorithm>
+#include <span>
+#include <utility>
+
 #include "base/unicode.h"
 #include "cli/file_problems.h"
-#include "cli/interrupt.h"
 #include "cli/texts.h"
 
 namespace customsconv::cli {
@@ -12,6 +15,8 @@ namespace {
 
 // Records between two looks at the progress line.
 constexpr std::size_t kProgressStep = 1000;
+// Bytes of a text whose documents are read quickly.
+constexpr std::size_t kShortText = 2'000'000;
 
 std::string_view OutcomeText(LineOutcome outcome) {
   switch (outcome) {
@@ -33,11 +38,26 @@ std::string_view OutcomeText(LineOutcome outcome) {
   return {};
 }
 
-// Rows of all documents by table file, in the order of the names.
+// The documents that are not lost.
+std::span<const DocumentAccount> KeptOf(const FileLog& log CUSTOMSCONV_LIFETIME_BOUND) {
+  const std::span documents(log.account.documents);
+  return log.lost ? documents.first(log.safe) : documents;
+}
+
+// What is not safe was not written after all; false when there is no such document.
+bool Lose(FileLog& log) {
+  const auto& documents = log.account.documents;
+  const auto at = [&](std::size_t i) { return documents.begin() + static_cast<std::ptrdiff_t>(i); };
+  log.lost = std::any_of(at(log.safe), at(log.done), [](const DocumentAccount& document) {
+    return document.IsConverted();
+  });
+  return log.lost;
+}
+
+// Rows by table file, in the order of the names.
 RowCounts RowsOf(const FileLog& log) {
   RowCounts rows;
-  if (!log.saved) return rows;
-  for (const DocumentAccount& document : log.account.documents) {
+  for (const DocumentAccount& document : KeptOf(log)) {
     for (const auto& [table, count] : document.rows_added) rows[table] += count;
   }
   return rows;
@@ -45,8 +65,7 @@ RowCounts RowsOf(const FileLog& log) {
 
 std::vector<const DocumentAccount*> ConvertedIn(const FileLog& log) {
   std::vector<const DocumentAccount*> converted;
-  if (!log.saved) return converted;
-  for (const DocumentAccount& document : log.account.documents) {
+  for (const DocumentAccount& document : KeptOf(log)) {
     if (document.IsConverted()) converted.push_back(&document);
   }
   return converted;
@@ -86,14 +105,15 @@ bool ConversionLog::EndFile(std::optional<bool> returned, std::string_view error
   const bool not_started = returned == false && error.empty();
   log_.error = not_started ? Say(texts::kNoCatalogue) : OneLine(error);
   in_file_ = false;
-  waiting_.push_back(std::move(log_));
+  waiting_.push_back(std::exchange(log_, {}));
   return waiting_.back().error.empty() && waiting_.back().account.IsWhole();
 }
 
-void ConversionLog::Release(std::string_view error) {
+bool ConversionLog::Release(std::string_view error) {
   context_.dialogs.ClearProgressLine();
+  if (error.empty()) log_.safe = log_.done;
   for (FileLog& file : waiting_) {
-    if (!error.empty() && file.account.ConvertedAny()) Lose(file, OneLine(error));
+    if (!error.empty() && Lose(file)) file.error = OneLine(error);
     if (!context_.json) {
       WriteText(file);
       continue;
@@ -104,19 +124,18 @@ void ConversionLog::Release(std::string_view error) {
   waiting_.clear();
   json_.Flush();
   context_.output.Flush();
-}
-
-void ConversionLog::Lose(FileLog& file, std::string_view why) {
-  file.saved = false;
-  file.error = why;
+  return Lose(log_);
 }
 
 void ConversionLog::Interrupt() {
   const std::string cause = Say(texts::kInterrupted);
   const bool half_printed = context_.json && explain_ && (in_file_ || !waiting_.empty());
-  if (half_printed && in_file_) waiting_ = {log_};
-  if (!half_printed) waiting_.clear();
-  for (FileLog& file : waiting_) Lose(file, cause);
+  if (in_file_) waiting_.push_back(log_);
+  std::erase_if(waiting_, [&](FileLog& file) {
+    file.lost = true;
+    file.error = cause;
+    return !half_printed && ConvertedIn(file).empty();
+  });
   Release();
   Finish(false, cause);
 }
@@ -128,11 +147,20 @@ void ConversionLog::Finish(bool result, std::string_view error_1251) {
   FinishJson(json_, context_.dialogs, error_1251);
 }
 
-void ConversionLog::DocumentDone() { StopIfInterrupted(); }
+void ConversionLog::TextRead(std::size_t bytes) {
+  is_long_ = bytes > kShortText;
+  if (is_long_) context_.pauses.before_long();
+}
+
+void ConversionLog::DocumentDone() {
+  log_.done = log_.account.documents.size();
+  context_.pauses.Reach();
+  if (is_long_) context_.pauses.before_long();
+}
 
 // Nothing of the document is in the tables before it is saved, so a run may end here.
 void ConversionLog::Record(std::string_view) {
-  StopIfInterrupted();
+  context_.pauses.Reach();
   if (++records_ % kProgressStep == 0) ShowProgress();
 }
 

@@ -19,7 +19,9 @@ struct FileLog {
   FileAccount account;
   std::optional<bool> returned;  // by the library's function; none when it threw
   std::string error;             // that ended the file's run, or kept its rows out of the tables
-  bool saved = true;             // what was converted is in the tables
+  std::size_t done = 0;          // documents that are done with
+  std::size_t safe = 0;          // those of them that are in the tables for good
+  bool lost = false;             // the others were not written after all
 };
 
 // Writes a conversion down as it runs: one line a file and a progress line, or JSON; with `explain`
@@ -33,15 +35,16 @@ class ConversionLog : public ConversionObserver {
   // `returned`: the library's answer, none when it threw. `error`: empty when the run went through.
   // The file's line waits until its rows are safe. False when the file is not whole.
   bool EndFile(std::optional<bool> returned, std::string_view error);
-  // Prints the lines that wait. `error` (UTF-8): why the rows of these files were not written after
-  // all.
-  void Release(std::string_view error = {});
-  // The run ends here, and files whose lines wait are not in the tables.
+  // Prints the lines that wait: the rows of all that was done are safe or, when there is an `error`
+  // (UTF-8), were not written after all. True when that is so for documents of the file at hand.
+  bool Release(std::string_view error = {});
+  // The run ends here. Only files of which a part is in the tables get a line.
   void Interrupt();
   [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
   // Closes the JSON result.
   void Finish(bool result, std::string_view error_utf8 = {});
 
+  void TextRead(std::size_t bytes) override;
   void DocumentDone() override;
   void Record(std::string_view source_path) override;
   [[nodiscard]] bool WantsLines() const override { return explain_; }
@@ -49,8 +52,6 @@ class ConversionLog : public ConversionObserver {
 
  private:
   void ShowProgress();
-  // What was converted of the file is not in the tables.
-  static void Lose(FileLog& file, std::string_view why);
   void WriteText(const FileLog& log);
   void OpenJson(const FileLog& log);
   void WriteJson(const FileLog& log);
@@ -66,6 +67,7 @@ class ConversionLog : public ConversionObserver {
   std::size_t records_ = 0;
   FileLog log_;
   bool in_file_ = false;
+  bool is_long_ = false;  // the text of the file at hand
   std::vector<FileLog> waiting_;
 };
 

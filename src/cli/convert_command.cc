@@ -44,40 +44,80 @@ struct ConvertArguments {
   ShortText output;
 };
 
-// Writes the rows of the files that wait and then prints their lines. False when they could not
-// be written.
-bool Commit(TDbfCache& tables, ConversionLog& log) {
-  try {
-    tables.Commit();
-  } catch (const Error& error) {
-    log.Release(ToldBy(error));
-    return false;
-  }
-  log.Release();
-  return true;
-}
-
 // Files that follow each other share a wait for the disk, but keep other stations out no longer
-// than they would notice.
-bool MayWait(const ConversionLog& log, std::uint64_t milliseconds) {
-  constexpr std::size_t kFiles = 64;
-  constexpr std::uint64_t kMilliseconds = 500;
-  return log.waiting() < kFiles && milliseconds < kMilliseconds;
-}
+// than they would notice: neither by their number nor while something else takes its time.
+class SharedSaves {
+ public:
+  SharedSaves(TDbfCache& tables, ConversionLog& log, Pauses& pauses)
+      : tables_(tables), log_(log), pauses_(pauses) {
+    tables.SaveAllOrNone();
+    pauses.now_and_then = [this] { InFile(IsTime()); };
+    pauses.before_long = [this] { InFile(tables_.KeepsOthersOut().has_value()); };
+  }
+  ~SharedSaves() { pauses_ = {}; }
+  SharedSaves(const SharedSaves&) = delete;
+  SharedSaves& operator=(const SharedSaves&) = delete;
+
+  // Documents of the file at hand were saved and are lost. No std::exception: the file ends.
+  struct FileLost {
+    std::string cause;  // UTF-8
+  };
+
+  void BetweenFiles(bool may_wait) {
+    constexpr std::size_t kFiles = 64;
+    const bool waits = tables_.KeepsOthersOut().has_value();
+    if (!waits || !may_wait || IsTime() || log_.waiting() >= kFiles) Commit();
+  }
+  // Some file could not be saved.
+  [[nodiscard]] bool failed() const { return failed_; }
+
+ private:
+  [[nodiscard]] bool IsTime() const {
+    constexpr std::uint64_t kMilliseconds = 500;
+    return tables_.KeepsOthersOut().value_or(0) >= kMilliseconds;
+  }
+  void InFile(bool is_time) {
+    if (!is_time) return;
+    if (std::string cause = Commit(); !cause.empty()) throw FileLost{std::move(cause)};
+  }
+  // Writes the rows of the files that wait and then prints their lines. The cause when documents
+  // of the file at hand are among those that could not be written.
+  std::string Commit() {
+    try {
+      tables_.Commit();
+    } catch (const Error& error) {
+      failed_ = true;
+      const std::string cause = ToldBy(error);
+      return log_.Release(cause) ? cause : "";
+    }
+    log_.Release();
+    return {};
+  }
+
+  TDbfCache& tables_;
+  ConversionLog& log_;
+  Pauses& pauses_;
+  bool failed_ = false;
+};
 
 // False when the file is not whole in the tables.
-bool ConvertFile(const std::string& file, const ConvertArguments& arguments, Library& library,
-                 ConversionLog& log) {
+bool ConvertFile(const std::string& file, const ConvertArguments& arguments,
+                 CommandContext& context, Library& library, ConversionLog& log,
+                 SharedSaves& saves) {
   FileAccount& account = log.BeginFile(file);
   try {
-    const bool returned = library.Xml2ArmTi(arguments.program, arguments.rules, FileArgument(file),
-                                            arguments.output, &account);
+    const ShortText path = FileArgument(file);
+    if (context.host.files.Stamp(path) == kPipeStamp) context.pauses.before_long();
+    const bool returned =
+        library.Xml2ArmTi(arguments.program, arguments.rules, path, arguments.output, &account);
     return log.EndFile(returned, Utf8FromWin(library.quiet_failure())) && returned;
   } catch (const UsageError& error) {
     return log.EndFile({}, error.what());  // a name that cannot be handed on
+  } catch (const SharedSaves::FileLost& lost) {
+    return log.EndFile({}, lost.cause);
   } catch (const Error& error) {
     log.EndFile({}, ToldBy(error));
-    Commit(library.tables(), log);
+    saves.BetweenFiles(/*may_wait=*/false);
     throw;
   }
 }
@@ -86,17 +126,14 @@ bool ConvertFile(const std::string& file, const ConvertArguments& arguments, Lib
 bool ConvertFiles(const ConvertOptions& options, const ConvertArguments& arguments,
                   CommandContext& context, Library& library, ConversionLog& log) {
   bool result = true;
-  std::uint64_t since = context.host.clock.Ticks();
+  SharedSaves saves(library.tables(), log, context.pauses);
   for (std::size_t i = 0; i < options.files.size(); ++i) {
     StopIfInterrupted();
-    if (!ConvertFile(options.files[i], arguments, library, log)) result = false;
-    const std::uint64_t now = context.host.clock.Ticks();
+    if (!ConvertFile(options.files[i], arguments, context, library, log, saves)) result = false;
     const bool last = i + 1 == options.files.size();
-    if (!last && !options.explain && MayWait(log, now - since)) continue;
-    if (!Commit(library.tables(), log)) result = false;
-    since = context.host.clock.Ticks();
+    saves.BetweenFiles(/*may_wait=*/!last && !options.explain);
   }
-  return result;
+  return result && !saves.failed();
 }
 
 ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
@@ -111,7 +148,6 @@ ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   try {
     LibXmlServices services(context.host.files);
     Library library(context.host, services);
-    library.tables().SaveAllOrNone();
     const bool result = ConvertFiles(options, arguments, context, library, log);
     log.Finish(result);
     return result ? ExitStatus::kDone : ExitStatus::kNegative;

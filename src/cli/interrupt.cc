@@ -33,12 +33,12 @@ void StopIfInterrupted() {
 
 void InterruptibleClock::Sleep(std::uint32_t milliseconds) {
   while (milliseconds > 0) {
-    StopIfInterrupted();
+    pauses_.Reach();
     const std::uint32_t slice = std::min(milliseconds, kSlice);
     clock_.Sleep(slice);
     milliseconds -= slice;
   }
-  StopIfInterrupted();
+  pauses_.Reach();
 }
 
 }  // namespace customsconv::cli

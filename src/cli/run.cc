@@ -107,11 +107,12 @@ ExitStatus Run(const std::vector<std::string>& typed, World world, Output& outpu
   const std::vector<std::string> arguments = WithoutHelpCommand(typed);
   const bool asks_for_json =
       std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
-  InterruptibleClock clock(world.clock);
+  Pauses pauses;
+  InterruptibleClock clock(world.clock, pauses);
   ColoredOutput colored(output);
-  TerminalDialogs dialogs(colored);
+  TerminalDialogs dialogs(colored, pauses);
   Host host{world.files, clock, dialogs, world.processes};
-  CommandContext context{host, dialogs, colored, asks_for_json};
+  CommandContext context{host, dialogs, colored, pauses, asks_for_json};
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::Success& asked) {

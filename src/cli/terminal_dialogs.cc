@@ -1,7 +1,6 @@
 #include "cli/terminal_dialogs.h"
 
 #include "base/unicode.h"
-#include "cli/interrupt.h"
 #include "text/blanks.h"
 #include "text/numbers.h"
 #include "text/words.h"
@@ -48,12 +47,14 @@ class TerminalDialogs::Line : public Progress {
 };
 
 bool TerminalDialogs::Confirm(std::string_view question) {
+  pauses_.before_long();
   Show("question", question);
   return Ask({"Yes", "No"}) == 1;
 }
 
 LockAnswer TerminalDialogs::Choose(std::string_view title, std::string_view question,
                                    const std::vector<std::string>& choices) {
+  pauses_.before_long();
   Show("choice", std::string(title).append(" ").append(question));
   if (lock_answer_) return *lock_answer_;
   switch (Ask(choices)) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/lifetime.h"
+#include "cli/interrupt.h"
 #include "cli/output.h"
 #include "platform/dialogs.h"
 
@@ -26,8 +27,8 @@ class TerminalDialogs : public Dialogs {
     std::string text;  // UTF-8
   };
 
-  // `output` must outlive the dialogs.
-  explicit TerminalDialogs(Output& output) : output_(output) {}
+  // Both must outlive the dialogs.
+  TerminalDialogs(Output& output, const Pauses& pauses) : output_(output), pauses_(pauses) {}
 
   // Keeps messages and progress off the screen and asks nobody: who wanted it so does not look, or
   // finds the messages in the JSON output.
@@ -59,6 +60,7 @@ class TerminalDialogs : public Dialogs {
   std::size_t Ask(const std::vector<std::string>& choices);
 
   Output& output_;
+  const Pauses& pauses_;
   bool quiet_ = false;
   std::optional<LockAnswer> lock_answer_;
   std::vector<Shown> shown_;

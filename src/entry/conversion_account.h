@@ -1,6 +1,7 @@
 #ifndef CUSTOMSCONV_ENTRY_CONVERSION_ACCOUNT_H_
 #define CUSTOMSCONV_ENTRY_CONVERSION_ACCOUNT_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -58,11 +59,13 @@ struct FileContent {
   std::vector<RootName> unknown_roots{};
 };
 
-// Watches a conversion while it runs. It never changes what is converted.
+// Watches a conversion while it runs. It never changes what is converted. May throw something that
+// is no std::exception to end the run.
 class ConversionObserver : public MappingObserver {
  public:
-  // A document is done with; the account's last one. May throw something that is no
-  // std::exception to end the run.
+  // The file's text is in memory. What comes now takes time that grows with its size.
+  virtual void TextRead(std::size_t /*bytes*/) {}
+  // A document is done with; the account's last one.
   virtual void DocumentDone() = 0;
 };
 

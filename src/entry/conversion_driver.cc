@@ -51,6 +51,7 @@ class ConversionRun {
         account_(account) {}
 
   void Run() {
+    if (account_.observer != nullptr) account_.observer->TextRead(container_.Text().size());
     const RegistrationNumber number =
         RegistrationNumberOf(container_.FileName(), container_.Text(), tables_, run_.environment);
     run_.registration_number = number.text;

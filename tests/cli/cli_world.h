@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,10 @@ using enum ExitStatus;
 // Keeps what is printed and answers from a queue.
 class RecordingOutput : public Output {
  public:
-  void Result(std::string_view bytes) override { results += bytes; }
+  void Result(std::string_view bytes) override {
+    results += bytes;
+    if (on_result) on_result();
+  }
   void Remark(std::string_view bytes) override { remarks += bytes; }
   [[nodiscard]] bool IsTerminal() const override { return terminal; }
   bool ReadAnswer(std::string& line) override {
@@ -29,6 +33,7 @@ class RecordingOutput : public Output {
     return true;
   }
 
+  std::function<void()> on_result;
   std::string results, remarks;
   bool terminal = false;
   std::deque<std::string> answers;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
+#include <set>
 
 #include "cli_world.h"
 #include "support/catalogue_builder.h"
@@ -81,7 +83,13 @@ TEST_F(ConvertTest, AFileIsInAllItsTablesOrInNone) {
   EXPECT_EQ(TableDump(host.files["C:\\OUT\\DBRHEAD.DBF"].bytes()).find("\n2:"), std::string::npos);
   EXPECT_EQ(Table("DBRTOV.DBF"), goods);
   EXPECT_FALSE(host.files.Has(kLock));
+  EXPECT_FALSE(host.files.HasSpareRoom("C:\\OUT\\DBRHEAD.DBF"));
   host.files.StopFailing();
+  for (const FileMode share : {kShareDenyWrite, kShareDenyNone}) {  // by another program
+    const auto opened = host.files.Open("C:\\OUT\\DBRTOV.DBF", kModeRead | share);
+    EXPECT_EQ(Convert(), share == kShareDenyNone ? kDone : kNegative);
+    EXPECT_EQ(Table("DBRTOV.DBF") != goods, share == kShareDenyNone);
+  }
   host.files.ResetCounts();
   EXPECT_EQ(Convert("--json"), kDone);
   const int changes = host.files.changes();
@@ -124,6 +132,89 @@ TEST_F(ConvertTest, FilesShareATransactionAndTheirLinesComeBehindIt) {
     }
     if (!dead) break;
   }
+}
+
+// Others look once a second whether they get in.
+TEST_F(ConvertTest, LeavesTheFolderFreeForMoreThanASecondEveryTenSeconds) {
+  std::string files;
+  for (int i = 0; i < 300; ++i) files += std::string(" ") + kFile;
+  host.clock.ticks_each_look = 10;
+  std::uint64_t last = 1000;
+  host.clock.on_sleep = [&](std::uint32_t) {
+    EXPECT_FALSE(host.files.Has(kLock));
+    EXPECT_LE(host.clock.Ticks() - std::exchange(last, host.clock.Ticks()), 11'500U);
+  };
+  EXPECT_EQ(Convert(files), kDone);
+  const auto total = std::accumulate(host.clock.slept.begin(), host.clock.slept.end(), 0U);
+  EXPECT_NEAR(total, static_cast<double>(last) / 10, 1500);
+}
+
+// Rows that wait for a transaction keep other stations out no longer than these would notice.
+TEST_F(ConvertTest, WhatTakesTimeBeginsBehindTheRowsOfTheFilesBefore) {
+  const struct {
+    const char* what;
+    bool pipe, long_text;
+    std::uint64_t each_look, most;
+  } cases[] = {{"another station's lock", false, false, 0, 600},
+               {"a pipe", true, false, 0, 0},
+               {"a long text", false, true, 0, 0},
+               {"a slow machine", false, false, 100, 1400}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    CliWorld world;
+    FakeHost& station = world.host;
+    auto other_station = station.files.Lock("C:\\PROG\\kord.ini", [] {});
+    station.files["C:\\IN\\new.xml"] =
+        "<DocBody><ESADout a=\"1\"></ESADout></DocBody>" + std::string(c.long_text ? 2'000'000 : 0, ' ');
+    if (c.pipe) station.files.SetStamp("C:\\IN\\new.xml", kPipeStamp);
+    station.clock.on_sleep = [&](std::uint32_t) {
+      if (station.clock.Ticks() > 5000) other_station.reset();
+    };
+    std::uint64_t printed = 0;
+    world.output.on_result = [&] {
+      if (std::exchange(printed, station.clock.Ticks()) != 0) return;
+      EXPECT_FALSE(station.files.Has(kLock));
+      EXPECT_NE(world.Table("DBRHEAD.DBF").find("1:"), std::string::npos);
+      EXPECT_LE(printed - 1000, c.most);
+      station.clock.ticks_each_look = 0;
+      world.output.on_result = nullptr;
+    };
+    station.clock.ticks_each_look = c.each_look;
+    EXPECT_EQ(world.RunProgram(R"(convert --program C:\PROG --rules C:\RULES\armti.txt
+                                  --output C:\OUT )" + std::string(kFile) + " C:\\IN\\new.xml"),
+              kDone);
+  }
+}
+
+// A long file is written document by document.
+TEST_F(ConvertTest, ALineTellsWhatOfAFileIsIn) {
+  host.files["C:\\PROG\\Data\\Kordwin.dcf"] = WinLines(
+      std::string(kCatalogue) + "[Inventory.HEADER]\nShortName=x\nXmlType=x\nPrefix=<Inventory>\n[Inventory.Fields]\nA=C2\n");
+  host.files["C:\\RULES\\armti.txt"] = "[DBRHEAD]\r\n=ESADout,Inventory\r\n";
+  host.files["C:\\IN\\two.xml"] =
+      "<DocBody><ESADout a=\"1\"></ESADout></DocBody><DocBody><Inventory></Inventory></DocBody>";
+  const std::string empty = host.files["C:\\OUT\\DBRHEAD.DBF"];
+  std::set<std::pair<std::string, ExitStatus>> seen;
+  for (const std::uint64_t each_look : {0, 600}) {
+    for (int change = 0, changes = 1; change <= changes; ++change) {
+      host.files["C:\\OUT\\DBRHEAD.DBF"] = empty;
+      host.files.ResetCounts();
+      host.clock.ticks_each_look = each_look;
+      host.files.FailChange(change);
+      const ExitStatus status = RunProgram(
+          R"(convert --program C:\PROG --rules C:\RULES\armti.txt --output C:\OUT C:\IN\two.xml)");
+      if (change == 0) changes = host.files.changes();
+      host.files.FailChange(0);
+      const std::string dump = Table("DBRHEAD.DBF");
+      const auto rows = std::count(dump.begin(), dump.end(), '\n') - 1;
+      const std::size_t from = output.results.find("converted:"), to = output.results.find("; r");
+      const std::string said = output.results.substr(from, to - from);
+      EXPECT_EQ(rows, std::count(said.begin(), said.end(), '1')) << change << output.results;
+      EXPECT_EQ(output.results.find("; failed: ") == output.results.npos, status == kDone);
+      seen.emplace(said, status);
+    }
+  }
+  EXPECT_EQ(seen.size(), 3U) << "both, the first one or nothing";
 }
 
 TEST_F(ConvertTest, ExplainsEveryLineAndWritesTheSameTables) {
