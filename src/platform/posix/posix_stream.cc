@@ -16,6 +16,14 @@ namespace {
 
 using Kind = FileError::Kind;
 
+bool Truncate(int file, std::int64_t size) {
+  int result = 0;
+  do {
+    result = ::ftruncate(file, size);
+  } while (result != 0 && errno == EINTR);
+  return result == 0;
+}
+
 class PosixStream : public FileStream {
  public:
   PosixStream(FileDescriptor file, std::string_view path) : file_(std::move(file)), path_(path) {}
@@ -54,11 +62,7 @@ class PosixStream : public FileStream {
   }
 
   void Resize(std::int64_t size) override {
-    int result = 0;
-    do {
-      result = ::ftruncate(file_.number(), size);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) Fail(Kind::kWrite);
+    if (!Truncate(file_.number(), size)) Fail(Kind::kWrite);
   }
 
   void StartSync() override {
@@ -109,7 +113,7 @@ std::unique_ptr<FileStream> OpenStream(const std::string& system_name, std::stri
   if (::fstat(file.number(), &status) != 0) throw SystemFileError(kind, path, errno);
   if (S_ISDIR(status.st_mode)) throw SystemFileError(kind, path, EISDIR);
   if (!ClaimShare(file.number(), mode)) throw SystemFileError(kind, path, EBUSY);
-  if (mode == kModeCreate && ::ftruncate(file.number(), 0) != 0) {
+  if (mode == kModeCreate && !Truncate(file.number(), 0)) {
     throw SystemFileError(kind, path, errno);
   }
   return std::make_unique<PosixStream>(std::move(file), path);
