@@ -4,6 +4,7 @@
 
 #include "base/cp1251_literal.h"
 #include "config/settings.h"
+#include "platform/wait_for_lock.h"
 #include "services/file_services.h"
 #include "services/numbering_store.h"
 #include "services/program_paths.h"
@@ -22,9 +23,9 @@ std::string ArchiveName(std::int32_t number, Environment& environment) {
   return name + '.' + PadLeft(std::to_string(number), '0', 3);
 }
 
-// Other stations' counters may stand in the same file: they must survive.
+// Stations that have no shared counter file count in kord.ini, too: their numbers must survive.
 void StoreArchiveNumber(std::int32_t number, Environment& environment) {
-  const NumberingLock lock(environment);
+  const auto lock = WaitForLock(environment.host, environment.config->file_name());
   RereadConfiguration(environment);
   settings::SetArcNum(*environment.config, number);
 }

@@ -119,7 +119,9 @@ TEST(ArchiveRun, StartsTheBatchFileWhenWantedAndCountsItThen) {
                {"does not start", true, true, std::nullopt, 5, "D1703012.005"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    TestEnvironment world("[Tmr]\nArcNum=5\nId=12\n");
+    TestEnvironment world("[Tmr]\nArcNum=5\nId=12\n[System]\nLastNumsFile=D:\\NET\\nums.ini\n");
+    world.host.files["D:\\NET\\nums.ini"] = "";  // who draws numbers there is not in the way
+    const auto drawing = world.host.files.Lock("D:\\NET\\nums.ini", [] {});
     world.environment.base_path = "C:\\MY PROG\\";
     world.host.clock.Set({2026, 3, 17});
     world.host.files["C:\\MY PROG\\Utils\\arctmr.bat"] = "";
