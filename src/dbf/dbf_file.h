@@ -58,57 +58,57 @@ class TFileDbfFile {
   // is current afterwards. A table that was open is closed first. With kThrow a
   // missing or damaged table throws DbfError (FileError when it cannot be opened) whose
   // text names the file; with kReturn the cause is the result.
-  virtual DbfStatus Open(std::string_view name, FileMode mode, OnError on_error);
+  DbfStatus Open(std::string_view name, FileMode mode, OnError on_error);
   // Replaces `name` by an empty table of these fields and opens it for reading and
   // writing. `fields` receives the list as read back. Nothing happens for an empty list
   // (kRefused) and for one that no table can hold (kNotATable). Throws FileError when the file
   // cannot be made.
-  virtual DbfStatus CreateTable(TDescrs& fields, std::string_view name);
-  virtual void Close();
+  DbfStatus CreateTable(TDescrs& fields, std::string_view name);
+  void Close();
   // Reopens when the file on disk is another than the one opened. True when it did.
-  virtual bool Refresh();
+  bool Refresh();
 
   // Reads the record into the record buffer, unless it is the current one already.
-  virtual DbfStatus GoTo(std::int64_t record);
+  DbfStatus GoTo(std::int64_t record);
   // Changes go to the image. The first one of a large table is refused when the file is no longer
   // the one that was opened.
 
   // Writes the record buffer over the current record.
-  virtual DbfStatus Post();
+  DbfStatus Post();
   // Adds the record buffer as the last record, which becomes current. The record count
   // is the table's own: two objects over one table never overwrite each other's rows.
-  virtual bool Append();
+  bool Append();
   void BlankRecord();
   // Removes the record physically. No record is current afterwards.
   DbfStatus DeleteRecord(std::int64_t record);
 
   // Values without the padding of their width; a date as dd.mm.yy. Empty when
   // closed or when there is no such field.
-  [[nodiscard]] virtual ShortText GetField(int field) const;
-  [[nodiscard]] virtual ShortText GetFieldByName(std::string_view name) const;
+  [[nodiscard]] ShortText GetField(int field) const;
+  [[nodiscard]] ShortText GetFieldByName(std::string_view name) const;
   // The field's bytes in the current record as the table holds them: code page 866, padded to
   // their width. Empty when closed or when there is no such field; valid until the record or
   // the field changes.
   [[nodiscard]] std::string_view StoredField(int field) const CUSTOMSCONV_LIFETIME_BOUND;
   // `raw` leaves out the formatting by type.
-  virtual void SetField(int field, std::string_view value, bool raw);
+  void SetField(int field, std::string_view value, bool raw);
   // A name that begins with "||" is written raw.
-  virtual void SetFieldByName(std::string_view name, std::string_view value);
-  virtual void PutFieldByName(std::string_view name, std::string_view value);
+  void SetFieldByName(std::string_view name, std::string_view value);
+  void PutFieldByName(std::string_view name, std::string_view value);
   // Texts of any length, continued in the fields named after the first one with
   // 2, 3, … when that is a "C" field of 255 bytes or more.
-  [[nodiscard]] virtual std::string GetLongField(int field) const;
-  [[nodiscard]] virtual std::string GetLongFieldByName(std::string_view name) const;
+  [[nodiscard]] std::string GetLongField(int field) const;
+  [[nodiscard]] std::string GetLongFieldByName(std::string_view name) const;
   // The result is the number of fields that the text fills: continuations 2 to that number got a
   // part of it, the others keep what they hold.
-  virtual int SetLongField(int field, std::string_view value, bool raw);
-  virtual void SetLongFieldByName(std::string_view name, std::string_view value);
+  int SetLongField(int field, std::string_view value, bool raw);
+  void SetLongFieldByName(std::string_view name, std::string_view value);
   // The field (there must be such a one) that continues `field` as part `number`, from 2; -1 when
   // there is none.
   [[nodiscard]] int Continuation(int field, int number) const;
 
   // Index (from 0) of the last field of that name, any case; -1 when there is none.
-  [[nodiscard]] virtual int FieldIndex(std::string_view name) const;
+  [[nodiscard]] int FieldIndex(std::string_view name) const;
   [[nodiscard]] int FieldWidth(std::string_view name) const;
   [[nodiscard]] char FieldType(std::string_view name) const;
   // The caller knows that there is such a field.
@@ -117,15 +117,15 @@ class TFileDbfFile {
   [[nodiscard]] const TDescrs& fields() const CUSTOMSCONV_LIFETIME_BOUND;
 
   // A field name that ends in "*" asks for values that contain `value`.
-  virtual bool FindFirst(std::string_view field, std::string_view value);
-  virtual bool FindNext();
+  bool FindFirst(std::string_view field, std::string_view value);
+  bool FindNext();
   // From record `record` on, which then is the number behind the last record looked at; a
   // record that was found is current.
-  virtual bool Search(std::string_view field, std::string_view value, std::int64_t& record);
+  bool Search(std::string_view field, std::string_view value, std::int64_t& record);
 
-  [[nodiscard]] virtual bool IsDeleted() const;
+  [[nodiscard]] bool IsDeleted() const;
   // One line "<field>=<value>" a field.
-  virtual void GetRecordText(std::vector<std::string>& lines) const;
+  void GetRecordText(std::vector<std::string>& lines) const;
 
   [[nodiscard]] bool is_open() const { return layout_ != nullptr; }
   // 0 when closed, and once the table's image was dropped from the cache.

@@ -324,8 +324,8 @@ TDbfCache::Images TDbfCache::TakeDue(std::string_view table_names) {
   return due;
 }
 
-// Who writes what a flush could not write before has to keep other stations out; at any other
-// time the family writes without that.
+// Who writes what a flush could not write before has to keep other stations out; a first flush
+// leaves that to its caller.
 void TDbfCache::WriteFolder(const Images& due, Progress* progress) {
   const std::string folder(FolderPart(due.front()->path));
   std::optional<SaveLock> own;

@@ -5,6 +5,7 @@
 #include "text/blanks.h"
 #include "text/words.h"
 
+// Search in one field, record by record: equal to a value or holding it, in any letter case.
 namespace customsconv {
 namespace {
 

@@ -19,7 +19,7 @@ namespace customsconv {
 
 // "C:" at the start of a path: ":" behind a Latin letter; empty when there is none. Any other
 // ":" is a letter of the name ("smb-share:server=nums").
-[[nodiscard]] std::string_view DriveOf(std::string_view path);
+[[nodiscard]] std::string_view DriveOf(std::string_view path CUSTOMSCONV_LIFETIME_BOUND);
 
 // With a closing "\", unless a separator is there already; an empty path stays empty.
 [[nodiscard]] std::string WithTrailingBackslash(std::string_view path);

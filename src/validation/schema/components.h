@@ -29,6 +29,13 @@ struct Occurs {
   friend bool operator==(const Occurs&, const Occurs&) = default;
 };
 
+// Product and sum of two such numbers; what an int can't hold is unbounded, none of it is none.
+[[nodiscard]] constexpr int Times(int count, int factor) {
+  if (count == 0 || factor == 0) return 0;
+  return count > kUnbounded / factor ? kUnbounded : count * factor;
+}
+[[nodiscard]] constexpr int Sum(int a, int b) { return a > kUnbounded - b ? kUnbounded : a + b; }
+
 // Where a component stands: the file below the schema's folder (code page 1251), line from 1.
 struct Place {
   std::string file;

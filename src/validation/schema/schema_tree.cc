@@ -15,13 +15,6 @@ constexpr int kMostLevels = 1000;
 constexpr int kMostGroupsInside = 200;
 constexpr int kRoundsOfARecursion = 2;
 
-int Times(int count, int factor) {
-  if (count == 0 || factor == 0) return 0;
-  return count > kUnbounded / factor ? kUnbounded : count * factor;
-}
-
-int Sum(int a, int b) { return a > kUnbounded - b ? kUnbounded : a + b; }
-
 // The element and all that may stand in its place, but for abstract ones.
 std::vector<const Element*> StandIns(const Element& element) {
   std::vector<const Element*> all{&element};

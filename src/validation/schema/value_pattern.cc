@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/characters.h"
 #include "base/internal/cp1251_table.h"
 #include "base/unicode.h"
 #include "text/char_set.h"
@@ -68,13 +69,6 @@ std::optional<Characters> Escaped(char letter) {
       return Only({&letter, 1});
   }
 }
-
-int Times(int count, int factor) {
-  if (count == 0 || factor == 0) return 0;
-  return count > kUnbounded / factor ? kUnbounded : count * factor;
-}
-
-int Sum(int a, int b) { return a > kUnbounded - b ? kUnbounded : a + b; }
 
 // Letters and digits stand for themselves, all else is escaped: a catalogue keeps the expression
 // between quotes, in a line where braces count.
@@ -269,9 +263,7 @@ class ValuePatternParser {
 
   std::optional<int> TakeNumber() {
     std::string digits;
-    for (; at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9'; ++at_) {
-      digits += text_[at_];
-    }
+    for (; at_ < text_.size() && IsDigit(text_[at_]); ++at_) digits += text_[at_];
     return digits.empty() ? std::nullopt : ParseInt(digits);
   }
 
