@@ -2,6 +2,7 @@
 #define CUSTOMSCONV_DBF_DBF_CACHE_H_
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -120,6 +121,7 @@ class TDbfCache {
 
   using Images = std::vector<TDbfMemoryStream*>;
   [[nodiscard]] Images TakeDue(std::string_view table_names);
+  [[nodiscard]] static std::map<std::string, Images> ByFolder(const Images& images);
   void WriteFolder(const Images& due, Progress* progress);
   [[nodiscard]] bool MayBeWritten(TDbfMemoryStream& image);
   [[nodiscard]] bool TryToPrepare(TDbfMemoryStream& image);
