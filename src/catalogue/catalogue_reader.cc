@@ -71,6 +71,10 @@ void CatalogueReader::ReadFile(const std::string& file_name, CatalogueKind kind)
   const FileStamp stamp = files.Stamp(file_name);  // taken first: a later change shows
   const std::string text = files.Read(file_name);
 
+  auto foreign = ForeignEncodingOf(text);
+  if (!foreign) foreign = LoneLineFeedIn(text);
+  if (foreign) foreign_files_.push_back({file_name, *foreign});
+
   SectionMap sections;
   bool stopped = false;
   TextLines lines(text);

@@ -5,9 +5,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "catalogue/type_collection.h"
 #include "services/environment.h"
+#include "text/foreign_encoding.h"
 
 namespace customsconv {
 
@@ -28,6 +31,8 @@ class CatalogueReader {
   // Throws ConversionError for a HEADER value that must be an integer and is not, FileError
   // when the file cannot be read.
   void ReadFile(const std::string& file_name, CatalogueKind kind);
+  // The files read so far that are in no single-byte code page or have other line ends.
+  [[nodiscard]] std::vector<ForeignFile> TakeForeignFiles() { return std::move(foreign_files_); }
 
  private:
   // False when the code is in the catalogue already.
@@ -38,6 +43,7 @@ class CatalogueReader {
   TypeCollection& types_;
   Environment& environment_;
   std::string up_case_docs_;
+  std::vector<ForeignFile> foreign_files_;
 
   // Of the file being read.
   std::string_view file_name_;

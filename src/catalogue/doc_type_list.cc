@@ -115,6 +115,7 @@ TDocTypeList::TDocTypeList(std::string_view file_names, bool all_files, Environm
     reader.ReadFile(file.path, file.kind);
   }
 
+  foreign_files_ = reader.TakeForeignFiles();
   types_ = SortedByCode(types.Take(file_names_));
   if (all_files) MarkCheckedTypes(*this, environment);
 }

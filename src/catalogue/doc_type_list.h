@@ -11,6 +11,7 @@
 #include "base/lifetime.h"
 #include "catalogue/doc_info.h"
 #include "services/environment.h"
+#include "text/foreign_encoding.h"
 
 namespace customsconv {
 
@@ -49,7 +50,13 @@ class TDocTypeList {
   // holds the largest number, so that a newer format wins. Null when there is none.
   [[nodiscard]] TDocInfo* TableSetOf(std::string_view table) const CUSTOMSCONV_LIFETIME_BOUND;
 
+  // Catalogue files that are in no single-byte code page or have other line ends.
+  [[nodiscard]] const std::vector<ForeignFile>& ForeignFiles() const CUSTOMSCONV_LIFETIME_BOUND {
+    return foreign_files_;
+  }
+
  private:
+  std::vector<ForeignFile> foreign_files_;
   // What the list was read from, a file that was not there included.
   struct Origin {
     std::string up_case_docs;  // the setting

@@ -16,9 +16,20 @@ void AddProgramOption(CLI::App& command, std::string& folder) {
 bool StartProgram(std::string_view program_folder, StartUpState& state, CommandContext& context) {
   const ShortText program = FolderArgument(program_folder);
   // With the data folder as auxiliary folder no further catalogue files are read.
-  if (state.StartUp(program, program.str() + "Data\\")) return true;
+  if (state.StartUp(program, program.str() + "Data\\")) {
+    WarnOf(state.types().ForeignFiles(), context);
+    return true;
+  }
   if (!state.quiet_failure().empty()) TellError(context, Utf8FromWin(state.quiet_failure()));
   return false;
+}
+
+void WarnOf(const std::vector<ForeignFile>& files, CommandContext& context) {
+  for (const ForeignFile& file : files) {
+    const Text text = file.encoding.name == "LF" ? texts::kLineEnds : texts::kForeignEncoding;
+    context.dialogs.Warn(Say(
+        text, {Utf8FromWin(file.file), std::to_string(file.encoding.line), file.encoding.name}));
+  }
 }
 
 std::string ToldBy(const Error& error) { return Utf8FromWin(error.told()); }

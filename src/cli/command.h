@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/error.h"
 #include "cli/interrupt.h"
@@ -11,6 +12,7 @@
 #include "cli/output.h"
 #include "cli/terminal_dialogs.h"
 #include "platform/host.h"
+#include "text/foreign_encoding.h"
 
 namespace CLI {
 class App;
@@ -59,6 +61,9 @@ void AddProgramOption(CLI::App& command, std::string& folder);
 // cause is told, when the catalogue cannot be loaded. Throws Error when kord.ini is missing.
 [[nodiscard]] bool StartProgram(std::string_view program_folder, StartUpState& state,
                                 CommandContext& context);
+
+// Tells that files of the program were saved in an encoding or with line ends that are not read.
+void WarnOf(const std::vector<ForeignFile>& files, CommandContext& context);
 
 // What an error of the library tells people, in UTF-8.
 [[nodiscard]] std::string ToldBy(const Error& error);

@@ -71,14 +71,21 @@ std::vector<const DocumentAccount*> ConvertedIn(const FileLog& log) {
   return converted;
 }
 
+std::vector<FileProblem> AllProblems(const FileLog& log) {
+  std::vector<FileProblem> problems = ProblemsOf(log.account, log.error);
+  if (!log.problem.empty()) problems.push_back({"losses", log.problem});
+  return problems;
+}
+
 }  // namespace
 
 ConversionLog::ConversionLog(CommandContext& context, std::string rules_file, bool explain,
-                             std::size_t files)
+                             bool strict, std::size_t files)
     : context_(context),
       json_(context.output),
       rules_file_(std::move(rules_file)),
       explain_(explain),
+      strict_(strict),
       files_(files) {
   if (!context_.json) return;
   json_.BeginObject();
@@ -101,12 +108,18 @@ FileAccount& ConversionLog::BeginFile(const std::string& file) {
 }
 
 bool ConversionLog::EndFile(std::optional<bool> returned, std::string_view error) {
-  log_.returned = returned;
   const bool not_started = returned == false && error.empty();
+  log_.returned = returned;
   log_.error = not_started ? Say(texts::kNoCatalogue) : OneLine(error);
   in_file_ = false;
+  WarnOf(log_.account.foreign_files, context_);
+  bool is_whole = log_.error.empty() && log_.account.IsWhole();
+  if (is_whole && strict_ && log_.account.HasLosses()) {
+    log_.problem = Say(texts::kStrict);
+    is_whole = false;
+  }
   waiting_.push_back(std::exchange(log_, {}));
-  return waiting_.back().error.empty() && waiting_.back().account.IsWhole();
+  return is_whole;
 }
 
 bool ConversionLog::Release(std::string_view error) {
@@ -195,8 +208,11 @@ void ConversionLog::WriteText(const FileLog& log) {
   for (const auto& [table, count] : rows) {
     line += " " + Utf8FromWin(table) + " +" + std::to_string(count);
   }
+  for (const LossCount& loss : LossesIn(log.account)) {
+    if (loss.count > 0) line += "; " + Say(loss.text, {std::to_string(loss.count)});
+  }
   std::string problems;
-  for (const FileProblem& problem : ProblemsOf(log.account, log.error)) {
+  for (const FileProblem& problem : AllProblems(log)) {
     problems += (problems.empty() ? "" : "; ") + problem.text;
   }
   if (!problems.empty()) line += "; " + Say(texts::kFailed, {problems});
@@ -233,8 +249,11 @@ void ConversionLog::WriteJson(const FileLog& log) {
   json_.Key("rows_added").BeginObject();
   for (const auto& [table, rows] : RowsOf(log)) json_.Key(Utf8FromWin(table)).Number(rows);
   json_.EndObject();
+  json_.Key("losses").BeginObject();
+  for (const LossCount& loss : LossesIn(log.account)) json_.Key(loss.name).Number(loss.count);
+  json_.EndObject();
   json_.Key("problems").BeginArray();
-  for (const FileProblem& problem : ProblemsOf(log.account, log.error)) {
+  for (const FileProblem& problem : AllProblems(log)) {
     json_.BeginObject();
     json_.Key("name").Text(problem.name);
     json_.Key("text").Text(problem.text);

@@ -19,6 +19,7 @@ struct FileLog {
   FileAccount account;
   std::optional<bool> returned;  // by the library's function; none when it threw
   std::string error;             // that ended the file's run, or kept its rows out of the tables
+  std::string problem;           // what else fails it
   std::size_t done = 0;          // documents that are done with
   std::size_t safe = 0;          // those of them that are in the tables for good
   bool lost = false;             // the others were not written after all
@@ -28,7 +29,9 @@ struct FileLog {
 // every mapping line of every record.
 class ConversionLog : public ConversionObserver {
  public:
-  ConversionLog(CommandContext& context, std::string rules_file, bool explain, std::size_t files);
+  // `strict`: a file with losses is not whole.
+  ConversionLog(CommandContext& context, std::string rules_file, bool explain, bool strict,
+                std::size_t files);
 
   // The account that the file's conversion fills.
   [[nodiscard]] FileAccount& BeginFile(const std::string& file) CUSTOMSCONV_LIFETIME_BOUND;
@@ -62,6 +65,7 @@ class ConversionLog : public ConversionObserver {
   JsonWriter json_;
   std::string rules_file_;
   bool explain_;
+  bool strict_;
   std::size_t files_;
   std::size_t file_number_ = 0;
   std::size_t records_ = 0;

@@ -24,6 +24,7 @@ struct ConvertOptions {
   std::vector<std::string> files;
   std::string on_lock;
   bool explain = false;
+  bool strict = false;
 };
 
 const std::map<std::string, LockAnswer> kLockAnswers = {
@@ -144,7 +145,7 @@ ExitStatus Convert(const ConvertOptions& options, CommandContext& context) {
   if (!options.on_lock.empty()) {
     context.dialogs.set_lock_answer(kLockAnswers.at(options.on_lock));
   }
-  ConversionLog log(context, options.rules, options.explain, options.files.size());
+  ConversionLog log(context, options.rules, options.explain, options.strict, options.files.size());
   try {
     LibXmlServices services(context.host.files);
     Library library(context.host, services);
@@ -176,6 +177,8 @@ void AddConvertCommand(CLI::App& app, Command& chosen) {
                    "(default: ask on a terminal, else wait the full time and take over)")
       ->check(CLI::IsMember({"wait", "take-over", "abandon"}));
   command->add_flag("--explain", options->explain, "tell what became of every rules line");
+  command->add_flag("--strict", options->strict,
+                    "a file fails when anything of it is lost on the way (its rows are added)");
   command->add_option("XML", options->files, "XML files")->required();
   command->callback([options, &chosen] {
     chosen = [options](CommandContext& context) { return Convert(*options, context); };

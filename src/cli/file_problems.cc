@@ -4,7 +4,6 @@
 
 #include "base/unicode.h"
 #include "cli/terminal_dialogs.h"
-#include "cli/texts.h"
 #include "text/blanks.h"
 
 namespace customsconv::cli {
@@ -86,6 +85,23 @@ std::vector<FileProblem> ProblemsOf(const FileAccount& account, std::string_view
     problems.push_back({"number-wasted", Say(texts::kNumberWasted)});
   }
   return problems;
+}
+
+std::vector<LossCount> LossesIn(const FileAccount& account) {
+  const FileLosses& losses = account.losses;
+  const CellLosses& cells = losses.cells;
+  return {{"cut", cells.cut + losses.lines.cut, texts::kCountCut},
+          {"number_cut", cells.number_cut, texts::kCountNumberCut},
+          {"rounded", cells.rounded, texts::kCountRounded},
+          {"no_number", cells.no_number, texts::kCountNoNumber},
+          {"no_date", cells.no_date, texts::kCountNoDate},
+          {"no_column", losses.lines.no_column, texts::kCountNoColumn},
+          {"replaced", static_cast<std::int64_t>(losses.replaced) + cells.replaced,
+           texts::kCountReplaced},
+          {"look_alike", cells.look_alike, texts::kCountLookAlike},
+          {"not_known", losses.elements.unknown, texts::kCountNotKnown},
+          {"repeated", losses.elements.repeated, texts::kCountRepeated},
+          {"not_applied", losses.lines.sub_sections, texts::kCountNotApplied}};
 }
 
 std::vector<SkippedDocument> SkippedIn(const FileAccount& account) {

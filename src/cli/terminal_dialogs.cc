@@ -1,5 +1,8 @@
 #include "cli/terminal_dialogs.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "base/unicode.h"
 #include "text/blanks.h"
 #include "text/numbers.h"
@@ -91,9 +94,18 @@ void TerminalDialogs::ClearProgressLine() {
   line_shown_ = false;
 }
 
+void TerminalDialogs::Warn(const std::string& utf8) {
+  const auto is_same = [&](const Shown& shown) { return shown.text == utf8; };
+  if (std::none_of(shown_.begin(), shown_.end(), is_same)) Keep("warning", utf8);
+}
+
 void TerminalDialogs::Show(std::string_view kind, std::string_view text_1251) {
+  Keep(kind, Utf8FromWin(text_1251));
+}
+
+void TerminalDialogs::Keep(std::string_view kind, std::string utf8) {
   ClearProgressLine();
-  shown_.push_back({std::string(kind), Utf8FromWin(text_1251)});
+  shown_.push_back({std::string(kind), std::move(utf8)});
   if (quiet_) return;
   output_.Remark(std::string(kind).append(": ").append(OneLine(shown_.back().text)).append("\n"));
 }

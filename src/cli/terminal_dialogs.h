@@ -45,6 +45,9 @@ class TerminalDialogs : public Dialogs {
   std::unique_ptr<Progress> StartProgress(std::string_view title, std::size_t steps) override;
   void Status(std::string_view text) override;
 
+  // A message of the program's own, shown once a run.
+  void Warn(const std::string& utf8);
+
   // A progress line that stands until the next remark; nothing without a terminal.
   void ShowProgressLine(std::string_view utf8);
   void ClearProgressLine();
@@ -56,6 +59,7 @@ class TerminalDialogs : public Dialogs {
  private:
   class Line;
   void Show(std::string_view kind, std::string_view text_1251);
+  void Keep(std::string_view kind, std::string utf8);
   // The number of the person's choice, from 1; 0 when nobody answers.
   std::size_t Ask(const std::vector<std::string>& choices);
 

@@ -83,6 +83,21 @@ inline constexpr Text kEmptyDocument{
     "%1 is empty: its start was not found, other than the catalogue's Prefix says"};
 inline constexpr Text kSectionEnded{"%1 is not complete: %2"};
 inline constexpr Text kRowsMissing{"%1 lacks its rows of %2: %3"};
+inline constexpr Text kStrict{"not everything is in the tables as it was in the file (--strict)"};
+inline constexpr Text kForeignEncoding{"%1:%2: %3 text, where one of single bytes is read"};
+inline constexpr Text kLineEnds{"%1:%2: this line ends with LF, where only CR LF or CR ends one"};
+// counts of losses
+inline constexpr Text kCountCut{"cut: %1"};
+inline constexpr Text kCountNumberCut{"number cut: %1"};
+inline constexpr Text kCountRounded{"rounded: %1"};
+inline constexpr Text kCountNoNumber{"no number: %1"};
+inline constexpr Text kCountNoDate{"no date: %1"};
+inline constexpr Text kCountNoColumn{"no column: %1"};
+inline constexpr Text kCountReplaced{"replaced: %1"};
+inline constexpr Text kCountLookAlike{"look-alike: %1"};
+inline constexpr Text kCountNotKnown{"not known: %1"};
+inline constexpr Text kCountRepeated{"repeated: %1"};
+inline constexpr Text kCountNotApplied{"not applied: %1"};
 // what became of a value
 inline constexpr Text kWritten{"written"};
 inline constexpr Text kEmpty{"empty"};

@@ -64,6 +64,7 @@ class CheckRun : public LineList, public CheckObserver {
 
   void FileRead(const FileContent& content) override {
     started_ = true;
+    WarnOf(library_.state().types().ForeignFiles(), context_);
     content_ = content;
   }
   void Found(const OriginalPlace& place) override { place_ = place; }

@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "mapping/mapping_report.h"
+#include "tables/cell_losses.h"
 #include "tables/table_levels.h"
 #include "tables/table_writer.h"
+#include "text/foreign_encoding.h"
 #include "xml/read/xml_container.h"
 
 namespace customsconv {
@@ -69,17 +71,32 @@ class ConversionObserver : public MappingObserver {
   virtual void DocumentDone() = 0;
 };
 
+// What is known to have been lost on the way into the tables. Tables that are there hold
+// everything else as the rules say.
+struct FileLosses {
+  CellLosses cells{};
+  MappingLosses lines{};
+  LostElements elements{};
+  std::size_t replaced = 0;  // characters that code page 1251 lacks
+};
+
 struct FileAccount {
   ConversionObserver* observer = nullptr;  // null: nobody watches
+  bool counts_losses = true;
 
   std::string number{};       // registration number
   bool number_drawn = false;  // it is a fresh one
   std::vector<DocumentAccount> documents{};
   FileContent content{};
+  FileLosses losses{};
+  // The rules or catalogue files of the run that are in no single-byte code page.
+  std::vector<ForeignFile> foreign_files{};
 
   [[nodiscard]] bool ConvertedAny() const;
   // Something was converted, and nothing of it is known to be missing in the tables.
   [[nodiscard]] bool IsWhole() const;
+  // Some document, sub-section, element or value is not in the tables as it was in the file.
+  [[nodiscard]] bool HasLosses() const;
 };
 
 [[nodiscard]] FileContent ContentOf(const TXMLContainer& container);

@@ -60,7 +60,12 @@ class ConversionRun {
     account_.number_drawn = number.drawn;
     account_.content = ContentOf(container_);
     container_.ClearUnknownIds();
-    while (const std::unique_ptr<TDocument> source = container_.Next()) Convert(*source);
+    account_.losses.replaced = container_.ReplacedCharacters();
+    while (const std::unique_ptr<TDocument> source = container_.Next()) {
+      Convert(*source);
+      account_.losses.elements = container_.Lost();
+      account_.losses.lines = run_.losses;
+    }
   }
 
  private:
@@ -99,11 +104,13 @@ class ConversionRun {
     const auto target =
         CreateDbfDocument(type->Code, output_dir_, types_, tables_, run_.environment);
     document.missing_tables = target->MissingTables();
+    if (account_.counts_losses) target->CountLosses();
     if (components) target->Load(output_dir_);
     document.section_error = MapSection(source, *target, *section);
     // Components go back to the folder that their head row was loaded from.
     target->Save(components ? std::string_view() : output_dir_);
     document.rows_added = target->AppendedRows();
+    account_.losses.cells += target->Losses();
     if (target->abandoned())
       document.abandoned_at = std::string(output_dir_).append(kExchangeLockFile);
     return std::nullopt;
@@ -147,12 +154,16 @@ void RunConversion(std::string_view rules_file, std::string_view xml_file,
                    Environment& environment, FileAccount* account) {
   bool unknown_ids = false;
   FileAccount unwatched;
+  unwatched.counts_losses = false;
+  FileAccount& filled = account == nullptr ? unwatched : *account;
   {
     const RulesFile rules = RulesFile::Load(environment.host.files, rules_file);
+    filled.foreign_files = types.ForeignFiles();
+    if (const auto encoding = ForeignEncodingOf(rules.Text())) {
+      filled.foreign_files.push_back({std::string(rules_file), *encoding});
+    }
     TXMLContainer container(xml_file, types, environment);
-    ConversionRun(rules, container, output_dir, types, tables, environment,
-                  account == nullptr ? unwatched : *account)
-        .Run();
+    ConversionRun(rules, container, output_dir, types, tables, environment, filled).Run();
     unknown_ids = container.UnknownIdsFound();
   }
   if (unknown_ids) TellUnknownIds(xml_file, environment.host.dialogs);

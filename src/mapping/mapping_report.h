@@ -31,6 +31,13 @@ struct LineReport {
   std::size_t width = 0;
 };
 
+// Values that lines of the rules did not bring into the table set, counted record by record.
+struct MappingLosses {
+  std::int32_t no_column = 0;     // the target names no field of the table
+  std::int32_t cut = 0;           // at the 255 bytes that a value can have
+  std::int32_t sub_sections = 0;  // that name a table or a block that is not there
+};
+
 // Watches the mapping for a person who wants to know what became of a value. It
 // never changes what is mapped. Views are valid during the call only.
 class MappingObserver {

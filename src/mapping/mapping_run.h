@@ -20,6 +20,7 @@ struct MappingRun {
   ShortText registration_number{};
   // Declaration adjustments (KTDout) numbered so far.
   std::int32_t adjustments = 0;
+  MappingLosses losses{};
   // A transit header was mapped, and its transit records are still to be written: by the next
   // goods record, in a later document of the run when its own has none.
   bool transit_records_wait = false;

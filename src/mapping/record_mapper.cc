@@ -49,6 +49,13 @@ void WriteGoodsLocation(RecordScope& record, const MappingLine& line, std::strin
   reporter.GoodsLocation(value, written);
 }
 
+// Whether a table field could hold more than the longest value.
+bool HasRoomForMore(const RecordScope& record, std::string_view field) {
+  const TBasis& level = record.target.CurBasis();
+  const int position = level.IndexOfName(field);
+  return position >= 0 && level.Item(position).table_width >= ShortText::kMaxSize;
+}
+
 // The value of a line: cut first, then cleaned, so that blanks which collapse give no room.
 ShortText Cleaned(std::string_view source) {
   const ShortText value = ShortText::Cut(source);
@@ -129,7 +136,14 @@ void RecordMapper::ApplyLine(RecordScope& record, MappingLine& line) {
     return;
   }
   const ShortText stored = Cleaned(value->text);
-  reporter.Stored(stored, value->text.size(), StoreValue(record, line, stored, value->field));
+  const StoredIn where = StoreValue(record, line, stored, value->field);
+  MappingLosses& losses = record.run.losses;
+  if (where == StoredIn::kNowhere) {
+    ++losses.no_column;
+  } else if (value->text.size() > ShortText::kMaxSize && HasRoomForMore(record, line.field)) {
+    ++losses.cut;  // else the table field cuts the value shorter, and that is counted
+  }
+  reporter.Stored(stored, value->text.size(), where);
 }
 
 }  // namespace customsconv

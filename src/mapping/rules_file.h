@@ -41,6 +41,7 @@ class RulesFile {
   // The line cut at 255 bytes: what the mapping looks at. Throws ListIndexError
   // behind the last line.
   [[nodiscard]] std::string_view ShortLine(int index) const CUSTOMSCONV_LIFETIME_BOUND;
+  [[nodiscard]] std::string_view Text() const CUSTOMSCONV_LIFETIME_BOUND { return text_; }
   // Full name of the file, for messages.
   [[nodiscard]] const ShortText& name() const CUSTOMSCONV_LIFETIME_BOUND { return name_; }
 

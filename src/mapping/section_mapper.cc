@@ -142,6 +142,7 @@ class SectionWalk {
   }
 
   void Show(std::initializer_list<std::string_view> parts) {
+    ++run_.losses.sub_sections;
     run_.environment.host.dialogs.Message(Join(parts));
   }
 

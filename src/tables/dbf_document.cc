@@ -60,6 +60,7 @@ void TDbfDocument::Load(std::string_view path) {
 void TDbfDocument::Save(std::string_view folder) {
   appended_rows_.clear();
   abandoned_ = false;
+  losses_ = {};
   const std::string target(folder.empty() ? doc_folder_.view() : folder);
   doc_key_ = KeysOf(RootBasis()).Of(RootRecord());
   try {
@@ -81,7 +82,9 @@ void TDbfDocument::Save(std::string_view folder) {
 void TDbfDocument::WriteRows(const std::string& folder) {
   {
     TableWriter writer(cache_, folder, deleted_rows_);
+    if (counts_losses_) writer.CountLosses();
     writer.Write(RootRecord());
+    losses_ = writer.Losses();
     appended_rows_ = writer.AppendedRows();
   }
   DeleteRows(cache_, folder, deleted_rows_);

@@ -47,6 +47,10 @@ class TDbfDocument : public TDocument {
   [[nodiscard]] const RowCounts& AppendedRows() const CUSTOMSCONV_LIFETIME_BOUND {
     return appended_rows_;
   }
+  // From now on saves count what the table fields of new rows do not keep of their values.
+  void CountLosses() { counts_losses_ = true; }
+  // Of the last save.
+  [[nodiscard]] const CellLosses& Losses() const CUSTOMSCONV_LIFETIME_BOUND { return losses_; }
   // The last save was abandoned.
   [[nodiscard]] bool abandoned() const { return abandoned_; }
   // Tables that CreateDbfDocument could not open; rows that belong there are written nowhere.
@@ -86,6 +90,8 @@ class TDbfDocument : public TDocument {
   std::unordered_map<const TBasis*, TableKeys> keys_;
   DeletedRows deleted_rows_;
   RowCounts appended_rows_;
+  bool counts_losses_ = false;
+  CellLosses losses_;
   bool abandoned_ = false;
   std::vector<MissingTable> missing_tables_;
 };

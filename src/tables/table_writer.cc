@@ -128,10 +128,25 @@ void TableWriter::WriteFields(const Level& level, const TDocFieldList& record, b
     if (text.size() > ShortText::kMaxSize) {
       const int parts = table.SetLongField(field.column, text, false);
       for (int n = 2; n <= parts; ++n) continued.push_back(table.Continuation(field.column, n));
+      if (counts_losses_ && is_new) CountLong(level, field.column, parts, text);
     } else if (!text.empty() || !is_new || !level.columns_differ) {
       table.SetField(field.column, text, false);
+      if (counts_losses_ && is_new && !text.empty()) {
+        losses_.Count(table.FieldAt(field.column), text, table.StoredField(field.column));
+      }
     }
   }
+}
+
+void TableWriter::CountLong(const Level& level, int column, int parts, std::string_view text) {
+  const TFileDbfFile& table = *level.table;
+  if (table.FieldAt(column).type != column_type::kCharacter) {
+    losses_.Count(table.FieldAt(column), CutToShort(text), table.StoredField(column));
+    return;
+  }
+  std::size_t width = table.FieldAt(column).length;
+  for (int n = 2; n <= parts; ++n) width += table.FieldAt(table.Continuation(column, n)).length;
+  losses_.CountLong(text, width);
 }
 
 void DeleteRows(TDbfCache& cache, std::string_view folder, const DeletedRows& rows) {

@@ -11,9 +11,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "catalogue/basis.h"
 #include "dbf/dbf_file.h"
 #include "document/record.h"
+#include "tables/cell_losses.h"
 #include "tables/table_keys.h"
 
 namespace customsconv {
@@ -36,6 +38,9 @@ class TableWriter {
   // and gives the records the row numbers that they will have after the deletions. Throws
   // Error when a table cannot be opened; what was written stays in the table images.
   void Write(TDocFieldList& top);
+  // From now on counts what the table fields of new rows do not keep of their values.
+  void CountLosses() { counts_losses_ = true; }
+  [[nodiscard]] const CellLosses& Losses() const CUSTOMSCONV_LIFETIME_BOUND { return losses_; }
   // Rows that were appended, by table file name.
   [[nodiscard]] RowCounts AppendedRows() const;
 
@@ -59,11 +64,14 @@ class TableWriter {
   TFileDbfFile& TableOf(const std::string& table_file);
   void WriteRecord(Level& level, TDocFieldList& record);
   // Fills the record buffer.
-  static void WriteFields(const Level& level, const TDocFieldList& record, bool is_new);
+  void WriteFields(const Level& level, const TDocFieldList& record, bool is_new);
+  void CountLong(const Level& level, int column, int parts, std::string_view text);
 
   TDbfCache& cache_;
   std::string folder_;
   const DeletedRows& deleted_;
+  bool counts_losses_ = false;
+  CellLosses losses_;
   std::unordered_map<const TBasis*, Level> levels_;
   std::unordered_map<std::string, std::unique_ptr<TFileDbfFile>> tables_;
 };

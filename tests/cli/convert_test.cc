@@ -36,7 +36,7 @@ TEST_F(ConvertTest, PrintsOneLineAFileWithWhyDocumentsAreSkipped) {
             "skipped: Letter 1 (documents of this kind are not converted); "
             "rows: DBRHEAD.DBF +1 SBRHEAD.DBF +1\n"
             "C:\\IN\\10702020_110615_0001234.xml: 10702020/110615/0001234; converted: ESADout 1; "
-            "rows: DBRHEAD.DBF +1 DBRTOV.DBF +1\n");
+            "rows: DBRHEAD.DBF +1 DBRTOV.DBF +1; cut: 1; no column: 1\n");
   EXPECT_EQ(output.remarks, "");
 }
 
@@ -47,7 +47,9 @@ TEST_F(ConvertTest, JsonHoldsFilesResultAndMessages) {
             R"({"files":[{"file":"C:\\IN\\10702020_110615_0001234.xml",)"
             R"("number":"10702020/110615/0001234","number_drawn":false,"converted":[{"kind":)"
             R"("ESADout","occurrence":1,"section_line":1,"table":"DBRHEAD.DBF"}],"skipped":[],)"
-            R"("rows_added":{"DBRHEAD.DBF":1},"problems":[],"returned":true}],"result":true,"messages":[{"kind":"message",)"
+            R"("rows_added":{"DBRHEAD.DBF":1},"losses":{"cut":0,"number_cut":0,"rounded":0,)"
+            R"("no_number":0,"no_date":0,"no_column":0,"replaced":0,"look_alike":0,"not_known":1,)"
+            R"("repeated":0,"not_applied":0},"problems":[],"returned":true}],"result":true,"messages":[{"kind":"message",)"
             R"("text":"В документе 10702020_110615_0001234.xml были найдены неверные )"
             R"(идентифиаторы (устаревший формат?).\n\rВозможно при конвертации XML файла часть )"
             R"(информации была потеряна"}]})"

@@ -42,7 +42,8 @@ void DocumentFiller::FillFrom(const TXMLNode& child) {
   const TFieldInfo& field = basis.Item(position);
   if (field.is_block) return FillRecord(child, field);
   if (position != last_field) return StoreValue(child, position, field);
-  if (field.seq != 0) AppendRepeat(child, position, field);
+  if (field.seq != 0) return AppendRepeat(child, position, field);
+  if (!child.Text().empty()) ++lost_.repeated;
 }
 
 // The level's prefix and the child's local name, together at most 255 bytes. A text has no
@@ -58,7 +59,7 @@ std::string_view DocumentFiller::ChildKey(const TXMLNode& child) {
 void DocumentFiller::FillFromUnknown(const TXMLNode& child) {
   const bool one_child = !child.children.empty() && child.children.begin()->next == nullptr;
   if (one_child && !child.Text().empty()) {
-    unknown_ids_found_ = true;
+    ++lost_.unknown;
     return;
   }
   if (child.children.empty() && child.attributes.empty()) return;

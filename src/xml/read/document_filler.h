@@ -2,6 +2,7 @@
 #define CUSTOMSCONV_XML_READ_DOCUMENT_FILLER_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,21 +12,26 @@
 
 namespace customsconv {
 
+// Elements whose values are stored nowhere, counted.
+struct LostElements {
+  std::int32_t unknown = 0;   // under names that are no fields of the type
+  std::int32_t repeated = 0;  // behind an element of the same name, where the field takes one
+};
+
 // Stores the values of an XML tree in the fields of a document.
 //
 //   const XmlTree tree(text);
-//   bool unknown_ids = false;
-//   DocumentFiller(document, unknown_ids).Fill(tree.root());
+//   LostElements lost;
+//   DocumentFiller(document, lost).Fill(tree.root());
 //
 // The path of element names is matched to the fields' XML paths: names of elements that are
 // neither field nor block are joined by "#" ("Consigment#BorderTransport#ModeCode"), a block's
 // element opens a record and starts the path anew. Trees may nest to any depth.
 class DocumentFiller {
  public:
-  // The document stands at a record with slots. `unknown_ids_found` is set when values
-  // are met under names that are no fields of the type. Both must outlive the filler.
-  DocumentFiller(TDocument& document, bool& unknown_ids_found)
-      : document_(document), unknown_ids_found_(unknown_ids_found) {}
+  // The document stands at a record with slots. Both must outlive the filler, which adds to
+  // `lost`.
+  DocumentFiller(TDocument& document, LostElements& lost) : document_(document), lost_(lost) {}
 
   // Fills from what is inside `root` and from its attributes.
   void Fill(const TXMLNode& root);
@@ -55,7 +61,7 @@ class DocumentFiller {
   void StoreAttributes(const TXMLNode& node);
 
   TDocument& document_;
-  bool& unknown_ids_found_;
+  LostElements& lost_;
   std::vector<Level> levels_;
   std::string keys_;  // the prefixes of all open levels, and the key being looked up
   std::string attribute_key_;

@@ -4,7 +4,6 @@
 #include "base/error.h"
 #include "text/numbers.h"
 #include "text/words.h"
-#include "xml/read/document_filler.h"
 #include "xml/tree/xml_parser.h"
 
 namespace customsconv {
@@ -83,7 +82,7 @@ std::unique_ptr<TDocument> TXMLContainer::Build(int index, int occurrence) {
   if (!cur_text_.empty()) {
     const XmlTree tree(cur_text_);
     document->OpenBlock("");
-    DocumentFiller(*document, unknown_ids_found_).Fill(tree.root());
+    DocumentFiller(*document, lost_).Fill(tree.root());
   }
   document->Modified = false;
   return document;

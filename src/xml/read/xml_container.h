@@ -11,6 +11,7 @@
 #include "base/short_text.h"
 #include "document/document.h"
 #include "platform/files.h"
+#include "xml/read/document_filler.h"
 #include "xml/read/document_finder.h"
 #include "xml/read/xml_text.h"
 
@@ -66,8 +67,12 @@ class TXMLContainer {
   // Which occurrence (from 1) of its kind was yielded last.
   [[nodiscard]] int CurOccurrence() const { return cur_occurrence_; }
   // Values were met under element names that are no fields of their type.
-  [[nodiscard]] bool UnknownIdsFound() const { return unknown_ids_found_; }
-  void ClearUnknownIds() { unknown_ids_found_ = false; }
+  [[nodiscard]] bool UnknownIdsFound() const { return lost_.unknown > 0; }
+  void ClearUnknownIds() { lost_ = {}; }
+  // Of all documents that were yielded since.
+  [[nodiscard]] const LostElements& Lost() const CUSTOMSCONV_LIFETIME_BOUND { return lost_; }
+  // Characters of the file that code page 1251 lacks.
+  [[nodiscard]] std::size_t ReplacedCharacters() const { return lines_.replaced(); }
 
  private:
   void ReadFile();
@@ -87,7 +92,7 @@ class TXMLContainer {
   int cur_index_ = -1;
   int cur_occurrence_ = 0;
   std::string_view cur_text_;
-  bool unknown_ids_found_ = false;
+  LostElements lost_;
 };
 
 }  // namespace customsconv

@@ -70,6 +70,17 @@ std::size_t LineEnds(std::string_view text) {
   return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
+// In a text of single bytes, of UTF-8 or of UTF-16.
+std::size_t QuestionMarks(std::string_view text) {
+  const bool wide = text.size() > 3 && (text[1] == '\0' || text[3] == '\0');
+  if (!wide) return static_cast<std::size_t>(std::count(text.begin(), text.end(), '?'));
+  std::size_t count = 0;
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+    if (text[i] == '?' && text[i + 1] == '\0') ++count;
+  }
+  return count;
+}
+
 struct Comment {
   std::size_t start = 0;
   std::size_t size = 0;  // 0: there is none
@@ -96,10 +107,12 @@ std::size_t FileLines::LineOf(std::string_view text, std::size_t position) const
 std::string XmlTextFromBytes(std::string text, std::string_view file_name, FileLines* lines) {
   if (text.empty()) return text;
   UnifySchemaPrefix(text);
+  const std::size_t question_marks = QuestionMarks(text);
   if (!DecodeXml(text) || text.empty()) {
     throw Error(std::string(file_name) + '\r' +
                 std::string("Ошибка при перекодировке из UTF-8 - битый файл!"_cp1251));
   }
+  const std::size_t replaced = QuestionMarks(text) - question_marks;
   const Comment comment = FirstComment(text);
   const std::size_t in_comment =
       LineEnds(std::string_view(text).substr(comment.start, comment.size));
@@ -110,6 +123,7 @@ std::string XmlTextFromBytes(std::string text, std::string_view file_name, FileL
     lines->in_front_ = LineEnds(std::string_view(text).substr(0, start));
     lines->comment_at_ = comment.start - std::min(comment.start, start);
     lines->in_comment_ = in_comment;
+    lines->replaced_ = replaced;
   }
   return text.erase(0, start);
 }

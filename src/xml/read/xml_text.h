@@ -8,9 +8,11 @@
 
 namespace customsconv {
 
-// Where the lines of an XML file are in its text.
+// What an XML file was before it became a text: where its lines were.
 class FileLines {
  public:
+  // Characters that became "?" as code page 1251 lacks them.
+  [[nodiscard]] std::size_t replaced() const { return replaced_; }
   // The line of the file, from 1, in which the byte at `position` of `text` stands.
   [[nodiscard]] std::size_t LineOf(std::string_view text, std::size_t position) const;
 
@@ -20,6 +22,7 @@ class FileLines {
   std::size_t in_front_ = 0;    // line ends that stood in front of the text
   std::size_t comment_at_ = 0;  // where in the text the comment was
   std::size_t in_comment_ = 0;
+  std::size_t replaced_ = 0;
 };
 
 // XML files as texts:
