@@ -79,8 +79,9 @@ class TDbfCache {
   // Another process saves into the folder or has changed the file `path` since it had `stamp`.
   [[nodiscard]] bool IsSavedMeanwhile(std::string_view folder, std::string_view path,
                                       FileStamp stamp) const;
-  // Waits for who saves there, and keeps saves out. Throws Error when it does not come to that.
-  [[nodiscard]] SaveLock LockToRead(std::string_view folder);
+  // Waits for who saves there, and keeps saves out; empty for a user who may not, and found no save
+  // under way. Throws Error when it does not come to that.
+  [[nodiscard]] std::optional<SaveLock> LockToRead(std::string_view folder);
 
   // Some image differs from its file: it was changed since the last flush, or could not be
   // written.

@@ -86,11 +86,14 @@ bool TFileDbfFile::AttachWhole(LayoutResult& found) {
   const std::string_view folder = FolderPart(path_);
   cache_.UndoBrokenSave(folder);
   if (!Attach(found)) return false;
-  if (!cache_.IsSavedMeanwhile(folder, path_, file_time_)) return true;
-  if (bytes_.image() != nullptr) cache_.Drop(*bytes_.image());
-  Close();
-  const SaveLock lock = cache_.LockToRead(folder);
-  return Attach(found);
+  while (cache_.IsSavedMeanwhile(folder, path_, file_time_)) {
+    if (bytes_.image() != nullptr) cache_.Drop(*bytes_.image());
+    Close();
+    const auto lock = cache_.LockToRead(folder);
+    if (!Attach(found)) return false;
+    if (lock) break;
+  }
+  return true;
 }
 
 bool TFileDbfFile::Attach(LayoutResult& found) {

@@ -106,7 +106,12 @@ void TDbfCache::Commit() {
     try {
       WriteWaiting();
     } catch (...) {
-      while (!changed_.empty()) Drop(*changed_.back());
+      while (!changed_.empty()) {
+        TDbfMemoryStream& lost = *changed_.back();
+        lost.spare_room = true;
+        GiveRoomBack(lost);
+        Drop(lost);
+      }
       lost_.clear();
       LetGo();
       throw;
@@ -161,7 +166,7 @@ void TDbfCache::UndoBrokenSave(std::string_view folder) {
   if (!HasJournal(host_.files, path)) return;
   if (held_ && held_->folder == FolderIdentity(path)) return;
   try {
-    const SaveLock lock = LockToRead(path);
+    const auto lock = LockToRead(path);
   } catch (const FileError& failure) {
     ThrowNotUndone(path, failure.text());
   }
@@ -169,7 +174,9 @@ void TDbfCache::UndoBrokenSave(std::string_view folder) {
 
 std::optional<SaveLock> TDbfCache::LockToCreate(std::string_view folder) {
   if (held_ && held_->folder == FolderIdentity(folder)) return std::nullopt;
-  return LockToRead(folder);
+  std::optional<SaveLock> lock = LockToRead(folder);
+  if (!lock) lock.emplace(host_, std::string(folder));
+  return lock;
 }
 
 bool TDbfCache::IsSavedMeanwhile(std::string_view folder, std::string_view path,
@@ -178,11 +185,22 @@ bool TDbfCache::IsSavedMeanwhile(std::string_view folder, std::string_view path,
   return HasJournal(host_.files, std::string(folder)) || host_.files.Stamp(path) != stamp;
 }
 
-SaveLock TDbfCache::LockToRead(std::string_view folder) {
-  try {
-    return LockAndUndo(std::string(folder));
-  } catch (const SilentAbort&) {
-    throw WaitingGivenUp(folder);
+// Who may not write in the folder cannot make the lock, but sees when a save is over.
+std::optional<SaveLock> TDbfCache::LockToRead(std::string_view folder) {
+  constexpr int kLooks = 100;
+  constexpr std::uint32_t kPause = 5;  // milliseconds
+  const std::string path(folder);
+  for (int look = 1;; ++look) {
+    try {
+      return LockAndUndo(path);
+    } catch (const SilentAbort&) {
+      throw WaitingGivenUp(folder);
+    } catch (const FileError& failure) {
+      if (failure.kind() != FileError::Kind::kCreate) throw;
+      if (!HasJournal(host_.files, path)) return std::nullopt;
+      if (look == kLooks) throw;
+    }
+    host_.clock.Sleep(kPause);
   }
 }
 

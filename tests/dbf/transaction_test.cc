@@ -238,6 +238,13 @@ TEST_F(SaveTest, ABrokenOneThatMayNotBeUndoneNamesTheCommand) {
         ErrorOf([&] { table.Open(kFolder + "A", kModeRead | kShareDenyNone, OnError::kReturn); }));
     EXPECT_NE(told.find("customsconv tables recover C:\\OUT\\"), std::string::npos) << told;
     EXPECT_TRUE(host.files.Has(kJournal));
+    if (!keeps_locks) continue;
+    host.clock.on_sleep = [&](std::uint32_t) {
+      host.files.Put(kFolder + "A.DBF", Rows(1));
+      host.files.Remove(kJournal);
+    };
+    EXPECT_EQ(table.Open(kFolder + "A", kModeRead | kShareDenyNone, OnError::kReturn),
+              DbfStatus::kOk) << "its maker lived and is done";
   }
 }
 
