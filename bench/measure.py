@@ -173,6 +173,7 @@ class Workspace:
         times = (gigabytes << 30) // sum(table.row_bytes() for table in filled)
         for table in filled:
             table.repeat(times)
+        os.sync()  # else the disk is still busy with it when others are measured
         return folder
 
     def sqlite_insert(self, file):
