@@ -1,3 +1,5 @@
+// The actions of `tables`: each looks at its arguments, works, and prints lines or one JSON object.
+
 #include "cli/tables_command.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,5 @@
+// What was found, as sentences and as JSON.
+
 #include "cli/verify_tables.h"
 
 #include <optional>

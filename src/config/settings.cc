@@ -1,3 +1,5 @@
+// Section, key and default of every setting, once.
+
 #include "config/settings.h"
 
 namespace customsconv::settings {

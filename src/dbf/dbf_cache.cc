@@ -1,3 +1,6 @@
+// Which images are held, under which names, and who reads them. How they reach the disk: dbf_saves.cc
+// and dbf_flush.cc.
+
 #include "dbf/dbf_cache.h"
 
 #include <algorithm>

@@ -16,7 +16,7 @@ TEST_F(ConvertTest, PrintsOneLineAFileWithWhyDocumentsAreSkipped) {
   std::string xml, types = "[TS.HEADER]\nDbfName=SBRHEAD.DBF\n[TS.Files]\nHEAD = SBRHEAD.DBF\n";
   for (const std::string kind : {"ESADout", "DTSout", "KTDout", "KTSout", "Inventory", "Letter"}) {
     const std::string root = "<" + kind + " a=\"1\">";
-    if (kind != "ESADout") types += TypeText(kind, "XmlType=x, Prefix=" + root, "A=C1 |");
+    if (kind != "ESADout") types += TypeText(kind, "XmlType=x\nPrefix=" + root, "A=C1 |");
     const std::string document = "<DocBody>" + root + "</" + kind + "></DocBody>\n";
     xml += kind == "DTSout" || kind == "ESADout" ? document + document : document;
   }

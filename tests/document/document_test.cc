@@ -9,11 +9,21 @@ namespace {
 
 const std::string kLongName(101, 'N');
 const std::string kCatalogue =
-    TypeText("DS1", "MainBlock=TOVAR", R"(G011=C10, FLAG=L1, NOTE=40X3, KIND_CHOICE=C5
-A1=C5 | CHOICE="1", A2=C5 | CHOICE="2"
-TOVAR { G33=C10, G31=C250, G31.NAME=NAME;0;N;, G31.MAKER=MADE BY:;0;M;
-DOCS { NUM=C5, C1=C5 | CHOICE="7" } }
-CARS { V1=C5 | CHOICE="1" }, LAST_CHOICE=C5, BUS { V1=C5 | CHOICE="1" }
+    TypeText("DS1", "MainBlock=TOVAR", R"(G011=C10
+FLAG=L1
+NOTE=40X3
+KIND_CHOICE=C5
+A1=C5 | CHOICE="1"
+A2=C5 | CHOICE="2"
+TOVAR { G33=C10
+G31=C250
+G31.NAME=NAME;0;N;
+G31.MAKER=MADE BY:;0;M;
+DOCS { NUM=C5
+C1=C5 | CHOICE="7" } }
+CARS { V1=C5 | CHOICE="1" }
+LAST_CHOICE=C5
+BUS { V1=C5 | CHOICE="1" }
 )" + kLongName + "=C5") +
     TypeText("PLAIN", "FullName=No main block", "X=C5") + "[TAB.HEADER]\nDbfName=DBRHEAD\n";
 

@@ -64,9 +64,9 @@ class GetFieldValueTest : public testing::Test {
   }
 
   CatalogueWorld world{
-      TypeText("DS1", "XmlType=x, MainBlock=TOVAR, BlocksOnMainPage=1, BlocksOnExtraPage=3",
-               "NAME=C40, POST=40X2, EMPTY=C9, D=D, ISO=C10, SUM=C9, LIST=C9, RATE=C9, e=C9, "
-               "AMOUNT=C20, TOVAR { G33=C10 }, CARS { NUM=C10 }")};
+      TypeText("DS1", "XmlType=x\nMainBlock=TOVAR\nBlocksOnMainPage=1\nBlocksOnExtraPage=3",
+               "NAME=C40\nPOST=40X2\nEMPTY=C9\nD=D\nISO=C10\nSUM=C9\nLIST=C9\nRATE=C9\ne=C9\n"
+               "AMOUNT=C20\nTOVAR { G33=C10 }\nCARS { NUM=C10 }")};
   TDocTypeList types{"Kordwin.dcf", false, world};
   TDocument document{"DS1", types, world};
 };

@@ -27,7 +27,7 @@ class ConversionDriverTest : public ProgramWorld, public testing::Test {
 
 TEST_F(ConversionDriverTest, AnErrorInTheMappingIsShownAndTheRestSaved) {
   host.files["C:\\RULES\\armti.txt"] =
-      LinesOf("[DBRHEAD], =ESADout, [DBRTOV], Goods{, G33=Code, [NOTAB], x{, [DBRTOV]");
+      "[DBRHEAD]\n=ESADout\n[DBRTOV]\nGoods{\nG33=Code\n[NOTAB]\nx{\n[DBRTOV]";
   ASSERT_TRUE(Convert());
   EXPECT_EQ(host.dialogs.log[0], "message: Не описана таблица NOTAB в документе DT5");
   EXPECT_EQ(host.dialogs.log[1], "exception: List index out of bounds (8)");

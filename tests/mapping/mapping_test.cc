@@ -28,8 +28,8 @@ TEST(RulesFile, LinesEndAtCrLfCrOrLf) {
 
 TEST(RulesFile, FindsTheFirstSectionWhoseKindsLineHoldsTheKind) {
   const RulesFile rules(
-      LinesOf("[SUB], Block{, [SBRHEAD], =DTSout_CU, [DBRHEAD x], =esadout,KTDout, [OTHER], "
-              "=ESADout, [LAST]"));
+      "[SUB]\nBlock{\n[SBRHEAD]\n=DTSout_CU\n[DBRHEAD x]\n=esadout,KTDout\n[OTHER]\n"
+      "=ESADout\n[LAST]");
   const std::pair<const char*, int> cases[] = {
       {"ESADout", 4}, {"DTSout", 2}, {"KTDout", 4}, {"Inventory", -1}, {"Block", -1}};
   for (const auto& [kind, line] : cases) {
@@ -65,7 +65,7 @@ struct MappingParts {
 class MappingWorld {
  public:
   explicit MappingWorld(const MappingParts& parts)
-      : world_(TypeText(parts.kind, "XmlType=x, MainBlock=ESADoutGoods", parts.source)),
+      : world_(TypeText(parts.kind, "XmlType=x\nMainBlock=ESADoutGoods", parts.source)),
         rules_(Win(parts.rules), "C:\\RULES\\armti.txt") {
     world_.TableSet("OUT", parts.tables);
     types_ = std::make_unique<TDocTypeList>("Kordwin.dcf", false, world_);
@@ -77,9 +77,9 @@ class MappingWorld {
     records_.emplace(Documents());
   }
 
-  // Sets values of the source and opens the records on the way: "Goods\2\Code=x, Sum=1".
+  // Sets values of the source, "Goods\2\Code=x" a line, and opens the records on the way.
   void Fill(const std::string& values) {
-    std::istringstream lines(LinesOf(values));
+    std::istringstream lines(values);
     for (std::string line; std::getline(lines, line);) {
       const std::size_t equals = line.find('=');
       Source(line.substr(0, equals), line.substr(equals + 1));
@@ -134,9 +134,16 @@ class MappingWorld {
   std::optional<RecordMapper> records_;
 };
 
-constexpr const char* kSource = R"(Since=D | NAMESPACE="Since", Text=40X5, Plain=C250, Place=C20
-Flag=L | Признак, Choice=L | Выбор [Нет/Да], ESADoutGoodsLocation { Place=C20 }
-ESADoutGoods { Code=C10, Description { Part=C250, More=C250 } })";
+constexpr const char* kSource = R"(Since=D | NAMESPACE="Since"
+Text=40X5
+Plain=C250
+Place=C20
+Flag=L | Признак
+Choice=L | Выбор [Нет/Да]
+ESADoutGoodsLocation { Place=C20 }
+ESADoutGoods { Code=C10
+Description { Part=C250
+More=C250 } })";
 constexpr const char* kTables = R"(
 HEAD = DBRHEAD [G073]   : G071 C8, G072 C10, G073 C7, G011 C5, G19 C1, T1 C250, G30A C9
   TOVAR = DBRTOV [G073] : T1 C250
@@ -183,9 +190,13 @@ TEST(RecordMapper, ResolvesExpressions) {
               "Description\\2\\More -> m2", "\\\\ESADoutGoods\\1\\Code -> C1", "Plain -> ",
               "*DBRPASP_ReImp_Code -> C2"})) {
     MappingWorld world(WithLines("T1 " + expression));
-    world.Fill(R"(Plain=header, ESADoutGoods\1\Code=C1, ESADoutGoods\2\Code=C2
-ESADoutGoods\2\Description\1\Part=one, ESADoutGoods\2\Description\2\Part=two
-ESADoutGoods\2\Description\1\More=m1, ESADoutGoods\2\Description\2\More=m2)");
+    world.Fill(R"(Plain=header
+ESADoutGoods\1\Code=C1
+ESADoutGoods\2\Code=C2
+ESADoutGoods\2\Description\1\Part=one
+ESADoutGoods\2\Description\2\Part=two
+ESADoutGoods\2\Description\1\More=m1
+ESADoutGoods\2\Description\2\More=m2)");
     EXPECT_EQ(world.Map(R"(ESADoutGoods\2)", "TOVAR"), "TOVAR{" + Stored("T1", value) + "}");
   }
 }
@@ -194,7 +205,7 @@ TEST(RecordMapper, WritesTheGoodsLocationFromTheFirstPlaceThatIsFilled) {
   for (const auto& [places, stored] : Cases({"11 12 -> 11", " 12 -> 12", "0 12 -> ", " -5 -> "})) {
     const std::size_t blank = places.find(' ');
     MappingWorld world(WithLines("G011=*Plain\nG30A=*Place"));
-    world.Fill("Plain=never, Place=" + places.substr(0, blank));
+    world.Fill("Plain=never\nPlace=" + places.substr(0, blank));
     world.Source(R"(ESADoutGoodsLocation\2\Place)", places.substr(blank + 1));
     EXPECT_EQ(world.Map("", ""), kNumber + Stored(" G30A", stored)) << places;
   }
@@ -226,7 +237,7 @@ TEST(RecordMapper, APathThatWasCutIsNotFollowed) {
 // Two blocks of the header and one under the goods, each with one field, into one table.
 MappingParts Parts(const std::string& rules) {
   return {.kind = Contains(rules, "=DTSout_CU") ? "DTSout_CU" : "ESADout",
-          .source = "Proc=C9, A { X=C9 }, MechUnitPart { X=C9 }, ESADoutGoods { Docs { X=C9 } }",
+          .source = "Proc=C9\nA { X=C9 }\nMechUnitPart { X=C9 }\nESADoutGoods { Docs { X=C9 } }",
           .tables = R"(
 HEAD = DBRHEAD   : G011 C9
   ROWS = DBRROWS : T C9
@@ -234,32 +245,36 @@ HEAD = DBRHEAD   : G011 C9
     DOCS = DBRDOCS : T C9
     KMPK = DBRKMPK : X C1
 )",
-          .rules = LinesOf(rules)};
+          .rules = rules};
 }
 
 TEST(SectionMapper, TakesTheRecordsOfTheBlocksThatItsLinesName) {
-  const std::string in_rows = "[S], =ESADout, [dbrrows.x], ";
+  const std::string in_rows = "[S]\n=ESADout\n[dbrrows.x]\n";
   const std::string file = " файла C:\\RULES\\armti.txt";
   const std::tuple<const char*, std::string, std::string, std::string> cases[] = {
-      {"one block", in_rows + "A{ and more, T=X", R"(ROWS{T="a1"}{T="a2"})", ""},
-      {"under the goods", "[S], =ESADout, [DBRDOCS], Docs{, T=X", R"(TOVAR{DOCS{T="d"}})", ""},
-      {"no block", in_rows + "Nothing{, ", "", "Не найден блок Nothing" + file},
-      {"no brace", in_rows + "A, ", "", "Не задан тип блока в строке 2" + file},
-      {"no table", "[S], =ESADout, [NOTAB], A{", "", "Не описана таблица NOTAB в документе OUT"},
-      {"declared blocks", in_rows + "*{, ;a name A {, T=X, ;Docs?{, ;A;{, [DBRROWS], A",
+      {"one block", in_rows + "A{ and more\nT=X", R"(ROWS{T="a1"}{T="a2"})", ""},
+      {"under the goods", "[S]\n=ESADout\n[DBRDOCS]\nDocs{\nT=X", R"(TOVAR{DOCS{T="d"}})", ""},
+      {"no block", in_rows + "Nothing{\n", "", "Не найден блок Nothing" + file},
+      {"no brace", in_rows + "A\n", "", "Не задан тип блока в строке 2" + file},
+      {"no table", "[S]\n=ESADout\n[NOTAB]\nA{", "", "Не описана таблица NOTAB в документе OUT"},
+      {"declared blocks", in_rows + "*{\n;a name A {\nT=X\n;Docs?{\n;A;{\n[DBRROWS]\nA",
        R"(ROWS{T="a1"}{T="a2"}{T="a1"}{T="a2"})", "Не задан тип блока в строке 8" + file},
-      {"the parts of a mechanism", in_rows + "MechUnitPart*{, ;A{, T=X", R"(ROWS{T="m"})", ""},
+      {"the parts of a mechanism", in_rows + "MechUnitPart*{\n;A{\nT=X", R"(ROWS{T="m"})", ""},
       // Its name with the star is told as missing before the block is taken.
-      {"declared parts", in_rows + "*{, ;MechUnitPart*{, ;A{, T=X",
+      {"declared parts", in_rows + "*{\n;MechUnitPart*{\n;A{\nT=X",
        R"(ROWS{T="m"}{T="a1"}{T="a2"})", "Не найден блок MechUnitPart*" + file},
-      {"no declaring line", in_rows + "*{, T=X", "", ""},
-      {"the next section is another's", "[S], =ESADout, G011=Proc, [S2], =ESADout, G011=No",
+      {"no declaring line", in_rows + "*{\nT=X", "", ""},
+      {"the next section is another's", "[S]\n=ESADout\nG011=Proc\n[S2]\n=ESADout\nG011=No",
        R"(G011="IM")", ""},
-      {"a value declaration may lack a block", "[S], =DTSout_CU, [DBRROWS], Nothing{", "", ""}};
+      {"a value declaration may lack a block", "[S]\n=DTSout_CU\n[DBRROWS]\nNothing{", "", ""}};
   for (const auto& [what, rules, target, shown] : cases) {
     SCOPED_TRACE(what);
     MappingWorld world(Parts(rules));
-    world.Fill(R"(Proc=IM, A\1\X=a1, A\2\X=a2, MechUnitPart\1\X=m, ESADoutGoods\2\Docs\1\X=d)");
+    world.Fill(R"(Proc=IM
+A\1\X=a1
+A\2\X=a2
+MechUnitPart\1\X=m
+ESADoutGoods\2\Docs\1\X=d)");
     EXPECT_EQ(world.MapSection(), target);
     EXPECT_EQ(world.Shown(), shown);
   }
@@ -301,14 +316,20 @@ TEST(BuiltInRules, TransitMovesPersonsAsFarAsTheyHaveAPlace) {
   const std::string declarant = "ESADoutDeclarant#" + std::string(85, 'x');
   const std::string responsible =
       "ESADoutFinancialAdjustingResponsiblePerson#" + std::string(85, 'x');
-  MappingWorld world({.source = R"(CustomsProcedure=C2, TransitDirectionCode=C2
-ESADoutDeclarant#Name=C20, ESADoutCarrier#Name=C20, ESADoutCarrier#Only=C20
+  MappingWorld world({.source = R"(CustomsProcedure=C2
+TransitDirectionCode=C2
+ESADoutDeclarant#Name=C20
+ESADoutCarrier#Name=C20
+ESADoutCarrier#Only=C20
 ESADoutPrincipal#ESADPrincipalRepresentative { Post=C20 }
-)" + declarant + "=C5, " + responsible +
+)" + declarant + "=C5\n" + responsible +
                                 "=C5",
                       .tables = kRuleTables});
-  world.Fill(R"(CustomsProcedure=ТТ, TransitDirectionCode=ИМ, ESADoutCarrier#Name=Carrier
-ESADoutCarrier#Only=stays, ESADoutPrincipal#ESADPrincipalRepresentative\1\Post=gone
+  world.Fill(R"(CustomsProcedure=ТТ
+TransitDirectionCode=ИМ
+ESADoutCarrier#Name=Carrier
+ESADoutCarrier#Only=stays
+ESADoutPrincipal#ESADPrincipalRepresentative\1\Post=gone
 )" + declarant +
              "=long");
   world.Map("", "");
@@ -320,10 +341,14 @@ ESADoutCarrier#Only=stays, ESADoutPrincipal#ESADPrincipalRepresentative\1\Post=g
 
 // What is not filled has no record. The goods item's keys, G32 among them, come with the save.
 TEST(BuiltInRules, TransitRecordsHangOnTheFirstGoodsItem) {
-  MappingWorld world({.source = R"(CustomsProcedure=C2, VIN=C20, TransportMarkCode=C5
+  MappingWorld world({.source = R"(CustomsProcedure=C2
+VIN=C20
+TransportMarkCode=C5
 Guarantee#MeasureCode=C5
-Guarantee#GuaranteeReference { OtherGuaranteeNumber=C10, LimitationNonEC#NotValid4Country=C5 }
-ESADoutCarrier#ESADDriverInformation { PersonPost=C10, PersonName=C10 }
+Guarantee#GuaranteeReference { OtherGuaranteeNumber=C10
+LimitationNonEC#NotValid4Country=C5 }
+ESADoutCarrier#ESADDriverInformation { PersonPost=C10
+PersonName=C10 }
 ESADoutGoods { Number=N5 })",
                       .tables = R"(
 HEAD = DBRHEAD [G073]          : G073 C7
@@ -332,12 +357,15 @@ HEAD = DBRHEAD [G073]          : G073 C7
 )",
                       .rules = "[S]\n=ESADout\n[DBRTOV]\nESADoutGoods{\nG32=Number\n"});
   world.Fill(
-      R"(VIN=  X9L  , TransportMarkCode= , CustomsProcedure=В
+      R"(VIN=  X9L  
+TransportMarkCode= 
+CustomsProcedure=В
 Guarantee#GuaranteeReference\1\OtherGuaranteeNumber=123
 Guarantee#GuaranteeReference\1\LimitationNonEC#NotValid4Country=RU
 ESADoutCarrier#ESADDriverInformation\1\PersonPost=Driver
 ESADoutCarrier#ESADDriverInformation\1\PersonName=Person
-ESADoutGoods\1\Number=1, ESADoutGoods\2\Number=2)");
+ESADoutGoods\1\Number=1
+ESADoutGoods\2\Number=2)");
   world.MapSection();
   EXPECT_EQ(world.Saved("DBRTECHD"), R"(1: G073="0001234" G32="    1" G4402="7" G444="|123| |RU"
 2: G073="0001234" G32="    1" G4402="8" G44020="6" G444="X9L"

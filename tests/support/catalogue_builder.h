@@ -12,25 +12,17 @@
 
 namespace customsconv {
 
-// `text` with an end of a line in place of each ", ".
-[[nodiscard]] inline std::string LinesOf(std::string text) {
-  for (std::size_t at = 0; (at = text.find(", ", at)) != std::string::npos;) {
-    text.replace(at, 2, "\n");
-  }
-  return text;
-}
-
-// The catalogue's text for a type. The lines of its sections may stand on one:
-// TypeText("DS1", "MainBlock=TOVAR", "G01=C10 | Тип, TOVAR { G33=C10 }").
+// The catalogue's text for a type. Texts have "\n" between lines; a block may stand on one line:
+// TypeText("DS1", "MainBlock=TOVAR", "G01=C10 | Тип\nTOVAR { G33=C10 }").
 [[nodiscard]] inline std::string TypeText(const std::string& code, const std::string& header,
                                           const std::string& fields) {
-  std::string text = "[" + code + ".HEADER], " + header + ", [" + code + ".Fields], ";
+  std::string text = "[" + code + ".HEADER]\n" + header + "\n[" + code + ".Fields]\n";
   for (const char c : fields + "\n") {
     if (c == '}') text += '\n';
     text += c;
     if (c == '{') text += '\n';
   }
-  return LinesOf(text);
+  return text;
 }
 
 // A program folder in memory with a small catalogue. Texts are UTF-8 with "\n" between lines.

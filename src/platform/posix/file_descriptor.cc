@@ -1,3 +1,6 @@
+// Calls that are repeated when a signal interrupts them, and no descriptor below 3, which programs
+// take for their standard streams.
+
 #include "platform/posix/file_descriptor.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// An open file over its descriptor. Share modes are marks on the file, see share_locks.h.
+
 #include "platform/posix/posix_stream.h"
 
 #include <fcntl.h>

@@ -1,3 +1,6 @@
+// Twice over the tables: first those that have others below them give their keys, then each row is
+// looked at.
+
 #include "tables/rows/set_check.h"
 
 #include <algorithm>

@@ -10,17 +10,26 @@
 namespace customsconv {
 namespace {
 
-constexpr const char* kFiles = R"([DT4.HEADER], ShortName=ДТ 4, DbfName=HEAD.DBF
-[DT4.Files], HEAD = HEAD.DBF [OLD]
-[DT5.HEADER], ShortName=ДТ 5, DbfName=HEAD.DBF
-[DT5.Files], HEAD = HEAD.DBF [G071+G072+G073]
+constexpr const char* kFiles = R"([DT4.HEADER]
+ShortName=ДТ 4
+DbfName=HEAD.DBF
+[DT4.Files]
+HEAD = HEAD.DBF [OLD]
+[DT5.HEADER]
+ShortName=ДТ 5
+DbfName=HEAD.DBF
+[DT5.Files]
+HEAD = HEAD.DBF [G071+G072+G073]
   LIST = LIST.DBF [UID|DOCID]
   KMPK = KMP [G071+G072+G073]
   TOVAR = TOVAR.DBF [G071+G072,G073]
     DOK = DOK.DBF [G071+G072+G073+G32]
     KMPK = KMP [G071+G072+G073+G32]
   ALL = ALL.DBF
-[DTS.HEADER], DbfName=OTHER.DBF, [DTS.Files], OTHER = OTHER.DBF [G073]
+[DTS.HEADER]
+DbfName=OTHER.DBF
+[DTS.Files]
+OTHER = OTHER.DBF [G073]
 )";
 
 class SetLevelsTest : public testing::Test {
@@ -30,7 +39,7 @@ class SetLevelsTest : public testing::Test {
   }
 
   CatalogueWorld world;
-  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(LinesOf(kFiles)), world)};
+  TDocTypeList types{"Kordwin.dcf", false, (world.Dcf(kFiles), world)};
 };
 
 std::string Joined(const std::vector<std::string>& names) {

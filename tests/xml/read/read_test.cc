@@ -13,22 +13,43 @@ namespace {
 
 constexpr const char* kFile = "C:\\IN\\decl.xml";
 
-constexpr const char* kCatalogue = R"([ESADout.HEADER], ShortName=ЭД ДТ, XmlType=ESADout
-Prefix=<ESADout xmlns:cat="u">, [ESADout.Fields], Kind=C10 | NAMESPACE="cat:Kind", Bare=C10
-Mode=C10 | NAMESPACE="Transport#cat:Border#Mode", Since=D | NAMESPACE="Since"
-Cost=N15.2 | NAMESPACE="Cost", Lines=C250 | NAMESPACE="Line" SEQ="1"
-List=C250 | NAMESPACE="List" SEQ="2", WAY_CHOICE=C5, Chosen=C10 | NAMESPACE="Chosen" CHOICE="2"
-Group=B | NAMESPACE="Group", InGroup=C10 | NAMESPACE="Group#Inside", Scan=Y | NAMESPACE="Scan"
-Version=C10 | NAMESPACE="att=Version", Goods { NAMESPACE="Shipment#Goods"
-  Number=C10 | NAMESPACE="Number", Id=C10 | NAMESPACE="att=id", Mark { NAMESPACE="cat:Mark"
-    Text=C10, Sign=C10 | NAMESPACE="Sign", }, }
-[Inventory.HEADER], ShortName=Inventory, XmlType=Inventory, Prefix=<Inventory xmlns="u">
-[Inventory.Fields], Number=C10 | NAMESPACE="Number"
+constexpr const char* kCatalogue = R"([ESADout.HEADER]
+ShortName=ЭД ДТ
+XmlType=ESADout
+Prefix=<ESADout xmlns:cat="u">
+[ESADout.Fields]
+Kind=C10 | NAMESPACE="cat:Kind"
+Bare=C10
+Mode=C10 | NAMESPACE="Transport#cat:Border#Mode"
+Since=D | NAMESPACE="Since"
+Cost=N15.2 | NAMESPACE="Cost"
+Lines=C250 | NAMESPACE="Line" SEQ="1"
+List=C250 | NAMESPACE="List" SEQ="2"
+WAY_CHOICE=C5
+Chosen=C10 | NAMESPACE="Chosen" CHOICE="2"
+Group=B | NAMESPACE="Group"
+InGroup=C10 | NAMESPACE="Group#Inside"
+Scan=Y | NAMESPACE="Scan"
+Version=C10 | NAMESPACE="att=Version"
+Goods { NAMESPACE="Shipment#Goods"
+  Number=C10 | NAMESPACE="Number"
+Id=C10 | NAMESPACE="att=id"
+Mark { NAMESPACE="cat:Mark"
+    Text=C10
+Sign=C10 | NAMESPACE="Sign"
+}
+}
+[Inventory.HEADER]
+ShortName=Inventory
+XmlType=Inventory
+Prefix=<Inventory xmlns="u">
+[Inventory.Fields]
+Number=C10 | NAMESPACE="Number"
 )";
 
 // A program folder and one XML file. Texts are UTF-8.
 struct World : CatalogueWorld {
-  World() : CatalogueWorld(LinesOf(kCatalogue)) {}
+  World() : CatalogueWorld(kCatalogue) {}
   TXMLContainer Open(std::string_view xml) {
     Put(xml);
     return TXMLContainer(kFile, types, *this);
