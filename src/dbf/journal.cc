@@ -117,6 +117,7 @@ Table ReadTable(Reader& reader) {
   if (table.name.empty() || table.name.find_first_of("\\/:") != std::string::npos) reader.Refuse();
   table.old_size = reader.Position();
   table.new_size = reader.Position();
+  if (table.old_size < kAbsent || table.new_size < 0) reader.Refuse();
   const std::uint64_t ranges = reader.Number(4);
   for (std::uint64_t i = 0; reader.CanHold(ranges - i, 24) && i < ranges; ++i) {
     table.ranges.push_back(ReadRange(reader));

@@ -142,6 +142,16 @@ bool Restore(FileStream& file, const journal::Table& table) {
   return true;
 }
 
+// The tables are safe. At worst a loss of power brings the journal back, as it may where folders
+// cannot be made safe at all; to call the save a failure now would be wrong, as its rows are in.
+void SettleRemoval(Files& files, const std::string& path) {
+  try {
+    files.SyncFolder(path);
+  } catch (const FileError&) {
+    return;
+  }
+}
+
 // `all_safe`: what is not changed now has been safe on the disk before.
 void Undo(Host& host, const std::string& folder, const std::vector<Undoing>& tables,
           bool all_safe) {
@@ -155,7 +165,7 @@ void Undo(Host& host, const std::string& folder, const std::vector<Undoing>& tab
   const std::string path = folder + std::string(journal::kFileName);
   host.files.SyncFolder(path);  // what was made is gone before the journal is
   DeleteSurely(host.files, path);
-  host.files.SyncFolder(path);
+  SettleRemoval(host.files, path);
 }
 
 // Opens the tables that were touched; the name of one that is somebody else's now. Who holds the
@@ -257,7 +267,7 @@ std::optional<TransactionFailure> WriteTables(Host& host, const std::string& fol
     }
     return failure;
   }
-  host.files.SyncFolder(path);
+  SettleRemoval(host.files, path);
   return std::nullopt;
 }
 

@@ -146,7 +146,8 @@ class Files {
   // Gives a file another name in its folder; false when that is taken, or cannot be given.
   virtual bool Rename(std::string_view path, std::string_view new_path) = 0;
   // Waits until what was made, renamed and deleted in the folder of `path` would outlast a power
-  // cut; false where the folder cannot be asked for that.
+  // cut; false where the folder cannot be asked for that. Throws FileError (kWrite) when the disk
+  // fails.
   virtual bool SyncFolder(std::string_view path) = 0;
 
   // Throws FileError (kMissing, kOpen or kCreate).

@@ -420,7 +420,7 @@ bool FakeFiles::Rename(std::string_view path, std::string_view new_path) {
 }
 
 bool FakeFiles::SyncFolder(std::string_view path) {
-  return TryToChange(path, [&] {
+  Change(FileOp::kOtherChange, path, [&] {
     const auto in_folder = [folder = FolderOf(Key(path))](const auto& entry) {
       return FolderOf(entry.first) == folder;
     };
@@ -428,6 +428,7 @@ bool FakeFiles::SyncFolder(std::string_view path) {
     std::copy_if(nodes_.begin(), nodes_.end(), std::inserter(safe_nodes_, safe_nodes_.end()),
                  in_folder);
   });
+  return true;
 }
 
 std::unique_ptr<FileLock> FakeFiles::HoldFile(std::string_view path) {

@@ -233,7 +233,14 @@ bool PosixFiles::Rename(std::string_view path, std::string_view new_path) {
 bool PosixFiles::SyncFolder(std::string_view path) {
   const FileDescriptor folder =
       FileDescriptor::Open(FolderOf(SystemName(path)), O_RDONLY | O_DIRECTORY);
-  return folder.valid() && ::fsync(folder.number()) == 0;
+  if (!folder.valid()) return false;
+  int result = 0;
+  do {
+    result = ::fsync(folder.number());
+  } while (result != 0 && errno == EINTR);
+  const bool disk_fails = result != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT);
+  if (disk_fails) throw SystemFileError(Kind::kWrite, path, errno);
+  return result == 0;
 }
 
 std::unique_ptr<FileStream> PosixFiles::Open(std::string_view path, FileMode mode) const {
