@@ -73,10 +73,12 @@ std::size_t LineEnds(std::string_view text) {
 // In a text of single bytes, of UTF-8 or of UTF-16.
 std::size_t QuestionMarks(std::string_view text) {
   const bool wide = text.size() > 3 && (text[1] == '\0' || text[3] == '\0');
-  if (!wide) return static_cast<std::size_t>(std::count(text.begin(), text.end(), '?'));
-  std::size_t count = 0;
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    if (text[i] == '?' && text[i + 1] == '\0') ++count;
+  const auto is_mark = [text, wide](std::size_t at) {
+    return !wide || (at % 2 == 0 && at + 1 < text.size() && text[at + 1] == '\0');
+  };
+  std::size_t count = 0;  // they are rare
+  for (std::size_t at = text.find('?'); at != text.npos; at = text.find('?', at + 1)) {
+    if (is_mark(at)) ++count;
   }
   return count;
 }
@@ -107,12 +109,12 @@ std::size_t FileLines::LineOf(std::string_view text, std::size_t position) const
 std::string XmlTextFromBytes(std::string text, std::string_view file_name, FileLines* lines) {
   if (text.empty()) return text;
   UnifySchemaPrefix(text);
-  const std::size_t question_marks = QuestionMarks(text);
+  const std::size_t question_marks = lines == nullptr ? 0 : QuestionMarks(text);
   if (!DecodeXml(text) || text.empty()) {
     throw Error(std::string(file_name) + '\r' +
                 std::string("Ошибка при перекодировке из UTF-8 - битый файл!"_cp1251));
   }
-  const std::size_t replaced = QuestionMarks(text) - question_marks;
+  const std::size_t replaced = lines == nullptr ? 0 : QuestionMarks(text) - question_marks;
   const Comment comment = FirstComment(text);
   const std::size_t in_comment =
       LineEnds(std::string_view(text).substr(comment.start, comment.size));
